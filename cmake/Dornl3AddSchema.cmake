@@ -1,0 +1,36 @@
+# dornl3_add_schema(TARGET [OUTPUT_DIR dir] files...)
+#
+# Stamps types from schema files: each X.toml becomes schema/X.h and schema/X.cpp under OUTPUT_DIR (by default
+# generated/TARGET in the current build folder), which TARGET compiles and finds as "schema/X.h". The sources join
+# TARGET in the order of the files, which is the order in which their types register when the program loads.
+# TARGET must link DornL3Unicast::Vek or DornL3Unicast::Types.
+function(dornl3_add_schema target)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "OUTPUT_DIR" "")
+  if(NOT arg_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "dornl3_add_schema(${target} ...) names no schema file. Give one or more .toml files.")
+  endif()
+  if(NOT arg_OUTPUT_DIR)
+    set(arg_OUTPUT_DIR ${CMAKE_CURRENT_BINARY_DIR}/generated/${target})
+  endif()
+
+  set(schemas "")
+  set(outputs "")
+  foreach(file IN LISTS arg_UNPARSED_ARGUMENTS)
+    cmake_path(ABSOLUTE_PATH file NORMALIZE OUTPUT_VARIABLE schema)
+    cmake_path(GET file STEM LAST_ONLY stem)
+    list(APPEND schemas ${schema})
+    list(APPEND outputs ${arg_OUTPUT_DIR}/schema/${stem}.h ${arg_OUTPUT_DIR}/schema/${stem}.cpp)
+  endforeach()
+
+  add_custom_command(
+    OUTPUT ${outputs}
+    COMMAND DornL3Unicast::schemac compile --out ${arg_OUTPUT_DIR} --include-prefix schema ${schemas}
+    DEPENDS DornL3Unicast::schemac ${schemas}
+    COMMENT "Stamping types of ${target}"
+    VERBATIM)
+  target_sources(${target} PRIVATE ${outputs})
+  target_include_directories(${target} BEFORE PUBLIC $<BUILD_INTERFACE:${arg_OUTPUT_DIR}>)
+  # Whoever includes the headers needs them before it compiles, and linting needs them without a full build.
+  add_custom_target(${target}_schema DEPENDS ${outputs})
+  add_dependencies(${target} ${target}_schema)
+endfunction()

@@ -1,0 +1,101 @@
+// BaseCollection: what ordered and list collections share, and the iterators that hold a member of one.
+// A member is held by the iterator's reference; the collection knows the member's type and so gives it back.
+#pragma once
+
+#include "core/Ptr.h"
+
+namespace Vek {
+
+class [[gnu::visibility("default")]] BaseCollection {
+ public:
+  /// Root of the iterators: a collection, and the member on which the iterator stands, with a reference.
+  class [[gnu::visibility("default")]] StrepIterator {
+   public:
+    [[nodiscard]] BaseCollection const* collection() const noexcept { return collection_; }
+    explicit operator bool() const noexcept { return current_ != nullptr; }
+
+   protected:
+    StrepIterator() noexcept = default;
+    StrepIterator(BaseCollection const* collection, void* current) noexcept
+        : collection_(collection), current_(current) {}
+    StrepIterator(StrepIterator const&) noexcept = default;
+    StrepIterator& operator=(StrepIterator const&) noexcept = default;
+    virtual ~StrepIterator();
+
+    BaseCollection const* collection_ = nullptr;
+    void* current_ = nullptr;
+
+   private:
+    template <class T>
+    friend class BaseRefCollection;
+  };
+
+  BaseCollection() noexcept = default;
+  BaseCollection(BaseCollection const&) = delete;
+  BaseCollection& operator=(BaseCollection const&) = delete;
+  virtual ~BaseCollection();
+};
+
+/// A collection of counted members of type T.
+template <class T>
+class [[gnu::visibility("default")]] BaseRefCollection : public BaseCollection {
+ public:
+  /// Gives back the reference on the iterator's member.
+  virtual void iteratorDelete(StrepIterator& it) const noexcept {
+    if (auto* const member = static_cast<T*>(std::exchange(it.current_, nullptr))) member->referencesDec();
+  }
+  /// Takes one more reference on the iterator's member, and gives the member.
+  virtual void* iteratorSpaceCopy(StrepIterator const& it) const noexcept {
+    if (it.current_ != nullptr) static_cast<T*>(it.current_)->referencesInc();
+    return it.current_;
+  }
+
+ protected:
+  BaseRefCollection() noexcept = default;
+};
+
+/// An iterator over a BaseRefCollection<T>. A position gives its reference back through the collection, so the
+/// collection outlives its iterators. `Bookmarks` says whether an equal position can be found again in a changed
+/// collection.
+template <class T, bool Bookmarks>
+class [[gnu::visibility("default")]] BaseIteratorConst : public BaseCollection::StrepIterator {
+ public:
+  BaseIteratorConst() noexcept = default;
+  BaseIteratorConst(BaseRefCollection<T> const* collection, T* member) noexcept : StrepIterator(collection, member) {
+    if (member != nullptr) member->referencesInc();
+  }
+  BaseIteratorConst(BaseIteratorConst const& other) noexcept : StrepIterator(other.collection_, nullptr) {
+    if (other.collection_ != nullptr) current_ = other.members().iteratorSpaceCopy(other);
+  }
+  BaseIteratorConst& operator=(BaseIteratorConst const& other) noexcept {
+    if (this != &other) {
+      BaseIteratorConst copy(other);
+      std::swap(collection_, copy.collection_);
+      std::swap(current_, copy.current_);
+    }
+    return *this;
+  }
+  ~BaseIteratorConst() override {
+    if (collection_ != nullptr) members().iteratorDelete(*this);
+  }
+
+  [[nodiscard]] T* ptr() const noexcept { return static_cast<T*>(current_); }
+  T* operator->() const noexcept { return ptr(); }
+  T& operator*() const noexcept { return *ptr(); }
+
+ protected:
+  /// Stands on `member`, with a reference of its own, before the old member's reference goes.
+  void moveTo(T* member) noexcept {
+    Ptr<T> const old = ptr();
+    if (member != nullptr) member->referencesInc();
+    if (old) old->referencesDec();
+    current_ = member;
+  }
+
+ private:
+  [[nodiscard]] BaseRefCollection<T> const& members() const noexcept {
+    return static_cast<BaseRefCollection<T> const&>(*collection_);
+  }
+};
+
+}  // namespace Vek
