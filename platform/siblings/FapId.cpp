@@ -1,0 +1,23 @@
+#include "platform/siblings/FapId.h"
+
+#include "core/Throwers.h"
+#include "platform/siblings/Number16.h"
+#include "platform/vek/NamedType.h"
+
+namespace Hardware::Dorn {
+
+FapId::FapId(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst const& end)
+    : FapId(Vek::readNumber16(it, end, null, throwOutOfRange)) {}
+
+void FapId::throwOutOfRange() {
+  Vek::throwRangeException("FapId::value < FapId::min or > FapId::null not allowed");
+}
+
+Vek::VekType* FapId::_fwkType() {
+  static Vek::VekType* const type = Vek::namedValueType(vekDeclaredName, sizeof(FapId));
+  return type;
+}
+
+Vek::String8 valueToStrep(FapId const& id) { return Vek::valueToStrep(Vek::U64{id.value()}); }
+
+}  // namespace Hardware::Dorn

@@ -1,0 +1,21 @@
+#include "platform/siblings/VlanIdOrNone.h"
+
+#include "core/Throwers.h"
+#include "platform/siblings/Number16.h"
+#include "platform/vek/NamedType.h"
+
+namespace Bridging {
+
+VlanIdOrNone::VlanIdOrNone(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst const& end)
+    : VlanIdOrNone(Vek::readNumber16(it, end, max, throwOutOfRange)) {}
+
+void VlanIdOrNone::throwOutOfRange() { Vek::throwRangeException("VlanIdOrNone::value > 4094 not allowed"); }
+
+Vek::VekType* VlanIdOrNone::_fwkType() {
+  static Vek::VekType* const type = Vek::namedValueType(vekDeclaredName, sizeof(VlanIdOrNone));
+  return type;
+}
+
+Vek::String8 valueToStrep(VlanIdOrNone const& id) { return Vek::valueToStrep(Vek::U64{id.value()}); }
+
+}  // namespace Bridging

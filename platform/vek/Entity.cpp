@@ -1,0 +1,114 @@
+#include "platform/vek/Entity.h"
+
+#include <array>
+
+#include "platform/vek/Builtin.h"
+#include "platform/vek/NamedType.h"
+#include "platform/vek/Path.h"
+
+namespace Vek {
+
+namespace {
+
+struct FrameworkAttribute {
+  AttributeId id;
+  char const* name;
+  VekType* (*valueType)();
+};
+
+// What every entity has before its own attributes. The numbers are stable.
+constexpr std::array frameworkAttributes{
+    FrameworkAttribute{128, "name", Name::_fwkType},
+    FrameworkAttribute{129, "fullName", Builtin<String8>::_fwkType},
+    FrameworkAttribute{130, "parent", Entity::_fwkType},
+    FrameworkAttribute{131, "parentAttrId", Builtin<U32>::_fwkType},
+    FrameworkAttribute{132, "writeCount", Builtin<U32>::_fwkType},
+    FrameworkAttribute{133, "readCount", Builtin<U32>::_fwkType},
+};
+
+class EntityBaseType final : public VekType {
+ public:
+  EntityBaseType() : VekType("Entity", nullptr, nullptr, {}) {
+    sizeIs(sizeof(Entity));
+    isEntityIs(true);
+    constructorArgNameQEnq("name");
+    constructorArgTypeQEnq("Vek::Name");
+    for (auto const& attribute : frameworkAttributes) {
+      auto* const valueType = attribute.valueType == Entity::_fwkType ? this : attribute.valueType();
+      attributeQEnq(new VekAttr(this, attribute.name, valueType, nullptr, VekAttr::AttrFlags::fixed(),
+                                VekAttr::hiddenFlags, attribute.id));
+    }
+  }
+};
+
+}  // namespace
+
+Entity::~Entity() = default;
+
+Name Entity::name() const { return name_; }
+
+Ptr<Entity const> Entity::parent() const { return parent_; }
+Ptr<Entity> Entity::parent() { return parent_; }
+
+void Entity::parentIs(Ptr<Entity> const& parent) {
+  parent_ = parent.ptr();
+  handleParent(parent);
+}
+
+VekAttr const* Entity::parentAttr() const {
+  return parent_ == nullptr ? nullptr : parent_->fwkType()->attribute(parentAttrId_);
+}
+
+AttributeId Entity::parentAttrId() const { return parentAttrId_; }
+void Entity::parentAttrIdIs(AttributeId id) { parentAttrId_ = id; }
+
+String8 Entity::uriPath() const {
+  String8 const above = parent_ == nullptr ? String8{} : parent_->uriPath();
+  return above + "/" + (parent_ == nullptr ? String8(name()) : parent_->attributeString(parentAttrId_));
+}
+
+String8 Entity::fullName() const {
+  if (parent_ == nullptr) return pathComponent(name());
+  return parent_->fullName() + "." + parent_->attributeString(parentAttrId_);
+}
+
+String8 Entity::attributeString(AttributeId id) const {
+  for (auto const& attribute : frameworkAttributes) {
+    if (attribute.id == id) return attribute.name;
+  }
+  switch (id) {
+    case 0: return "fwkKey";
+    case zeroReferencesEvent: return "zeroReferences";
+    case noParentAttr: return "orphan";
+    case attrLogMarker: return "vekHasAttrLogInterface";
+    default: return "unknown";
+  }
+}
+
+void Entity::handleParent(Ptr<Entity> const&) {}
+
+bool Entity::vekHasAttrLogInterface() const { return false; }
+
+VekType* Entity::_fwkType() {
+  static VekType& type = []() -> VekType& {
+    Ptr<VekType> const made = new EntityBaseType;
+    made->referencesLeak();
+    VekType::typeNodeIs(made.ptr(), "Vek::Entity");
+    return *made;
+  }();
+  return &type;
+}
+
+VekType* Entity::fwkType() const { return _fwkType(); }
+
+Entity::NotifieeConst::~NotifieeConst() = default;
+
+Name Entity::NotifieeConst::name() const {
+  auto const* const entity = dynamic_cast<Entity const*>(rawNotifier());
+  return entity == nullptr ? Name{} : entity->name();
+}
+
+void Entity::NotifieeConst::onParent() {}
+void Entity::NotifieeConst::onVersion() {}
+
+}  // namespace Vek

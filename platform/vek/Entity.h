@@ -1,0 +1,89 @@
+// Entity: a named, counted object with attributes, whose every change is told to its reactors.
+// Owner: whoever holds a reference. Parent: not counted either way; a parent lets its children go before it goes.
+// Thread: each entity is used on one thread, and so is all that hangs on it.
+#pragma once
+
+#include "core/NotifieeConst.h"
+#include "platform/vek/VekType.h"
+
+namespace Vek {
+
+class [[gnu::visibility("default")]] Entity : public PtrInterface {
+ public:
+  class NotifieeConst;
+
+  /// The parent attribute of an entity that has no parent.
+  static constexpr AttributeId noParentAttr = 136;
+  /// The event that the last reference has gone.
+  static constexpr AttributeId zeroReferencesEvent = 5;
+  /// Every entity's marker attribute: it can be written to an attribute log.
+  static constexpr AttributeId attrLogMarker = 154;
+
+  ~Entity() override;
+
+  /// The constructor's argument; never changes.
+  [[nodiscard]] virtual Name name() const;
+
+  /// The entity that holds this one through an attribute; null for a root and for one that was removed.
+  [[nodiscard]] virtual Ptr<Entity const> parent() const;
+  [[nodiscard]] virtual Ptr<Entity> parent();
+  /// Stores the parent, without a reference, and tells handleParent.
+  virtual void parentIs(Ptr<Entity> const& parent);
+  /// The record of the parent's attribute that holds this entity; null without a parent.
+  [[nodiscard]] virtual VekAttr const* parentAttr() const;
+  /// The number of that attribute; it stays when the parent goes.
+  [[nodiscard]] virtual AttributeId parentAttrId() const;
+  virtual void parentAttrIdIs(AttributeId id);
+
+  /// The place of the entity as a path of names: "/status/lemV4RouteStats".
+  [[nodiscard]] virtual String8 uriPath() const;
+  /// The place of the entity as a reader writes it: "status.lemV4RouteStats". It is also the entity's text form.
+  [[nodiscard]] virtual String8 fullName() const;
+
+  /// The name of an attribute or event, "unknown" for a number that has none.
+  [[nodiscard]] virtual String8 attributeString(AttributeId id) const;
+
+  /// The parent has changed.
+  virtual void handleParent(Ptr<Entity> const& parent);
+
+  /// Whether the entity can be written to an attribute log.
+  [[nodiscard]] virtual bool vekHasAttrLogInterface() const;
+
+  /// Effective changes by setters, and reads of attributes. Both wrap silently; reading them counts nothing.
+  [[nodiscard]] U32 writeCount() const noexcept { return writeCount_; }
+  [[nodiscard]] U32 readCount() const noexcept { return readCount_; }
+  void vekWriteCountInc() noexcept { ++writeCount_; }
+  void vekReadCountInc() const noexcept { ++readCount_; }
+
+  /// The record of all entities' base, with the attributes that every entity has.
+  static VekType* _fwkType();
+  [[nodiscard]] VekType* fwkType() const override;
+
+ protected:
+  explicit Entity(Name name) noexcept : name_(std::move(name)) {}
+
+ private:
+  Name const name_;
+  U32 writeCount_ = 0;
+  mutable U32 readCount_ = 0;
+  AttributeId parentAttrId_ = noParentAttr;
+  Entity* parent_ = nullptr;
+};
+
+/// Base of the reactors of entities.
+class [[gnu::visibility("default")]] Entity::NotifieeConst : public PtrInterface::NotifieeConst {
+ public:
+  ~NotifieeConst() override;
+
+  [[nodiscard]] Name name() const override;
+
+  /// The entity's parent has changed.
+  virtual void onParent();
+  /// The entity's version has changed.
+  virtual void onVersion();
+
+ protected:
+  NotifieeConst() noexcept = default;
+};
+
+}  // namespace Vek

@@ -1,0 +1,19 @@
+#include "platform/vek/VekAttr.h"
+
+namespace Vek {
+
+VekAttr::VekAttr(VekType* owner, Name name, VekType const* valueType, VekType const* keyType, AttrFlags flags,
+                 VekAttrIntrospectionFlags introspectionFlags, AttributeId id)
+    : owner_(owner),
+      name_(std::move(name)),
+      valueType_(valueType),
+      keyType_(keyType),
+      flags_(flags),
+      introspectionFlags_(introspectionFlags),
+      id_(id) {}
+
+Ptr<VekAttr> VekAttr::copyFor(VekType* owner) const {
+  return new VekAttr(owner, name_, valueType_, keyType_, flags_, introspectionFlags_, id_);
+}
+
+}  // namespace Vek

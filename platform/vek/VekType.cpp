@@ -1,0 +1,76 @@
+#include "platform/vek/VekType.h"
+
+#include <map>
+
+#include "core/Throwers.h"
+#include "platform/vek/Entity.h"
+
+namespace Vek {
+
+namespace {
+
+// Types register while libraries load, in whatever order, so the registry is made on first use; it lives for good.
+std::map<std::string_view, VekType*>& registry() {
+  static auto& types = *new std::map<std::string_view, VekType*>;
+  return types;
+}
+
+}  // namespace
+
+VekType::VekType(Name shortName, VekType const* scope, VekType* base, VekTypeFlags flags)
+    : name_(std::move(shortName)), scope_(scope), base_(base), flags_(flags) {}
+
+VekType::~VekType() = default;
+
+void VekType::typeFlagsDoEmbeddedWriteConstraints() {}
+
+void VekType::flagIs(U32& word, U32 bit, bool on) {
+  U32 const wanted = on ? word | bit : word & ~bit;
+  if (wanted == word) return;
+  word = wanted;
+  typeFlagsDoEmbeddedWriteConstraints();
+}
+
+void VekType::attributeQEnq(Ptr<VekAttr> const& attr) { attributes_.push_back(attr); }
+
+VekAttr* VekType::attribute(AttributeId id) const noexcept {
+  for (auto const& attr : attributes_) {
+    if (attr->id() == id) return attr.ptr();
+  }
+  return nullptr;
+}
+
+VekAttr* VekType::AttrNode::attr(Name const& name) const noexcept {
+  for (auto const& attr : type_->attributes_) {
+    if (attr->name() == name) return attr.ptr();
+  }
+  return nullptr;
+}
+
+Ptr<Entity> VekType::newEntity(Name const&, Dir*) const {
+  throwInternalException(format("%s is not made by name alone", name_.charPtr()));
+}
+
+void VekType::typeNodeIs(VekType* type, char const* fullName) {
+  Name const name{fullName};
+  auto const [place, isNew] = registry().try_emplace(name, type);
+  if (!isNew) {
+    if (place->second == type) return;
+    throwInternalException(format("two types are named %s: link one library that defines it, not two", fullName));
+  }
+  type->fullName_ = name;
+}
+
+VekType* VekType::find(std::string_view fullName) {
+  auto const place = registry().find(fullName);
+  return place == registry().end() ? nullptr : place->second;
+}
+
+std::vector<VekType*> VekType::registered() {
+  std::vector<VekType*> types;
+  types.reserve(registry().size());
+  for (auto const& [name, type] : registry()) types.push_back(type);
+  return types;
+}
+
+}  // namespace Vek

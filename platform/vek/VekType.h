@@ -1,0 +1,125 @@
+// VekType: the run-time record of a type: its names, kind, constructor arguments and attributes.
+// Owner: the process; a record is made while libraries load, and is never freed.
+// Thread: records are made and filled on the loading thread; afterwards they no longer change and any thread may read.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "core/Name.h"
+#include "core/Ptr.h"
+#include "platform/vek/VekAttr.h"
+
+namespace Vek {
+
+class Dir;
+class Entity;
+
+class [[gnu::visibility("default")]] VekType : public PtrInterface {
+ public:
+  /// Two words of flags, empty when the record is made.
+  struct VekTypeFlags {
+    static constexpr U32 value0 = 0x00000001;
+    static constexpr U32 entity1 = 0x08000000;
+    static constexpr U32 genericIfSupport1 = 0x20000000;
+    U32 word0 = 0;
+    U32 word1 = 0;
+  };
+
+  struct ConstructorArgument {
+    Name name;
+    Name typeName;
+  };
+
+  class AttrNode;
+
+  /// `scope` and `base` may be null. The record keeps neither alive: records live for good.
+  VekType(Name shortName, VekType const* scope, VekType* base, VekTypeFlags flags);
+  ~VekType() override;
+
+  /// The name without namespace; several types may share it.
+  [[nodiscard]] Name const& name() const noexcept { return name_; }
+  /// The name with its namespace; empty until typeNodeIs.
+  [[nodiscard]] Name const& fullName() const noexcept { return fullName_; }
+  [[nodiscard]] VekType const* scope() const noexcept { return scope_; }
+  [[nodiscard]] VekType* base() const noexcept { return base_; }
+  [[nodiscard]] VekTypeFlags flags() const noexcept { return flags_; }
+  [[nodiscard]] bool isValue() const noexcept { return (flags_.word0 & VekTypeFlags::value0) != 0; }
+  [[nodiscard]] bool isEntity() const noexcept { return (flags_.word1 & VekTypeFlags::entity1) != 0; }
+  [[nodiscard]] bool hasGenericIfSupport() const noexcept {
+    return (flags_.word1 & VekTypeFlags::genericIfSupport1) != 0;
+  }
+  void isValueIs(bool on) { flagIs(flags_.word0, VekTypeFlags::value0, on); }
+  void isEntityIs(bool on) { flagIs(flags_.word1, VekTypeFlags::entity1, on); }
+  void hasGenericIfSupportIs(bool on) { flagIs(flags_.word1, VekTypeFlags::genericIfSupport1, on); }
+  /// Called after a flag has changed.
+  virtual void typeFlagsDoEmbeddedWriteConstraints();
+
+  /// Size of an object of the type, in bytes.
+  [[nodiscard]] std::size_t size() const noexcept { return size_; }
+  void sizeIs(std::size_t bytes) noexcept { size_ = bytes; }
+
+  /// The constructor's arguments: a name opens the next one, a type name completes it.
+  [[nodiscard]] std::vector<ConstructorArgument> const& constructorArgs() const noexcept { return constructorArgs_; }
+  void constructorArgNameQEnq(Name name) { constructorArgs_.push_back({std::move(name), {}}); }
+  void constructorArgTypeQEnq(Name typeName) { constructorArgs_.back().typeName = std::move(typeName); }
+
+  /// The attributes, in the order in which they were described.
+  [[nodiscard]] std::vector<Ptr<VekAttr>> const& attributes() const noexcept { return attributes_; }
+  void attributeQEnq(Ptr<VekAttr> const& attr);
+  /// The attribute of that number, or null.
+  [[nodiscard]] VekAttr* attribute(AttributeId id) const noexcept;
+
+  /// The types that name this one as their base, in the order in which their records were made.
+  [[nodiscard]] std::vector<VekType*> const& derivedTypes() const noexcept { return derivedTypes_; }
+  void derivedTypeQEnq(VekType* type) { derivedTypes_.push_back(type); }
+
+  /// The attribute that stands for the whole value, of a value type that has just that one.
+  [[nodiscard]] VekAttr* valAttr() const noexcept { return valAttr_.ptr(); }
+  void valAttrIs(VekAttr* attr) noexcept { valAttr_ = attr; }
+
+  /// The type's attributes by name.
+  [[nodiscard]] AttrNode type_Attr() noexcept;
+
+  /// A new entity of the type, holding one reference. Enters it in no directory. Throws InternalException where the
+  /// type is no entity that stands by itself.
+  virtual Ptr<Entity> newEntity(Name const& name, Dir* dir) const;
+
+  /// Enters the type in the registry under its full name. Throws InternalException where another type has it.
+  static void typeNodeIs(VekType* type, char const* fullName);
+  /// The registered type of that full name, or null.
+  [[nodiscard]] static VekType* find(std::string_view fullName);
+  /// All registered types, by full name.
+  [[nodiscard]] static std::vector<VekType*> registered();
+
+ private:
+  void flagIs(U32& word, U32 bit, bool on);
+
+  Name name_;
+  Name fullName_;
+  VekType const* scope_;
+  VekType* base_;
+  VekTypeFlags flags_;
+  std::size_t size_ = 0;
+  std::vector<ConstructorArgument> constructorArgs_;
+  std::vector<Ptr<VekAttr>> attributes_;
+  std::vector<VekType*> derivedTypes_;
+  Ptr<VekAttr> valAttr_;
+};
+
+/// A type's attributes by name.
+class [[gnu::visibility("default")]] VekType::AttrNode {
+ public:
+  explicit AttrNode(VekType& type) noexcept : type_(&type) {}
+
+  /// The attribute, or null for a name not found.
+  [[nodiscard]] VekAttr* attr(Name const& name) const noexcept;
+
+ private:
+  VekType* type_;
+};
+
+inline VekType::AttrNode VekType::type_Attr() noexcept { return AttrNode{*this}; }
+
+}  // namespace Vek
