@@ -1,0 +1,189 @@
+#include "schemac/Names.h"
+
+#include <algorithm>
+#include <array>
+
+namespace Schemac {
+
+namespace {
+
+std::string join(std::string_view a, std::string_view b) { return std::string(a).append(b); }
+
+template <std::size_t n>
+bool contains(std::array<std::string_view, n> const& names, std::string_view name) noexcept {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+constexpr std::array<std::string_view, 92> keywords = {
+    "alignas",     "alignof",  "and",        "and_eq",    "asm",       "auto",         "bitand",
+    "bitor",       "bool",     "break",      "case",      "catch",     "char",         "char16_t",
+    "char32_t",    "char8_t",  "class",      "co_await",  "co_return", "co_yield",     "compl",
+    "concept",     "const",    "const_cast", "consteval", "constexpr", "constinit",    "continue",
+    "decltype",    "default",  "delete",     "do",        "double",    "dynamic_cast", "else",
+    "enum",        "explicit", "export",     "extern",    "false",     "float",        "for",
+    "friend",      "goto",     "if",         "inline",    "int",       "long",         "mutable",
+    "namespace",   "new",      "noexcept",   "not",       "not_eq",    "nullptr",      "operator",
+    "or",          "or_eq",    "private",    "protected", "public",    "register",     "reinterpret_cast",
+    "requires",    "return",   "short",      "signed",    "sizeof",    "static",       "static_assert",
+    "static_cast", "struct",   "switch",     "template",  "this",      "thread_local", "throw",
+    "true",        "try",      "typedef",    "typeid",    "typename",  "union",        "unsigned",
+    "using",       "virtual",  "void",       "volatile",  "wchar_t",   "while",        "xor",
+    "xor_eq"};
+
+// Names that headers of the language or the C library may define as macros.
+constexpr std::array<std::string_view, 10> macros = {"assert", "errno",  "linux", "major",  "makedev",
+                                                     "minor",  "stderr", "stdin", "stdout", "unix"};
+
+// Of Vek::Entity, Vek::PtrInterface and their notifiees, as far as an attribute could yield them.
+constexpr std::array<std::string_view, 55> entityMembers = {"Attr",
+                                                            "GenericIf_",
+                                                            "Notifiee",
+                                                            "NotifieeConst",
+                                                            "VekDirtyBitSet0",
+                                                            "VekNboAttrLogSa",
+                                                            "_Type",
+                                                            "_fwkType",
+                                                            "activityPtr",
+                                                            "attributeString",
+                                                            "auditErrors",
+                                                            "fullName",
+                                                            "fwkKey",
+                                                            "fwkType",
+                                                            "handleParent",
+                                                            "handleZeroRef",
+                                                            "hasNotificationActive",
+                                                            "hasNotificationActiveIs",
+                                                            "isRegisteredNotifiee",
+                                                            "isRegisteredNotifieeIs",
+                                                            "isStreamAdapter",
+                                                            "isWeakReference",
+                                                            "isWeakReferenceIs",
+                                                            "name",
+                                                            "newEntity",
+                                                            "next",
+                                                            "notificationActive",
+                                                            "notificationFlagsIs",
+                                                            "notifiee",
+                                                            "notifier",
+                                                            "notifierIs",
+                                                            "onAttribute",
+                                                            "onCollectionNotification",
+                                                            "onNotification",
+                                                            "onNotificationException",
+                                                            "onParent",
+                                                            "onVersion",
+                                                            "onZeroReferences",
+                                                            "parent",
+                                                            "parentAttr",
+                                                            "parentAttrId",
+                                                            "parentAttrIdIs",
+                                                            "parentIs",
+                                                            "reactors",
+                                                            "readCount",
+                                                            "readCountInc",
+                                                            "references",
+                                                            "referencesDec",
+                                                            "referencesInc",
+                                                            "referencesLeak",
+                                                            "uriPath",
+                                                            "vekReactor",
+                                                            "writeCount",
+                                                            "writeCountInc",
+                                                            "zeroReferencesIs"};
+
+constexpr std::array<std::string_view, 5> valueMembers = {"Attr", "GenericIf_", "_Type", "_fwkType", "fwkType"};
+
+// What a descriptor (`struct Attr::banks`) is made of: a member may not bear the name of its class.
+constexpr std::array<std::string_view, 4> descriptorMembers = {"field", "name", "number", "on"};
+
+// Namespaces that emitted code enters by name, types that every schema file knows, and what an entity and its bases
+// have as nested or injected classes.
+constexpr std::array<std::string_view, 17> reservedTypes = {
+    "Attr",          "Bridging", "Dir",          "Entity", "GenericIf", "Hardware", "Iterator", "Kiln", "Notifiee",
+    "NotifieeConst", "Of",       "PtrInterface", "U32",    "U64",       "U8",       "Vek",      "std"};
+
+}  // namespace
+
+std::string upperFirst(std::string_view name) {
+  std::string out(name);
+  if (!out.empty() && out[0] >= 'a' && out[0] <= 'z') out[0] = static_cast<char>(out[0] - 'a' + 'A');
+  return out;
+}
+
+std::string fieldName(std::string_view attribute) { return join(attribute, "_"); }
+std::string setterName(std::string_view attribute) { return join(attribute, "Is"); }
+std::string incrementerName(std::string_view attribute) { return join(attribute, "Inc"); }
+std::string removerName(std::string_view attribute) { return join(attribute, "Del"); }
+std::string allRemoverName(std::string_view attribute) { return join(attribute, "DelAll"); }
+std::string notifierName(std::string_view attribute) { return join(attribute, "Notify"); }
+std::string counterName(std::string_view attribute) { return join(attribute, "Count"); }
+std::string iteratorName(std::string_view attribute) { return join(attribute, "Iterator"); }
+std::string constIteratorName(std::string_view attribute) { return join(attribute, "IteratorConst"); }
+std::string makerName(std::string_view attribute) { return join("new", upperFirst(attribute)); }
+std::string slotName(std::string_view attribute) { return join("on", upperFirst(attribute)); }
+std::string immediateSlotName(std::string_view attribute) { return join(slotName(attribute), "vekImmediate"); }
+std::string elementClassName(std::string_view attribute) { return join("Vek", upperFirst(attribute)); }
+
+std::string initFunctionName(std::string_view stem) { return join("vekInit", upperFirst(stem)); }
+
+std::string fullName(File const& file, Type const& type) { return file.nameSpace + "::" + type.name; }
+
+std::vector<std::string> namespaceParts(std::string_view nameSpace) {
+  std::vector<std::string> parts;
+  for (;;) {
+    std::size_t const colons = nameSpace.find("::");
+    parts.emplace_back(nameSpace.substr(0, colons));
+    if (colons == std::string_view::npos) return parts;
+    nameSpace.remove_prefix(colons + 2);
+  }
+}
+
+std::vector<std::string> derivedNames(Attribute const& attribute, Type::Kind kind) {
+  std::string const& name = attribute.name;
+  if (attribute.retired()) return {};
+  if (kind == Type::Kind::value) return {name, setterName(name)};
+  switch (attribute.shape) {
+  case Shape::constant:
+  case Shape::fixed: return {name};
+  case Shape::scalar:
+  case Shape::text: {
+    std::vector<std::string> names = {name, setterName(name), slotName(name)};
+    if (attribute.increment) names.push_back(incrementerName(name));
+    return names;
+  }
+  case Shape::child: return {name, setterName(name), removerName(name), makerName(name), slotName(name)};
+  case Shape::ordered:
+  case Shape::hashed:
+  case Shape::childCollection: break;
+  case Shape::retired: return {};
+  }
+  std::vector<std::string> names = {name,
+                                    setterName(name),
+                                    removerName(name),
+                                    allRemoverName(name),
+                                    notifierName(name),
+                                    counterName(name),
+                                    iteratorName(name),
+                                    constIteratorName(name),
+                                    makerName(name),
+                                    slotName(name),
+                                    immediateSlotName(name)};
+  if (attribute.shape != Shape::childCollection) names.push_back(elementClassName(name));
+  return names;
+}
+
+std::string_view whyTaken(std::string_view name) noexcept {
+  if (contains(keywords, name)) return "is a keyword of C++";
+  if (contains(macros, name)) return "is a macro of the C library";
+  if (name.substr(0, 3) == "vek" || name.substr(0, 3) == "Vek") return "begins with the stem of the framework";
+  return {};
+}
+
+bool isBaseMember(std::string_view name, Type::Kind kind) noexcept {
+  if (contains(descriptorMembers, name)) return true;
+  return kind == Type::Kind::entity ? contains(entityMembers, name) : contains(valueMembers, name);
+}
+
+bool isReservedType(std::string_view name) noexcept { return contains(reservedTypes, name); }
+
+}  // namespace Schemac

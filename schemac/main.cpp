@@ -1,0 +1,130 @@
+// schemac: the schema compiler.
+#include "schemac/Check.h"
+#include "schemac/Diff.h"
+#include "schemac/Docs.h"
+#include "schemac/Read.h"
+#include "schemac/Render.h"
+#include "schemac/Templates.h"
+#include "schemac/View.h"
+#include "schemac/Write.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace Schemac;
+
+enum ExitCode { fine = 0, complained = 1, unusable = 2 };
+
+constexpr char const* exitCodes = "Exit codes: 0 all is well; 1 there are complaints, or something breaks;\n"
+                                  "            2 the command line is wrong, or a file cannot be read or written.";
+
+// Reads and checks the files, tells what is wrong with them, and gives them back if nothing is.
+std::optional<std::vector<File>> load(std::vector<std::string> const& paths) {
+  std::vector<File> files;
+  Complaints complaints;
+  for (std::string const& path : paths) {
+    ReadResult result = readFile(path);
+    complaints.insert(complaints.end(), result.complaints.begin(), result.complaints.end());
+    if (result.file) files.push_back(std::move(*result.file));
+  }
+  Complaints const found = check(files);
+  complaints.insert(complaints.end(), found.begin(), found.end());
+  sort(complaints);
+  for (Complaint const& complaint : complaints) std::cerr << toString(complaint) << '\n';
+  if (!complaints.empty()) return std::nullopt;
+  return files;
+}
+
+int compile(std::vector<std::string> const& paths, std::string const& folder, std::string const& includePrefix) {
+  auto const files = load(paths);
+  if (!files) return complained;
+  for (File const& file : *files) {
+    Data const view = viewOf(file, includePrefix);
+    std::filesystem::path const stem = std::filesystem::path(folder) / includePrefix / file.stem;
+    writeIfChanged(std::filesystem::path(stem) += ".h", render("Header", view, embeddedTemplate));
+    writeIfChanged(std::filesystem::path(stem) += ".cpp", render("Source", view, embeddedTemplate));
+  }
+  return fine;
+}
+
+int checkFiles(std::vector<std::string> const& paths) { return load(paths) ? fine : complained; }
+
+int printDocs(std::vector<std::string> const& paths) {
+  auto const files = load(paths);
+  if (!files) return complained;
+  for (File const& file : *files) std::cout << (&file == &files->front() ? "" : "\n") << docsOf(file);
+  return fine;
+}
+
+int printDiff(std::string const& before, std::string const& after) {
+  auto const was = load({before});
+  auto const is = load({after});
+  if (!was || !is) return complained;
+  auto const differences = diff(was->front(), is->front());
+  for (Difference const& d : differences) std::cout << toString(d) << '\n';
+  return breaks(differences) ? complained : fine;
+}
+
+int run(int argc, char** argv) {
+  CLI::App app{"Schema compiler: stamps the types of schema files.", "schemac"};
+  app.footer(exitCodes);
+  app.set_version_flag("--version", DORNL3_VERSION);
+  app.require_subcommand(1);
+
+  std::vector<std::string> paths;
+  auto const takeFiles = [&](CLI::App* command) {
+    command->add_option("FILE", paths, "Schema files; what they define is checked together")->required();
+    command->footer(exitCodes);
+  };
+  std::string folder;
+  std::string includePrefix = "schema";
+  CLI::App* const compileCommand = app.add_subcommand("compile", "Stamp the types: X.h and X.cpp for each X.toml");
+  takeFiles(compileCommand);
+  compileCommand->add_option("--out", folder, "Folder to write under")->required();
+  compileCommand->add_option("--include-prefix", includePrefix, "Folder below it, which includes name too")
+      ->capture_default_str();
+  CLI::App* const checkCommand = app.add_subcommand("check", "Say what is wrong with schema files");
+  takeFiles(checkCommand);
+  CLI::App* const docsCommand = app.add_subcommand("docs", "Print the attribute reference, as Markdown");
+  takeFiles(docsCommand);
+
+  std::string before;
+  std::string after;
+  CLI::App* const diffCommand =
+      app.add_subcommand("diff", "Say what a change of schema breaks for peers that run the old one");
+  diffCommand->add_option("OLD", before, "The schema file that the peers run")->required();
+  diffCommand->add_option("NEW", after, "The changed schema file")->required();
+  diffCommand->footer(exitCodes);
+
+  try {
+    app.parse(argc, argv);
+  } catch (CLI::ParseError const& error) {
+    return app.exit(error) == 0 ? fine : unusable;
+  }
+  if (compileCommand->parsed()) return compile(paths, folder, includePrefix);
+  if (checkCommand->parsed()) return checkFiles(paths);
+  if (docsCommand->parsed()) return printDocs(paths);
+  return printDiff(before, after);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    int const code = run(argc, argv);
+    if (std::cout.flush()) return code;
+    std::cerr << "schemac: cannot write to standard output\n";
+  } catch (std::exception const& error) {
+    std::cerr << "schemac: " << error.what() << '\n';
+  }
+  return unusable;
+}
