@@ -1,0 +1,175 @@
+// What the types say of themselves when the library is loaded.
+#include "platform/vek/Builtin.h"
+#include "platform/vek/IntrospectionReactor.h"
+#include "schema/AclIntf.h"
+#include "schema/AuditStatus.h"
+#include "schema/DornL3CliConfig.h"
+#include "schema/Status.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace Hardware::DornL3Unicast;
+using Flags = Vek::VekAttr::AttrFlags;
+
+constexpr std::string_view ours = "Hardware::DornL3Unicast::";
+
+std::vector<Vek::VekType*> ourTypes() {
+  std::vector<Vek::VekType*> types = Vek::VekType::registered();
+  std::erase_if(types, [](Vek::VekType* type) { return std::string_view(type->fullName()).substr(0, 25) != ours; });
+  return types;
+}
+
+bool isDeclared(Vek::VekType const& type, Vek::VekAttr const& attr) {
+  return type.isValue() || attr.id() >= 258;
+}
+
+TEST(Registration, EveryAttributeHasTheNumberThatPeersKnow) {
+  std::ifstream golden(DORNL3_SOURCE_DIR "/tests/schema/attributes.golden");
+  std::vector<std::string> expected;
+  for (std::string line; std::getline(golden, line);) {
+    if (!line.empty() && line[0] != '#') expected.push_back(line);
+  }
+  std::vector<std::string> found;
+  for (Vek::VekType* type : ourTypes()) {
+    for (auto const& attr : type->attributes()) {
+      if (!isDeclared(*type, *attr)) continue;
+      std::ostringstream line;
+      line << type->fullName() << ' ' << attr->id() << ' ' << attr->name() << ' ' << attr->valueType()->fullName();
+      found.push_back(line.str());
+    }
+  }
+  EXPECT_EQ(found, expected);
+}
+
+TEST(Registration, KindsFlagsAndBasesFitEachOther) {
+  for (Vek::VekType* type : ourTypes()) {
+    SCOPED_TRACE(std::string(type->fullName()));
+    EXPECT_NE(type->isValue(), type->isEntity());
+    EXPECT_TRUE(type->hasGenericIfSupport());
+    EXPECT_EQ(type->base(), type->isEntity() ? Vek::Entity::_fwkType() : nullptr);
+    EXPECT_GT(type->size(), 0U);
+    EXPECT_EQ(Vek::VekType::find(type->fullName()), type);
+  }
+  EXPECT_EQ(Request::_fwkType()->size(), sizeof(Request));
+  EXPECT_EQ(RouteStats::_fwkType()->size(), sizeof(RouteStats));
+}
+
+TEST(Registration, AnEntitysQueueOpensWithTheFrameworksAttributesAndTheMarker) {
+  auto const& base = Vek::Entity::_fwkType()->attributes();
+  ASSERT_FALSE(base.empty());
+  for (Vek::VekType* type : ourTypes()) {
+    if (!type->isEntity()) continue;
+    SCOPED_TRACE(std::string(type->fullName()));
+    auto const& queue = type->attributes();
+    ASSERT_GT(queue.size(), base.size());
+    for (std::size_t i = 0; i < base.size(); ++i) {
+      EXPECT_EQ(queue[i]->name(), base[i]->name());
+      EXPECT_NE(queue[i], base[i]) << "a copy of its own";
+      EXPECT_EQ(queue[i]->owner(), type);
+    }
+    auto const& marker = *queue[base.size()];
+    EXPECT_EQ(marker.name(), "vekHasAttrLogInterface");
+    EXPECT_EQ(marker.id(), 154U);
+    EXPECT_EQ(marker.flags(), (Flags{0x00022001, 0x00000400}));
+    EXPECT_EQ(marker.introspectionFlags(), 8U);
+    EXPECT_EQ(marker.valueType(), Vek::Builtin<bool>::_fwkType());
+  }
+}
+
+struct FlagCase {
+  Vek::VekType const* type;
+  char const* attribute;
+  Flags flags;
+  Vek::U32 introspectionFlags;
+};
+
+TEST(Registration, AttributesCarryTheFlagsOfTheirClass) {
+  for (FlagCase const& c : {
+           FlagCase{Status::_fwkType(), "numVrfs", {0x00220143, 0x01000400}, 2},
+           FlagCase{Status::_fwkType(), "ipv4RouteStats", {0x00220143, 0x01000400}, 2},
+           FlagCase{AuditRequest::_fwkType(), "tableToAudit", {0x00220143, 0x01000400}, 2},
+           FlagCase{RouteStats::_fwkType(), "adjs", {0x00220109, 0x40000400}, 2},
+           FlagCase{CliConfig::_fwkType(), "aradIp6HostRouteInLemDefault", {0x00220001, 0x40000410}, 0},
+       }) {
+    SCOPED_TRACE(c.attribute);
+    Vek::VekAttr const* const attr = const_cast<Vek::VekType*>(c.type)->type_Attr().attr(c.attribute);
+    ASSERT_NE(attr, nullptr);
+    EXPECT_EQ(attr->flags(), c.flags);
+    EXPECT_EQ(attr->introspectionFlags(), c.introspectionFlags);
+    EXPECT_EQ(attr->keyType(), nullptr);
+  }
+  EXPECT_EQ(Status::_fwkType()->type_Attr().attr("noSuchAttribute"), nullptr);
+}
+
+TEST(Registration, ConstructorArgumentsAreAllAttributesOfAValueAndTheNameOfAnEntity) {
+  for (Vek::VekType* type : ourTypes()) {
+    SCOPED_TRACE(std::string(type->fullName()));
+    auto const& arguments = type->constructorArgs();
+    if (type->isEntity()) {
+      ASSERT_EQ(arguments.size(), 1U);
+      EXPECT_EQ(arguments[0].name, "name");
+      EXPECT_EQ(arguments[0].typeName, "Vek::Name");
+      continue;
+    }
+    ASSERT_EQ(arguments.size(), type->attributes().size());
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+      EXPECT_EQ(arguments[i].name, type->attributes()[i]->name());
+      EXPECT_EQ(arguments[i].typeName, type->attributes()[i]->valueType()->fullName());
+      EXPECT_EQ(type->attributes()[i]->id(), i + 2);
+    }
+  }
+}
+
+TEST(Registration, EntitiesEnterTheirBaseFileByFileAndAlphabetically) {
+  std::vector<std::string> names;
+  for (Vek::VekType* type : Vek::Entity::_fwkType()->derivedTypes()) {
+    if (std::string_view(type->fullName()).substr(0, 25) == ours) names.emplace_back(type->fullName().view().substr(25));
+  }
+  EXPECT_EQ(names, (std::vector<std::string>{"AradVxlanRoutingStatus", "Request", "RestartCompletionStatus", "Status",
+                                             "AuditRequest", "AuditStatus", "CliConfig", "AclRoute::Config",
+                                             "AclRoute::Status"}));
+}
+
+TEST(Registration, LeavesNoScopeOpen) { EXPECT_TRUE(Vek::IntrospectionReactor::global()->openScopes().empty()); }
+
+TEST(Registration, ARecordIsMadeOnce) {
+  auto const derived = Vek::Entity::_fwkType()->derivedTypes().size();
+  EXPECT_EQ(Status::_fwkType(), Status::_fwkType());
+  EXPECT_EQ(statusFactory("s")->fwkType(), Status::_fwkType());
+  EXPECT_EQ(RouteStats{}.fwkType(), RouteStats::_fwkType());
+  EXPECT_EQ(Vek::Entity::_fwkType()->derivedTypes().size(), derived);
+}
+
+TEST(Registration, TypesOfOneShortNameAreToldApartByTheirFullNames) {
+  EXPECT_EQ(Status::_fwkType()->name(), AclRoute::Status::_fwkType()->name());
+  EXPECT_EQ(Status::_fwkType()->fullName(), "Hardware::DornL3Unicast::Status");
+  EXPECT_EQ(AclRoute::Status::_fwkType()->fullName(), "Hardware::DornL3Unicast::AclRoute::Status");
+}
+
+TEST(Registration, ABareValueNamesTheAttributeItStandsFor) {
+  Vek::VekAttr const* const whole = AclRoute::Ipv4EgressAclLabel::_fwkType()->valAttr();
+  ASSERT_NE(whole, nullptr);
+  EXPECT_EQ(whole->name(), "value");
+  EXPECT_EQ(RouteStats::_fwkType()->valAttr(), nullptr);
+}
+
+TEST(Registration, ATypeRecordMakesItsEntity) {
+  Vek::Ptr<Vek::Entity> const made = Status::_fwkType()->newEntity("made", nullptr);
+  EXPECT_TRUE(Vek::ptrCast<Status>(made));
+  EXPECT_EQ(made->name(), "made");
+  EXPECT_EQ(made->references(), 1U);
+}
+
+TEST(Registration, AValueTypeMakesNoEntity) {
+  EXPECT_THROW(static_cast<void>(RouteStats::_fwkType()->newEntity("no", nullptr)), Vek::InternalException);
+}
+
+}  // namespace
