@@ -16,56 +16,49 @@ class [[gnu::visibility("default")]] BaseCollection {
 
    protected:
     StrepIterator() noexcept = default;
-    StrepIterator(BaseCollection const* collection, void* current) noexcept
+    StrepIterator(BaseCollection const* collection, PtrInterface* current) noexcept
         : collection_(collection), current_(current) {}
     StrepIterator(StrepIterator const&) noexcept = default;
     StrepIterator& operator=(StrepIterator const&) noexcept = default;
     virtual ~StrepIterator();
 
     BaseCollection const* collection_ = nullptr;
-    void* current_ = nullptr;
+    PtrInterface* current_ = nullptr;
 
    private:
-    template <class T>
-    friend class BaseRefCollection;
+    friend class BaseCollection;
   };
 
   BaseCollection() noexcept = default;
   BaseCollection(BaseCollection const&) = delete;
   BaseCollection& operator=(BaseCollection const&) = delete;
   virtual ~BaseCollection();
+
+  /// Gives back the reference on the iterator's member.
+  virtual void iteratorDelete(StrepIterator& it) const noexcept;
+  /// Takes one more reference on the iterator's member, and gives the member.
+  virtual PtrInterface* iteratorSpaceCopy(StrepIterator const& it) const noexcept;
 };
 
 /// A collection of counted members of type T.
 template <class T>
-class [[gnu::visibility("default")]] BaseRefCollection : public BaseCollection {
- public:
-  /// Gives back the reference on the iterator's member.
-  virtual void iteratorDelete(StrepIterator& it) const noexcept {
-    if (auto* const member = static_cast<T*>(std::exchange(it.current_, nullptr))) member->referencesDec();
-  }
-  /// Takes one more reference on the iterator's member, and gives the member.
-  virtual void* iteratorSpaceCopy(StrepIterator const& it) const noexcept {
-    if (it.current_ != nullptr) static_cast<T*>(it.current_)->referencesInc();
-    return it.current_;
-  }
-
+class BaseRefCollection : public BaseCollection {
  protected:
   BaseRefCollection() noexcept = default;
 };
 
-/// An iterator over a BaseRefCollection<T>. A position gives its reference back through the collection, so the
+/// An iterator over a collection of members of type T. A position gives its reference back through the collection, so the
 /// collection outlives its iterators. `Bookmarks` says whether an equal position can be found again in a changed
 /// collection.
 template <class T, bool Bookmarks>
 class [[gnu::visibility("default")]] BaseIteratorConst : public BaseCollection::StrepIterator {
  public:
   BaseIteratorConst() noexcept = default;
-  BaseIteratorConst(BaseRefCollection<T> const* collection, T* member) noexcept : StrepIterator(collection, member) {
+  BaseIteratorConst(BaseCollection const* collection, T* member) noexcept : StrepIterator(collection, member) {
     if (member != nullptr) member->referencesInc();
   }
   BaseIteratorConst(BaseIteratorConst const& other) noexcept : StrepIterator(other.collection_, nullptr) {
-    if (other.collection_ != nullptr) current_ = other.members().iteratorSpaceCopy(other);
+    if (other.collection_ != nullptr) current_ = collection_->iteratorSpaceCopy(other);
   }
   BaseIteratorConst& operator=(BaseIteratorConst const& other) noexcept {
     if (this != &other) {
@@ -76,7 +69,7 @@ class [[gnu::visibility("default")]] BaseIteratorConst : public BaseCollection::
     return *this;
   }
   ~BaseIteratorConst() override {
-    if (collection_ != nullptr) members().iteratorDelete(*this);
+    if (collection_ != nullptr) collection_->iteratorDelete(*this);
   }
 
   [[nodiscard]] T* ptr() const noexcept { return static_cast<T*>(current_); }
@@ -90,11 +83,6 @@ class [[gnu::visibility("default")]] BaseIteratorConst : public BaseCollection::
     if (member != nullptr) member->referencesInc();
     if (old) old->referencesDec();
     current_ = member;
-  }
-
- private:
-  [[nodiscard]] BaseRefCollection<T> const& members() const noexcept {
-    return static_cast<BaseRefCollection<T> const&>(*collection_);
   }
 };
 

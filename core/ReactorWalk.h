@@ -8,13 +8,18 @@
 
 namespace Vek {
 
+/// A reference that keeps an object over a call of its reactors. None on an object that nobody counts, on the stack say,
+/// or that is on its way out: that reference would end it.
+[[nodiscard]] inline Ptr<PtrInterface const> holdOver(PtrInterface const& object) noexcept {
+  return object.references() != 0 ? &object : nullptr;
+}
+
 /// Calls `call(reactor)` for the reactors on the list at entry. What one throws goes to its
 /// onNotificationException(attribute), and the walk goes on; what that throws ends the walk and reaches the caller.
 template <class Call>
 void walkReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute, Call const& call) {
   if (reactors.count() == 0) return;
-  // An object that nobody counts, on the stack say, is not ended by the walk's reference either.
-  Ptr<PtrInterface const> const held{notifier.references() != 0 ? &notifier : nullptr};
+  auto const held = holdOver(notifier);
   for (ReactorSnapshot walk{reactors}; walk; walk.advance()) {
     try {
       Expect const expect{Exception::any};
@@ -36,5 +41,17 @@ using ReactorSlot = void (PtrInterface::NotifieeConst::*)();
 /// The walk for slots without a key: one function for all attributes of all types.
 void notifyReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute,
                     ReactorSlot slot);
+
+/// A slot with a key, in the same way.
+template <class K>
+using KeyedReactorSlot = void (PtrInterface::NotifieeConst::*)(K);
+
+/// The walk for slots with a key: one function for all attributes with keys of that type.
+template <class K>
+void notifyReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute,
+                    KeyedReactorSlot<K> slot, K const& key) {
+  walkReactors(notifier, reactors, attribute,
+               [slot, &key](PtrInterface::NotifieeConst& reactor) { (reactor.*slot)(key); });
+}
 
 }  // namespace Vek

@@ -66,6 +66,29 @@ struct Constant : Described<O, V, N> {
   static constexpr auto introspectionFlags = VekAttr::hiddenFlags;
 };
 
+/// A keyed attribute whose elements are values.
+template <class O, class K, class V, AttributeId N>
+struct Collection : Described<O, V, N> {
+  using Key = K;
+  static constexpr auto flags = VekAttr::AttrFlags::collection();
+  static constexpr auto introspectionFlags = VekAttr::declaredFlags;
+};
+
+/// An attribute that makes its one target.
+template <class O, class C, AttributeId N>
+struct SingleChild : Described<O, Ptr<C>, N> {
+  using Child = C;
+  static constexpr auto flags = VekAttr::AttrFlags::instantiatingScalar();
+};
+
+/// A keyed attribute that makes its targets. `keyName` is the target's attribute that is the key.
+template <class O, class K, class C, AttributeId N>
+struct KeyedChildren : Described<O, Ptr<C>, N> {
+  using Key = K;
+  using Child = C;
+  static constexpr auto flags = VekAttr::AttrFlags::instantiatingCollection();
+};
+
 /// The name under which a type appears among constructor arguments: its own, unless it is a builtin.
 template <class V>
 struct DeclaredName {
@@ -94,6 +117,10 @@ struct DeclaredName<Seconds> {
 template <>
 struct DeclaredName<String8> {
   static constexpr char const* value = "Vek::String";
+};
+template <>
+struct DeclaredName<Name> {
+  static constexpr char const* value = "Vek::Name";
 };
 
 }  // namespace Vek

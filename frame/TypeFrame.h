@@ -20,6 +20,9 @@ VekType const* typeOf() {
   }
 }
 
+/// Where the numbers of a value type's attributes begin.
+inline constexpr AttributeId firstAttributeOfAValue = 2;
+
 /// Gives a type's record. The first call runs the init function of its schema file, which makes the records of all
 /// types of that file; where that did not, because no descriptions are wanted, the record is made here, bare.
 template <class Type>
@@ -36,16 +39,38 @@ VekType* typeRecord(void (*initFile)()) {
 
 namespace detail {
 
+/// What a library tells of an attribute that makes its targets. `keyType` and `keyName` are null without a key.
+void describeInstantiating(IntrospectionReactor& reactor, VekType* owner, char const* name, VekType const* targetType,
+                           VekAttr::AttrFlags const& flags, AttributeId id, VekType const* keyType,
+                           char const* keyName);
+
 template <class A>
 void describe(IntrospectionReactor& reactor, VekType* owner) {
-  reactor.defNoninstantiatingAttr(owner, A::name, typeOf<typename A::Value>(), nullptr, A::flags,
-                                  A::introspectionFlags, A::number);
+  if constexpr (requires { typename A::Child; }) {
+    VekType const* const target = A::Child::_fwkType();
+    if constexpr (requires { typename A::Key; }) {
+      describeInstantiating(reactor, owner, A::name, target, A::flags, A::number, typeOf<typename A::Key>(), A::keyName);
+    } else {
+      describeInstantiating(reactor, owner, A::name, target, A::flags, A::number, nullptr, nullptr);
+    }
+  } else if constexpr (requires { typename A::Key; }) {
+    reactor.defNoninstantiatingAttr(owner, A::name, typeOf<typename A::Value>(), typeOf<typename A::Key>(), A::flags,
+                                    A::introspectionFlags, A::number);
+  } else {
+    reactor.defNoninstantiatingAttr(owner, A::name, typeOf<typename A::Value>(), nullptr, A::flags,
+                                    A::introspectionFlags, A::number);
+  }
 }
 
 template <class A>
 void declareArgument(VekType* type) {
   type->constructorArgNameQEnq(A::name);
   type->constructorArgTypeQEnq(DeclaredName<typename A::Value>::value);
+}
+
+template <class A>
+void declareFixed(VekType* type) {
+  if constexpr (A::flags == VekAttr::AttrFlags::fixed()) declareArgument<A>(type);
 }
 
 /// What every entity has before its declared attributes: the framework's, and the marker that a log can watch it.
@@ -71,7 +96,7 @@ class ValueType : public VekType {
     forEach(typename A::All{}, [type](auto attribute) { detail::declareArgument<decltype(attribute)>(type); });
     forEach(typename A::All{},
             [&reactor, type](auto attribute) { detail::describe<decltype(attribute)>(reactor, type); });
-    if constexpr (A::bare) type->valAttrIs(type->type_Attr().attr("value"));
+    if constexpr (A::bare) type->valAttrIs(type->attribute(firstAttributeOfAValue));
     reactor.handleScopeExit();
   }
 };
@@ -93,9 +118,14 @@ class EntityType : public VekType {
     type->hasGenericIfSupportIs(true);
     type->constructorArgNameQEnq("name");
     type->constructorArgTypeQEnq("Vek::Name");
+    forEach(typename A::All{}, [type](auto attribute) { detail::declareFixed<decltype(attribute)>(type); });
     detail::describeEntityBase(reactor, type);
     forEach(typename A::All{},
             [&reactor, type](auto attribute) { detail::describe<decltype(attribute)>(reactor, type); });
+    if constexpr (requires { typename A::MemberKey; }) {
+      reactor.defNoninstantiatingAttr(type, "fwkKey", typeOf<typename A::MemberKey>(), nullptr,
+                                      VekAttr::AttrFlags::key(), VekAttr::hiddenFlags, Entity::keyAttr);
+    }
     reactor.handleScopeExit();
   }
 };

@@ -92,10 +92,6 @@ void checkFile(Subject const& subject) {
   checkNamespace(subject);
   checkDoc(subject.complain, file, file.doc);
   if (file.types.empty()) subject.complain({1, 1}, "the file defines no type; write a [[value]] or an [[entity]]");
-  if (file.types.size() > maxTypes) {
-    subject.complain(file.at, fmt::format("the file has {} types; write at most {}", file.types.size(), maxTypes));
-    return;
-  }
   for (Type const& type : file.types) checkType(subject, type);
   checkChildKeys(subject);
 }
@@ -153,8 +149,12 @@ void checkTogether(std::vector<File> const& files, Complaints& complaints) {
 Complaints check(std::vector<File> const& files) {
   Complaints complaints;
   for (File const& file : files) {
-    Types const types(file);
     Complainer const complain(file.path, complaints);
+    if (file.types.size() > maxTypes) {
+      complain({1, 1}, fmt::format("the file has {} types; write at most {}", file.types.size(), maxTypes));
+      continue;
+    }
+    Types const types(file);
     checkFile({file, types, complain});
   }
   checkTogether(files, complaints);

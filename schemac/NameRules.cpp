@@ -31,7 +31,7 @@ void takeNames(Subject const& subject, Type const& type, Attribute const& a,
     std::string const subjectOfSentence =
         name == a.name ? fmt::format("attribute '{}'", name) : fmt::format("'{}', which '{}' yields,", name, a.name);
     if (isBaseMember(name, type.kind)) {
-      subject.complain(at, fmt::format("{} is a member of every {}; choose another name", subjectOfSentence,
+      subject.complain(at, fmt::format("{} is a name that every {} has already; choose another one", subjectOfSentence,
                                        type.isEntity() ? "entity" : "value"));
       return;
     }

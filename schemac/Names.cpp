@@ -1,7 +1,6 @@
 #include "schemac/Names.h"
 
 #include <algorithm>
-#include <array>
 
 namespace Schemac {
 
@@ -9,98 +8,50 @@ namespace {
 
 std::string join(std::string_view a, std::string_view b) { return std::string(a).append(b); }
 
-template <std::size_t n>
-bool contains(std::array<std::string_view, n> const& names, std::string_view name) noexcept {
-  return std::find(names.begin(), names.end(), name) != names.end();
+// Whether `word` is one of `words`, which have a space between them.
+bool contains(std::string_view words, std::string_view word) noexcept {
+  while (!words.empty()) {
+    std::size_t const end = std::min(words.find(' '), words.size());
+    if (words.substr(0, end) == word) return true;
+    words.remove_prefix(std::min(end + 1, words.size()));
+  }
+  return false;
 }
 
-constexpr std::array<std::string_view, 92> keywords = {
-    "alignas",     "alignof",  "and",        "and_eq",    "asm",       "auto",         "bitand",
-    "bitor",       "bool",     "break",      "case",      "catch",     "char",         "char16_t",
-    "char32_t",    "char8_t",  "class",      "co_await",  "co_return", "co_yield",     "compl",
-    "concept",     "const",    "const_cast", "consteval", "constexpr", "constinit",    "continue",
-    "decltype",    "default",  "delete",     "do",        "double",    "dynamic_cast", "else",
-    "enum",        "explicit", "export",     "extern",    "false",     "float",        "for",
-    "friend",      "goto",     "if",         "inline",    "int",       "long",         "mutable",
-    "namespace",   "new",      "noexcept",   "not",       "not_eq",    "nullptr",      "operator",
-    "or",          "or_eq",    "private",    "protected", "public",    "register",     "reinterpret_cast",
-    "requires",    "return",   "short",      "signed",    "sizeof",    "static",       "static_assert",
-    "static_cast", "struct",   "switch",     "template",  "this",      "thread_local", "throw",
-    "true",        "try",      "typedef",    "typeid",    "typename",  "union",        "unsigned",
-    "using",       "virtual",  "void",       "volatile",  "wchar_t",   "while",        "xor",
-    "xor_eq"};
+constexpr std::string_view keywords =
+    "alignas alignof and and_eq asm auto bitand bitor bool break case catch char char16_t char32_t char8_t class "
+    "co_await co_return co_yield compl concept const const_cast consteval constexpr constinit continue decltype "
+    "default delete do double dynamic_cast else enum explicit export extern false float for friend goto if inline "
+    "int long mutable namespace new noexcept not not_eq nullptr operator or or_eq private protected public "
+    "register reinterpret_cast requires return short signed sizeof static static_assert static_cast struct switch "
+    "template this thread_local throw true try typedef typeid typename union unsigned using virtual void volatile "
+    "wchar_t while xor xor_eq";
 
 // Names that headers of the language or the C library may define as macros.
-constexpr std::array<std::string_view, 10> macros = {"assert", "errno",  "linux", "major",  "makedev",
-                                                     "minor",  "stderr", "stdin", "stdout", "unix"};
+constexpr std::string_view macros = "assert errno linux major makedev minor stderr stdin stdout unix";
 
 // Of Vek::Entity, Vek::PtrInterface and their notifiees, as far as an attribute could yield them.
-constexpr std::array<std::string_view, 55> entityMembers = {"Attr",
-                                                            "GenericIf_",
-                                                            "Notifiee",
-                                                            "NotifieeConst",
-                                                            "VekDirtyBitSet0",
-                                                            "VekNboAttrLogSa",
-                                                            "_Type",
-                                                            "_fwkType",
-                                                            "activityPtr",
-                                                            "attributeString",
-                                                            "auditErrors",
-                                                            "fullName",
-                                                            "fwkKey",
-                                                            "fwkType",
-                                                            "handleParent",
-                                                            "handleZeroRef",
-                                                            "hasNotificationActive",
-                                                            "hasNotificationActiveIs",
-                                                            "isRegisteredNotifiee",
-                                                            "isRegisteredNotifieeIs",
-                                                            "isStreamAdapter",
-                                                            "isWeakReference",
-                                                            "isWeakReferenceIs",
-                                                            "name",
-                                                            "newEntity",
-                                                            "next",
-                                                            "notificationActive",
-                                                            "notificationFlagsIs",
-                                                            "notifiee",
-                                                            "notifier",
-                                                            "notifierIs",
-                                                            "onAttribute",
-                                                            "onCollectionNotification",
-                                                            "onNotification",
-                                                            "onNotificationException",
-                                                            "onParent",
-                                                            "onVersion",
-                                                            "onZeroReferences",
-                                                            "parent",
-                                                            "parentAttr",
-                                                            "parentAttrId",
-                                                            "parentAttrIdIs",
-                                                            "parentIs",
-                                                            "reactors",
-                                                            "readCount",
-                                                            "readCountInc",
-                                                            "references",
-                                                            "referencesDec",
-                                                            "referencesInc",
-                                                            "referencesLeak",
-                                                            "uriPath",
-                                                            "vekReactor",
-                                                            "writeCount",
-                                                            "writeCountInc",
-                                                            "zeroReferencesIs"};
+constexpr std::string_view entityMembers =
+    "Attr GenericIf_ Notifiee NotifieeConst VekDirtyBitSet0 VekNboAttrLogSa _Type _fwkType attrLogMarker "
+    "attributeString auditErrors fullName fwkKey fwkType handleParent handleZeroRef hasNotificationActive "
+    "hasNotificationActiveIs isRegisteredNotifiee isRegisteredNotifieeIs isStreamAdapter isWeakReference "
+    "isWeakReferenceIs name newEntity noParentAttr notifiees notifier notifierIs onAttribute "
+    "onCollectionNotification onNotification onNotificationException onParent onVersion onZeroReferences parent "
+    "parentAttr parentAttrId parentAttrIdIs parentIs readCount references referencesDec referencesInc "
+    "referencesLeak uriPath writeCount zeroReferencesEvent zeroReferencesIs";
 
-constexpr std::array<std::string_view, 5> valueMembers = {"Attr", "GenericIf_", "_Type", "_fwkType", "fwkType"};
+constexpr std::string_view valueMembers = "Attr GenericIf_ _Type _fwkType fwkType";
 
-// What a descriptor (`struct Attr::banks`) is made of: a member may not bear the name of its class.
-constexpr std::array<std::string_view, 4> descriptorMembers = {"field", "name", "number", "on"};
+// What the descriptors of attributes are made of, and what stands among them in `struct Attr`: there each attribute is
+// a class of its own name, which may have no member of that name.
+constexpr std::string_view descriptorMembers =
+    "bare field flags fullName introspectionFlags max min name number record shortName slot";
 
 // Namespaces that emitted code enters by name, types that every schema file knows, and what an entity and its bases
 // have as nested or injected classes.
-constexpr std::array<std::string_view, 17> reservedTypes = {
-    "Attr",          "Bridging", "Dir",          "Entity", "GenericIf", "Hardware", "Iterator", "Kiln", "Notifiee",
-    "NotifieeConst", "Of",       "PtrInterface", "U32",    "U64",       "U8",       "Vek",      "std"};
+constexpr std::string_view reservedTypes =
+    "Attr Bridging Dir Entity GenericIf Hardware Iterator Kiln Notifiee NotifieeConst Of PtrInterface U32 U64 U8 "
+    "Vek std";
 
 }  // namespace
 

@@ -44,7 +44,7 @@ namespace Schemac {
 /// of C++"), or empty where it may. Letters and digits are the caller's to check.
 [[nodiscard]] std::string_view whyTaken(std::string_view name) noexcept;
 
-/// Whether types of `kind`, or what an attribute's descriptor is made of, have a member of this name from their bases.
+/// Whether every type of `kind` has this name already: from its bases, or in the descriptors of its attributes.
 [[nodiscard]] bool isBaseMember(std::string_view name, Type::Kind kind) noexcept;
 
 /// Whether a type of this name would hide, or be hidden by, what emitted code calls by its short name.

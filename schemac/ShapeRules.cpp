@@ -35,7 +35,7 @@ class AttributeRules {
       break;
     case Shape::text: checkText(); break;
     case Shape::constant:
-      if (type != nullptr) checkConstant(*type);
+      if (type != nullptr) checkLiteral("constant", a_.constant, *type);
       break;
     case Shape::fixed:
       if (type != nullptr && type->kind != Kind::text) {
@@ -129,11 +129,10 @@ class AttributeRules {
         complain(at, fmt::format("'{}' is {}, and a {} holds 0 to {}", bound, *value, type.declared, type.max));
       }
     }
-    if (owner_.isEntity() || a_.has("min") != a_.has("max")) {
-      if (!owner_.isEntity()) complain(a_.at, "a range has two ends; write both 'min' and 'max'");
-      return;
-    }
-    if (a_.min && a_.max && *a_.min > *a_.max) {
+    if (owner_.isEntity()) return;
+    if (a_.has("min") != a_.has("max")) {
+      complain(a_.at, "a range has two ends; write both 'min' and 'max'");
+    } else if (a_.min && a_.max && *a_.min > *a_.max) {
       complain(a_.where("min"), fmt::format("'min' {} lies above 'max' {}; swap them", *a_.min, *a_.max));
     }
   }
@@ -149,16 +148,14 @@ class AttributeRules {
     }
   }
 
-  void checkConstant(AttributeType const& type) const { checkLiteral("constant", a_.constant, type); }
-
   void checkLiteral(std::string_view key, std::optional<Literal> const& literal, AttributeType const& type) const {
     if (!literal) return;
     std::string wanted;
     if (type.kind == Kind::boolean && !std::holds_alternative<bool>(*literal)) wanted = "true or false";
     if (type.isInteger()) {
       auto const* const number = std::get_if<std::int64_t>(&*literal);
-      if (number == nullptr || *number < 0 || *number > type.max)
-        wanted = fmt::format("an integer from 0 to {}", type.max);
+      bool const fits = number != nullptr && *number >= 0 && *number <= type.max;
+      if (!fits) wanted = fmt::format("an integer from 0 to {}", type.max);
     }
     if (type.kind == Kind::seconds) {
       auto const* const number = std::get_if<double>(&*literal);

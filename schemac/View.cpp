@@ -15,18 +15,6 @@ namespace Schemac {
 
 namespace {
 
-bool stands(Attribute const& attribute) {
-  switch (attribute.shape) {
-    case Shape::scalar:
-    case Shape::text:
-    case Shape::constant:
-    case Shape::fixed: return true;
-    default: return false;
-  }
-}
-
-bool stands(Type const& type) { return !type.isEntity() || !type.factory.empty(); }
-
 // How a value is handed over where it is kept: strings by value, to be moved; wide records by reference.
 std::string keptParameter(AttributeType const& type) {
   bool const byReference = type.byReference && !type.isInteger() && type.kind != AttributeType::Kind::seconds;
@@ -47,75 +35,174 @@ std::string moved(AttributeType const& type, std::string const& name) {
   return type.kind == AttributeType::Kind::text ? fmt::format("std::move({})", name) : name;
 }
 
-Data attributeView(Attribute const& a, Types const& types) {
-  AttributeType const& type = types.at(a.type);
+// The kinds of attribute that templates tell apart, from the shape alone.
+struct Form {
+  explicit Form(Attribute const& a)
+      : field(a.shape == Shape::scalar || a.shape == Shape::text || a.shape == Shape::fixed),
+        scalar(a.shape == Shape::scalar || a.shape == Shape::text),
+        ordered(a.shape == Shape::ordered),
+        collection(ordered || a.shape == Shape::hashed),
+        child(a.shape == Shape::child),
+        children(a.shape == Shape::childCollection) {}
+
+  bool field;  // a value of its own, read as such
+  bool scalar;
+  bool ordered;
+  bool collection;
+  bool child;
+  bool children;
+};
+
+std::string keyOf(Attribute const& a, Types const& types) {
+  std::string const declared = keyType(a);
+  return declared.empty() ? std::string() : types.at(declared).cpp;
+}
+
+std::string descriptor(std::string const& owner, Attribute const& a, Types const& types) {
+  std::string const type = a.child.empty() ? types.at(a.type).cpp : a.child;
+  std::string const key = keyOf(a, types);
+  switch (a.shape) {
+  case Shape::fixed: return fmt::format("Fixed<{}, {}, {}>", owner, type, a.number);
+  case Shape::constant: return fmt::format("Constant<{}, {}, {}>", owner, type, a.number);
+  case Shape::ordered:
+  case Shape::hashed: return fmt::format("Collection<{}, {}, {}, {}>", owner, key, type, a.number);
+  case Shape::child: return fmt::format("SingleChild<{}, {}, {}>", owner, type, a.number);
+  case Shape::childCollection: return fmt::format("KeyedChildren<{}, {}, {}, {}>", owner, key, type, a.number);
+  default: return fmt::format("Scalar<{}, {}, {}>", owner, type, a.number);
+  }
+}
+
+// What the entity keeps for the attribute.
+std::string storage(Attribute const& a, Types const& types) {
+  switch (a.shape) {
+  case Shape::ordered:
+  case Shape::hashed: return elementClassName(a.name) + "::Map";
+  case Shape::child: return fmt::format("Vek::Ptr<{}>", a.child);
+  case Shape::childCollection: return a.child + "::Map";
+  default: return types.at(a.type).cpp;
+  }
+}
+
+Data attributeView(std::string const& owner, Attribute const& a, Types const& types) {
+  Form const form(a);
   Data view = Data::object();
   view.set("number", std::to_string(a.number))
       .set("name", a.name)
       .set("doc", a.doc)
-      .set("type", type.cpp)
-      .set("result", accessorResult(type))
-      .set("parameter", type.parameter())
-      .set("kept", keptParameter(type))
-      .set("moved", moved(type, "value"))
+      .set("child", a.child)
+      .set("key", keyOf(a, types))
+      .set("keyName", form.children ? a.key : std::string())
+      .set("descriptor", descriptor(owner, a, types))
+      .set("storage", storage(a, types))
+      .set("member", form.collection ? elementClassName(a.name) : a.child)
+      .set("map", form.ordered ? "RbTreeMap" : "HashMap")
+      .set("elementBase", form.ordered ? "RbElement" : "HashElement")
       .set("field", fieldName(a.name))
-      .set("initializer", initializer(a, type))
       .set("setter", setterName(a.name))
       .set("incrementer", incrementerName(a.name))
+      .set("remover", removerName(a.name))
+      .set("allRemover", allRemoverName(a.name))
+      .set("maker", makerName(a.name))
+      .set("notifier", notifierName(a.name))
+      .set("counter", counterName(a.name))
+      .set("iterator", iteratorName(a.name))
+      .set("constIterator", constIteratorName(a.name))
       .set("slot", slotName(a.name))
+      .set("immediateSlot", immediateSlotName(a.name))
       .set("constant", a.constant ? cppLiteral(*a.constant) : std::string())
-      .set("min", std::to_string(a.min.value_or(0)))
-      .set("max", std::to_string(a.max.value_or(type.max)))
-      .set("isScalar", a.shape == Shape::scalar || a.shape == Shape::text)
+      .set("isField", form.field)
+      .set("isScalar", form.scalar)
       .set("isConstant", a.shape == Shape::constant)
-      .set("isFixed", a.shape == Shape::fixed)
       .set("isStored", a.shape != Shape::constant)
+      .set("isLookupInline", form.ordered || a.key != "U32")
+      .set("isCollection", form.collection)
+      .set("isChild", form.child)
+      .set("isChildren", form.children)
+      .set("isKeyed", form.collection || form.children)
+      .set("hasSlot", form.scalar || form.child)
       .set("hasIncrementer", a.increment)
       .set("hasLimits", a.min.has_value() || a.max.has_value());
+  if (a.child.empty()) {
+    AttributeType const& type = types.at(a.type);
+    view.set("type", type.cpp)
+        .set("result", accessorResult(type))
+        .set("parameter", type.parameter())
+        .set("kept", keptParameter(type))
+        .set("moved", moved(type, "value"))
+        .set("initializer", form.collection ? std::string() : initializer(a, type))
+        .set("min", std::to_string(a.min.value_or(0)))
+        .set("max", std::to_string(a.max.value_or(type.max)));
+  } else {
+    view.set("initializer", "");
+  }
   return view;
 }
 
 std::vector<Attribute> standing(Type const& type) {
   std::vector<Attribute> attributes;
   std::copy_if(type.attributes.begin(), type.attributes.end(), std::back_inserter(attributes),
-               [](Attribute const& a) { return stands(a); });
+               [](Attribute const& a) { return !a.retired(); });
   return attributes;
 }
 
+// The attribute that holds entities of this type by key; null where none does.
+Attribute const* holderOf(File const& file, Type const& child) {
+  for (Type const& type : file.types) {
+    for (Attribute const& a : type.attributes) {
+      if (a.shape == Shape::childCollection && a.child == child.name) return &a;
+    }
+  }
+  return nullptr;
+}
+
+void setEntity(Data& view, File const& file, Type const& type, Types const& types) {
+  Attribute const* const holder = holderOf(file, type);
+  bool const byName = holder != nullptr && holder->key == "name";
+  bool const hasChildren = std::any_of(type.attributes.begin(), type.attributes.end(), [](Attribute const& a) {
+    return a.shape == Shape::child || a.shape == Shape::childCollection;
+  });
+  view.set("factory", type.factory)
+      .set("isRoot", !type.factory.empty())
+      .set("typeFrame", type.factory.empty() ? "EntityType" : "RootEntityType")
+      .set("hasChildren", hasChildren)
+      .set("isMember", holder != nullptr)
+      .set("memberKey", holder != nullptr ? keyOf(*holder, types) : std::string())
+      .set("memberKeyField", holder == nullptr ? std::string()
+                             : byName          ? "name()"
+                                               : fieldName(holder->key));
+}
+
 Data typeView(File const& file, Type const& type, Types const& types) {
-  std::vector<Attribute> const attributes = standing(type);
   Data list = Data::list();
   std::vector<std::string> names;
   std::vector<std::string> parameters;
   std::vector<std::string> initializers;
-  for (Attribute const& a : attributes) {
-    list.add(Data::object().set("attr", attributeView(a, types)));
+  if (type.isEntity()) {
+    parameters.emplace_back("Vek::Name name");
+    initializers.emplace_back("Vek::Entity(std::move(name))");
+  }
+  for (Attribute const& a : standing(type)) {
+    list.add(Data::object().set("attr", attributeView(type.name, a, types)));
     names.push_back(a.name);
     if (type.isEntity() && a.shape != Shape::fixed) continue;
     AttributeType const& attributeType = types.at(a.type);
     parameters.push_back(keptParameter(attributeType) + " " + a.name);
     initializers.push_back(fmt::format("{}({})", fieldName(a.name), moved(attributeType, a.name)));
   }
-  bool const alone = parameters.size() == 1;
-  if (type.isEntity()) {
-    parameters.insert(parameters.begin(), "Vek::Name name");
-    initializers.insert(initializers.begin(), "Vek::Entity(std::move(name))");
-  }
   Data view = Data::object();
   view.set("name", type.name)
       .set("fullName", fullName(file, type))
       .set("doc", type.doc)
-      .set("isBare", type.bare)
       .set("bare", type.bare ? "true" : "false")
-      .set("explicit", alone ? "explicit " : "")
-      .set("factory", type.factory)
+      .set("explicit", parameters.size() == 1 ? "explicit " : "")
       .set("parameters", fmt::format("{}", fmt::join(parameters, ", ")))
       .set("initializers", fmt::format("{}", fmt::join(initializers, ", ")))
       .set("attributeList", fmt::format("{}", fmt::join(names, ", ")))
       .set("attributes", std::move(list));
-  if (!type.isEntity()) {
-    bool const byReference = types.at(type.name).byReference;
-    view.set("parameter", byReference ? type.name + " const&" : type.name);
+  if (type.isEntity()) {
+    setEntity(view, file, type, types);
+  } else {
+    view.set("parameter", types.at(type.name).byReference ? type.name + " const&" : type.name);
   }
   return view;
 }
@@ -124,17 +211,25 @@ Data typeView(File const& file, Type const& type, Types const& types) {
 Data argumentList(std::vector<Type const*> const& types) {
   Data list = Data::list();
   for (Type const* type : types) {
-    list.add(Data::object().set(
-        "type", Data::object().set("name", type->name).set("end", type == types.back() ? ">;" : ",")));
+    list.add(Data::object().set("type",
+                                Data::object().set("name", type->name).set("end", type == types.back() ? ">;" : ",")));
   }
   return list;
 }
 
-Data includesOf(std::vector<Type const*> const& standingTypes, Types const& types) {
+Data includesOf(File const& file, Types const& types) {
   std::set<std::string> headers = {"core/String8.h", "platform/vek/VekType.h"};
-  for (Type const* type : standingTypes) {
-    if (type->isEntity()) headers.insert({"core/ListRaw.h", "frame/EntityFrame.h", "platform/vek/Entity.h"});
-    for (Attribute const& a : standing(*type)) headers.insert(types.at(a.type).header);
+  for (Type const& type : file.types) {
+    if (type.isEntity()) headers.insert({"core/ListRaw.h", "frame/EntityFrame.h", "platform/vek/Entity.h"});
+    for (Attribute const& a : standing(type)) {
+      Form const form(a);
+      if (form.collection)
+        headers.insert({form.ordered ? "core/RbTreeMap.h" : "core/HashMap.h", "frame/CollectionFrame.h"});
+      if (form.child || form.children) headers.insert("frame/ChildFrame.h");
+      if (form.children) headers.insert("core/HashMap.h");
+      if (!a.type.empty()) headers.insert(types.at(a.type).header);
+      if (std::string const key = keyType(a); !key.empty()) headers.insert(types.at(key).header);
+    }
   }
   headers.erase("");
   Data list = Data::list();
@@ -147,20 +242,15 @@ Data includesOf(std::vector<Type const*> const& standingTypes, Types const& type
 Data viewOf(File const& file, std::string_view includePrefix) {
   Types const types(file);
   std::vector<Type const*> defined;
-  for (Type const& type : file.types) {
-    if (stands(type)) defined.push_back(&type);
-  }
+  for (Type const& type : file.types) defined.push_back(&type);
   std::vector<Type const*> alphabetical = defined;
   std::sort(alphabetical.begin(), alphabetical.end(), [](Type const* a, Type const* b) { return a->name < b->name; });
 
   Data views = Data::list();
-  bool hasValues = false;
-  bool hasEntities = false;
   for (Type const* type : defined) {
     Data item = Data::object();
     item.set("type", Data::object().set("isEntity", type->isEntity()).set("isValue", !type->isEntity()));
     item.set(type->isEntity() ? "entity" : "value", typeView(file, *type, types));
-    (type->isEntity() ? hasEntities : hasValues) = true;
     views.add(std::move(item));
   }
   std::vector<std::string> quoted;
@@ -174,9 +264,7 @@ Data viewOf(File const& file, std::string_view includePrefix) {
       .set("nameSpaceParts", fmt::format("{{{}}}", fmt::join(quoted, ", ")))
       .set("initFunction", initFunctionName(file.stem))
       .set("hasDoc", !file.doc.empty())
-      .set("hasValues", hasValues)
-      .set("hasEntities", hasEntities)
-      .set("includes", includesOf(defined, types))
+      .set("includes", includesOf(file, types))
       .set("types", std::move(views))
       .set("defined", argumentList(defined))
       .set("alphabetical", argumentList(alphabetical));

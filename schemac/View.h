@@ -1,8 +1,5 @@
 // View: a schema file as data for the templates. Every spelling that a template needs is made here, with Names and
 // Types; a template puts none together from pieces.
-//
-// What stands: every value type, and every entity that has a factory, with its scalar, text, constant and fixed
-// attributes. Of an attribute of another shape nothing is emitted.
 #pragma once
 
 #include "schemac/Data.h"

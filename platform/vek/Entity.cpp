@@ -62,14 +62,21 @@ VekAttr const* Entity::parentAttr() const {
 AttributeId Entity::parentAttrId() const { return parentAttrId_; }
 void Entity::parentAttrIdIs(AttributeId id) { parentAttrId_ = id; }
 
+bool Entity::isKeyedChild() const {
+  VekAttr const* const attr = parentAttr();
+  return attr != nullptr && attr->flags().isCollection();
+}
+
 String8 Entity::uriPath() const {
-  String8 const above = parent_ == nullptr ? String8{} : parent_->uriPath();
-  return above + "/" + (parent_ == nullptr ? String8(name()) : parent_->attributeString(parentAttrId_));
+  if (parent_ == nullptr) return "/" + String8(name());
+  String8 const place = parent_->uriPath() + "/" + parent_->attributeString(parentAttrId_);
+  return isKeyedChild() ? place + "/" + String8(name()) : place;
 }
 
 String8 Entity::fullName() const {
   if (parent_ == nullptr) return pathComponent(name());
-  return parent_->fullName() + "." + parent_->attributeString(parentAttrId_);
+  String8 const place = parent_->fullName() + "." + parent_->attributeString(parentAttrId_);
+  return isKeyedChild() ? place + "[" + pathComponent(name()) + "]" : place;
 }
 
 String8 Entity::attributeString(AttributeId id) const {
@@ -77,7 +84,7 @@ String8 Entity::attributeString(AttributeId id) const {
     if (attribute.id == id) return attribute.name;
   }
   switch (id) {
-    case 0: return "fwkKey";
+    case keyAttr: return "fwkKey";
     case zeroReferencesEvent: return "zeroReferences";
     case noParentAttr: return "orphan";
     case attrLogMarker: return "vekHasAttrLogInterface";

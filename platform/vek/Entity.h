@@ -12,6 +12,8 @@ class [[gnu::visibility("default")]] Entity : public PtrInterface {
  public:
   class NotifieeConst;
 
+  /// The key of an entity that is a member of a keyed collection.
+  static constexpr AttributeId keyAttr = 0;
   /// The parent attribute of an entity that has no parent.
   static constexpr AttributeId noParentAttr = 136;
   /// The event that the last reference has gone.
@@ -35,9 +37,10 @@ class [[gnu::visibility("default")]] Entity : public PtrInterface {
   [[nodiscard]] virtual AttributeId parentAttrId() const;
   virtual void parentAttrIdIs(AttributeId id);
 
-  /// The place of the entity as a path of names: "/status/lemV4RouteStats".
+  /// The place of the entity as a path of names: "/status/lemV4RouteStats", "/auditStatus/auditInfo/kernel".
   [[nodiscard]] virtual String8 uriPath() const;
-  /// The place of the entity as a reader writes it: "status.lemV4RouteStats". It is also the entity's text form.
+  /// The place of the entity as a reader writes it: "status.lemV4RouteStats", "auditStatus.auditInfo[kernel]". It
+  /// is also the text of a reference to the entity.
   [[nodiscard]] virtual String8 fullName() const;
 
   /// The name of an attribute or event, "unknown" for a number that has none.
@@ -63,6 +66,8 @@ class [[gnu::visibility("default")]] Entity : public PtrInterface {
   explicit Entity(Name name) noexcept : name_(std::move(name)) {}
 
  private:
+  [[nodiscard]] bool isKeyedChild() const;
+
   Name const name_;
   U32 writeCount_ = 0;
   mutable U32 readCount_ = 0;

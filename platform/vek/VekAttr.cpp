@@ -13,7 +13,11 @@ VekAttr::VekAttr(VekType* owner, Name name, VekType const* valueType, VekType co
       id_(id) {}
 
 Ptr<VekAttr> VekAttr::copyFor(VekType* owner) const {
-  return new VekAttr(owner, name_, valueType_, keyType_, flags_, introspectionFlags_, id_);
+  auto copy = make<VekAttr>(owner, name_, valueType_, keyType_, flags_, introspectionFlags_, id_);
+  copy->constructorArgs_ = constructorArgs_;
+  copy->keyAttrName_ = keyAttrName_;
+  copy->keyArg_ = keyArg_;
+  return copy;
 }
 
 }  // namespace Vek

@@ -31,7 +31,7 @@ void VekType::flagIs(U32& word, U32 bit, bool on) {
   typeFlagsDoEmbeddedWriteConstraints();
 }
 
-void VekType::attributeQEnq(Ptr<VekAttr> const& attr) { attributes_.push_back(attr); }
+void VekType::attributeQEnq(Ptr<VekAttr> const& attr) { attributes_.enqueue(attr); }
 
 VekAttr* VekType::attribute(AttributeId id) const noexcept {
   for (auto const& attr : attributes_) {
@@ -45,6 +45,19 @@ VekAttr* VekType::AttrNode::attr(Name const& name) const noexcept {
     if (attr->name() == name) return attr.ptr();
   }
   return nullptr;
+}
+
+void VekType::AttrNode::attrDel(Name const& name) {
+  VekAttributeQ& attributes = type_->attributes_;
+  for (VekAttributeQ::Iterator it(&attributes); it; ++it) {
+    if (it->value()->name() == name) attributes.deleteMember(it);
+  }
+}
+
+Ptr<VekAttr> VekType::AttrNode::attrIs(Name const& name, VekType const* type, VekAttr const* /*keyAttr*/,
+                                       VekAttr const* /*otherAttr*/, VekAttr::AttrFlags const& flags,
+                                       AttributeId id) {
+  return make<VekAttr>(type_, name, type, nullptr, flags, VekAttr::hiddenFlags, id);
 }
 
 Ptr<Entity> VekType::newEntity(Name const&, Dir*) const {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/LinkQueue.h"
 #include "core/Name.h"
 #include "core/Ptr.h"
 #include "platform/vek/VekAttr.h"
@@ -30,6 +31,12 @@ class [[gnu::visibility("default")]] VekType : public PtrInterface {
   struct ConstructorArgument {
     Name name;
     Name typeName;
+  };
+
+  /// Attributes in the order in which they were described: their numbers rise, and wrap for the key's number 0.
+  class VekAttributeQ final : public LinkQueue<VekAttributeQ, AttributeId, VekAttr> {
+   public:
+    static AttributeId fwkQkey(VekAttr const& attr) noexcept { return attr.id(); }
   };
 
   class AttrNode;
@@ -65,8 +72,7 @@ class [[gnu::visibility("default")]] VekType : public PtrInterface {
   void constructorArgNameQEnq(Name name) { constructorArgs_.push_back({std::move(name), {}}); }
   void constructorArgTypeQEnq(Name typeName) { constructorArgs_.back().typeName = std::move(typeName); }
 
-  /// The attributes, in the order in which they were described.
-  [[nodiscard]] std::vector<Ptr<VekAttr>> const& attributes() const noexcept { return attributes_; }
+  [[nodiscard]] VekAttributeQ const& attributes() const noexcept { return attributes_; }
   void attributeQEnq(Ptr<VekAttr> const& attr);
   /// The attribute of that number, or null.
   [[nodiscard]] VekAttr* attribute(AttributeId id) const noexcept;
@@ -103,7 +109,7 @@ class [[gnu::visibility("default")]] VekType : public PtrInterface {
   VekTypeFlags flags_;
   std::size_t size_ = 0;
   std::vector<ConstructorArgument> constructorArgs_;
-  std::vector<Ptr<VekAttr>> attributes_;
+  VekAttributeQ attributes_;
   std::vector<VekType*> derivedTypes_;
   Ptr<VekAttr> valAttr_;
 };
@@ -115,6 +121,12 @@ class [[gnu::visibility("default")]] VekType::AttrNode {
 
   /// The attribute, or null for a name not found.
   [[nodiscard]] VekAttr* attr(Name const& name) const noexcept;
+  /// Drops the attribute of that name, if there is one.
+  void attrDel(Name const& name);
+  /// A new attribute that makes targets of `type`; it enters the type's queue by attributeQEnq. `keyAttr`: the owner's
+  /// attribute of the key's name, or null.
+  [[nodiscard]] Ptr<VekAttr> attrIs(Name const& name, VekType const* type, VekAttr const* keyAttr,
+                                    VekAttr const* otherAttr, VekAttr::AttrFlags const& flags, AttributeId id);
 
  private:
   VekType* type_;

@@ -1,19 +1,20 @@
+// Made by schemac from Toy.toml: change that, not this.
 #include "tests/frame/Toy.h"
-
-#include <iostream>
 
 #include "frame/SchemaFile.h"
 #include "frame/TypeNames.h"
 #include "frame/ValueFrame.h"
 #include "text/ValueText.h"
 
+#include <iostream>
+
 namespace Toys {
 
-static void vekInitToys();
+static void vekInitToy();
 
 // ToyPoint
 
-struct [[gnu::visibility("hidden")]] ToyPoint::Attr {
+struct ToyPoint::Attr {
   static constexpr char const* shortName = "ToyPoint";
   static constexpr char const* fullName = "Toys::ToyPoint";
   static constexpr bool bare = false;
@@ -22,10 +23,10 @@ struct [[gnu::visibility("hidden")]] ToyPoint::Attr {
   struct x : Vek::Fixed<ToyPoint, Vek::U32, 2> {
     static constexpr char const* name = "x";
     static auto& field(auto& value) { return value.x_; }
-    static constexpr int min = 0;
-    static constexpr int max = 100;
+    static constexpr long long min = 0;
+    static constexpr long long max = 100;
   };
-  struct y : Vek::Fixed<ToyPoint, Vek::Seconds, 3> {
+  struct y : Vek::Fixed<ToyPoint, double, 3> {
     static constexpr char const* name = "y";
     static auto& field(auto& value) { return value.y_; }
   };
@@ -38,7 +39,7 @@ struct [[gnu::visibility("hidden")]] ToyPoint::Attr {
 
 class ToyPoint::_Type final : public Vek::ValueType<ToyPoint, ToyPoint::Attr> {};
 
-ToyPoint::ToyPoint(Vek::U32 x, Vek::Seconds y, Vek::String8 label) : x_(x), y_(y), label_(std::move(label)) {}
+ToyPoint::ToyPoint(Vek::U32 x, double y, Vek::String8 label) : x_(x), y_(y), label_(std::move(label)) {}
 
 ToyPoint::ToyPoint(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst const& end) {
   Vek::readValueText<Attr>(*this, it, end);
@@ -46,15 +47,46 @@ ToyPoint::ToyPoint(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst 
 
 bool ToyPoint::operator==(ToyPoint const& other) const { return Vek::valueEqual<Attr>(*this, other); }
 
-Vek::VekType const* ToyPoint::_fwkType() { return Vek::typeRecord<_Type>(vekInitToys); }
+Vek::VekType const* ToyPoint::_fwkType() { return Vek::typeRecord<_Type>(vekInitToy); }
 
 Vek::String8 valueToStrep(ToyPoint const& value) { return Vek::valueText<ToyPoint::Attr>(value); }
 
 std::ostream& operator<<(std::ostream& os, ToyPoint const& value) { return Vek::writeTo(os, valueToStrep(value)); }
 
+// ToyVlan
+
+struct ToyVlan::Attr {
+  static constexpr char const* shortName = "ToyVlan";
+  static constexpr char const* fullName = "Toys::ToyVlan";
+  static constexpr bool bare = true;
+  static inline constinit Vek::VekType* record = nullptr;
+
+  struct vlan : Vek::Fixed<ToyVlan, Bridging::VlanIdOrNone, 2> {
+    static constexpr char const* name = "vlan";
+    static auto& field(auto& value) { return value.vlan_; }
+  };
+  using All = Vek::List<vlan>;
+};
+
+class ToyVlan::_Type final : public Vek::ValueType<ToyVlan, ToyVlan::Attr> {};
+
+ToyVlan::ToyVlan(Bridging::VlanIdOrNone vlan) : vlan_(vlan) {}
+
+ToyVlan::ToyVlan(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst const& end) {
+  Vek::readValueText<Attr>(*this, it, end);
+}
+
+bool ToyVlan::operator==(ToyVlan other) const { return Vek::valueEqual<Attr>(*this, other); }
+
+Vek::VekType const* ToyVlan::_fwkType() { return Vek::typeRecord<_Type>(vekInitToy); }
+
+Vek::String8 valueToStrep(ToyVlan const& value) { return Vek::valueText<ToyVlan::Attr>(value); }
+
+std::ostream& operator<<(std::ostream& os, ToyVlan const& value) { return Vek::writeTo(os, valueToStrep(value)); }
+
 // Toy
 
-struct [[gnu::visibility("hidden")]] Toy::Attr {
+struct Toy::Attr {
   static constexpr char const* shortName = "Toy";
   static constexpr char const* fullName = "Toys::Toy";
   static inline constinit Vek::VekType* record = nullptr;
@@ -69,7 +101,7 @@ struct [[gnu::visibility("hidden")]] Toy::Attr {
     static auto& field(auto& entity) { return entity.broken_; }
     static constexpr auto slot = &NotifieeConst::onBroken;
   };
-  struct played : Vek::Scalar<Toy, Vek::Seconds, 260> {
+  struct played : Vek::Scalar<Toy, double, 260> {
     static constexpr char const* name = "played";
     static auto& field(auto& entity) { return entity.played_; }
     static constexpr auto slot = &NotifieeConst::onPlayed;
@@ -91,17 +123,18 @@ class Toy::_Type final : public Vek::RootEntityType<Toy, Toy::Attr> {};
 
 Toy::Toy(Vek::Name name) : Vek::Entity(std::move(name)) {}
 Toy::~Toy() = default;
-
 void Toy::sizeIs(Vek::U64 const& value) { Vek::scalarIs<Attr::size>(*this, value); }
 Vek::U64 Toy::sizeInc(Vek::U64 const& delta) { return Vek::scalarInc<Attr::size>(*this, delta); }
 void Toy::brokenIs(bool value) { Vek::scalarIs<Attr::broken>(*this, value); }
-void Toy::playedIs(Vek::Seconds const& value) { Vek::scalarIs<Attr::played>(*this, value); }
+void Toy::playedIs(double const& value) { Vek::scalarIs<Attr::played>(*this, value); }
 void Toy::textIs(Vek::String8 value) { Vek::scalarIs<Attr::text>(*this, value); }
 void Toy::placeIs(ToyPoint const& value) { Vek::scalarIs<Attr::place>(*this, value); }
 
-Vek::VekType* Toy::_fwkType() { return Vek::typeRecord<_Type>(vekInitToys); }
+Vek::VekType* Toy::_fwkType() { return Vek::typeRecord<_Type>(vekInitToy); }
 Vek::String8 Toy::attributeString(Vek::AttributeId id) const { return Vek::attributeString<Attr>(*this, id); }
 void Toy::zeroReferencesIs(bool) { Vek::notifyZeroReferences(*this); }
+
+Vek::Ptr<Toy> toyFactory(Vek::Name name) { return Vek::make<Toy>(std::move(name)); }
 
 Toy::NotifieeConst::~NotifieeConst() { leaveForGood(Vek::reactorsOf<Toy>); }
 void Toy::NotifieeConst::notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) {
@@ -110,7 +143,249 @@ void Toy::NotifieeConst::notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) 
 void Toy::NotifieeConst::isRegisteredNotifieeIs(bool on) const { registerWith(on, Vek::reactorsOf<Toy>); }
 Toy::Notifiee::~Notifiee() = default;
 
-Vek::Ptr<Toy> toyFactory(Vek::Name name) { return Vek::make<Toy>(std::move(name)); }
+// Lid
+
+struct Lid::Attr {
+  static constexpr char const* shortName = "Lid";
+  static constexpr char const* fullName = "Toys::Lid";
+  static inline constinit Vek::VekType* record = nullptr;
+
+  struct open : Vek::Scalar<Lid, bool, 258> {
+    static constexpr char const* name = "open";
+    static auto& field(auto& entity) { return entity.open_; }
+    static constexpr auto slot = &NotifieeConst::onOpen;
+  };
+  using All = Vek::List<open>;
+};
+
+class Lid::_Type final : public Vek::EntityType<Lid, Lid::Attr> {};
+
+Lid::Lid(Vek::Name name) : Vek::Entity(std::move(name)) {}
+Lid::~Lid() = default;
+void Lid::openIs(bool value) { Vek::scalarIs<Attr::open>(*this, value); }
+
+Vek::VekType* Lid::_fwkType() { return Vek::typeRecord<_Type>(vekInitToy); }
+Vek::String8 Lid::attributeString(Vek::AttributeId id) const { return Vek::attributeString<Attr>(*this, id); }
+void Lid::zeroReferencesIs(bool) { Vek::notifyZeroReferences(*this); }
+
+Lid::NotifieeConst::~NotifieeConst() { leaveForGood(Vek::reactorsOf<Lid>); }
+void Lid::NotifieeConst::notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) {
+  follow(Vek::entityOf<Lid>(n), Vek::reactorsOf<Lid>);
+}
+void Lid::NotifieeConst::isRegisteredNotifieeIs(bool on) const { registerWith(on, Vek::reactorsOf<Lid>); }
+Lid::Notifiee::~Notifiee() = default;
+
+// Drawer
+
+struct Drawer::Attr {
+  static constexpr char const* shortName = "Drawer";
+  static constexpr char const* fullName = "Toys::Drawer";
+  static inline constinit Vek::VekType* record = nullptr;
+  using MemberKey = Vek::String8;
+
+  struct label : Vek::Fixed<Drawer, Vek::String8, 258> {
+    static constexpr char const* name = "label";
+    static auto& field(auto& entity) { return entity.label_; }
+  };
+  struct things : Vek::Scalar<Drawer, Vek::U32, 259> {
+    static constexpr char const* name = "things";
+    static auto& field(auto& entity) { return entity.things_; }
+    static constexpr auto slot = &NotifieeConst::onThings;
+  };
+  using All = Vek::List<label, things>;
+};
+
+class Drawer::_Type final : public Vek::EntityType<Drawer, Drawer::Attr> {};
+
+Drawer::Drawer(Vek::Name name, Vek::String8 label) : Vek::Entity(std::move(name)), label_(std::move(label)) {}
+Drawer::~Drawer() = default;
+void Drawer::thingsIs(Vek::U32 value) { Vek::scalarIs<Attr::things>(*this, value); }
+Vek::U32 Drawer::thingsInc(Vek::U32 delta) { return Vek::scalarInc<Attr::things>(*this, delta); }
+
+Vek::VekType* Drawer::_fwkType() { return Vek::typeRecord<_Type>(vekInitToy); }
+Vek::String8 Drawer::attributeString(Vek::AttributeId id) const { return Vek::attributeString<Attr>(*this, id); }
+void Drawer::zeroReferencesIs(bool) { Vek::notifyZeroReferences(*this); }
+
+Drawer::NotifieeConst::~NotifieeConst() { leaveForGood(Vek::reactorsOf<Drawer>); }
+void Drawer::NotifieeConst::notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) {
+  follow(Vek::entityOf<Drawer>(n), Vek::reactorsOf<Drawer>);
+}
+void Drawer::NotifieeConst::isRegisteredNotifieeIs(bool on) const { registerWith(on, Vek::reactorsOf<Drawer>); }
+Drawer::Notifiee::~Notifiee() = default;
+
+// Shelf
+
+struct Shelf::Attr {
+  static constexpr char const* shortName = "Shelf";
+  static constexpr char const* fullName = "Toys::Shelf";
+  static inline constinit Vek::VekType* record = nullptr;
+  using MemberKey = Vek::Name;
+
+  struct drawers : Vek::KeyedChildren<Shelf, Vek::String8, Drawer, 258> {
+    static constexpr char const* name = "drawers";
+    static auto& field(auto& entity) { return entity.drawers_; }
+    static constexpr char const* keyName = "label";
+    static constexpr void (NotifieeConst::*slot)(Vek::String8) = &NotifieeConst::onDrawers;
+  };
+  using All = Vek::List<drawers>;
+};
+
+class Shelf::_Type final : public Vek::EntityType<Shelf, Shelf::Attr> {};
+
+Shelf::Shelf(Vek::Name name) : Vek::Entity(std::move(name)) {}
+Shelf::~Shelf() { Vek::orphanChildren<Attr>(*this); }
+
+Vek::Ptr<Drawer> Shelf::newDrawers(Vek::String8 key) { return Vek::childrenNew<Attr::drawers>(*this, key); }
+Vek::ValidPtr<Drawer> Shelf::drawersIs(Vek::String8 key) { return Vek::childrenIs<Attr::drawers>(*this, key); }
+Vek::Ptr<Drawer> Shelf::drawersDel(Vek::String8 key) { return Vek::childrenDel<Attr::drawers>(*this, key); }
+Vek::Ptr<Drawer> Shelf::drawersDel(Drawer::Map::Iterator& it) { return Vek::childrenDelAt<Attr::drawers>(*this, it); }
+void Shelf::drawersDelAll() { Vek::childrenDelAll<Attr::drawers>(*this); }
+void Shelf::drawersNotify(Vek::String8 key) { Vek::notifyKey<Attr::drawers>(*this, key); }
+
+Vek::VekType* Shelf::_fwkType() { return Vek::typeRecord<_Type>(vekInitToy); }
+Vek::String8 Shelf::attributeString(Vek::AttributeId id) const { return Vek::attributeString<Attr>(*this, id); }
+void Shelf::zeroReferencesIs(bool) { Vek::notifyZeroReferences(*this); }
+
+Shelf::NotifieeConst::~NotifieeConst() { leaveForGood(Vek::reactorsOf<Shelf>); }
+void Shelf::NotifieeConst::notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) {
+  follow(Vek::entityOf<Shelf>(n), Vek::reactorsOf<Shelf>);
+}
+void Shelf::NotifieeConst::isRegisteredNotifieeIs(bool on) const { registerWith(on, Vek::reactorsOf<Shelf>); }
+Shelf::Notifiee::~Notifiee() = default;
+
+// ToyBox
+
+struct ToyBox::Attr {
+  static constexpr char const* shortName = "ToyBox";
+  static constexpr char const* fullName = "Toys::ToyBox";
+  static inline constinit Vek::VekType* record = nullptr;
+
+  struct counts : Vek::Collection<ToyBox, Vek::U32, Vek::U32, 258> {
+    static constexpr char const* name = "counts";
+    static auto& field(auto& entity) { return entity.counts_; }
+    using Member = VekCounts;
+    static constexpr void (NotifieeConst::*slot)(Vek::U32) = &NotifieeConst::onCounts;
+  };
+  struct faps : Vek::Collection<ToyBox, Hardware::Dorn::FapId, Vek::U64, 259> {
+    static constexpr char const* name = "faps";
+    static auto& field(auto& entity) { return entity.faps_; }
+    using Member = VekFaps;
+    static constexpr void (NotifieeConst::*slot)(Hardware::Dorn::FapId) = &NotifieeConst::onFaps;
+  };
+  struct wanted : Vek::Collection<ToyBox, Vek::U32, bool, 260> {
+    static constexpr char const* name = "wanted";
+    static auto& field(auto& entity) { return entity.wanted_; }
+    using Member = VekWanted;
+    static constexpr void (NotifieeConst::*slot)(Vek::U32) = &NotifieeConst::onWanted;
+  };
+  struct notes : Vek::Collection<ToyBox, Vek::String8, ToyPoint, 261> {
+    static constexpr char const* name = "notes";
+    static auto& field(auto& entity) { return entity.notes_; }
+    using Member = VekNotes;
+    static constexpr void (NotifieeConst::*slot)(Vek::String8) = &NotifieeConst::onNotes;
+  };
+  struct vlans : Vek::Collection<ToyBox, Bridging::VlanIdOrNone, Kiln::Fapmask, 263> {
+    static constexpr char const* name = "vlans";
+    static auto& field(auto& entity) { return entity.vlans_; }
+    using Member = VekVlans;
+    static constexpr void (NotifieeConst::*slot)(Bridging::VlanIdOrNone) = &NotifieeConst::onVlans;
+  };
+  struct capacity : Vek::Constant<ToyBox, Vek::U32, 264> {
+    static constexpr char const* name = "capacity";
+  };
+  struct lid : Vek::SingleChild<ToyBox, Lid, 265> {
+    static constexpr char const* name = "lid";
+    static auto& field(auto& entity) { return entity.lid_; }
+    static constexpr auto slot = &NotifieeConst::onLid;
+  };
+  struct shelves : Vek::KeyedChildren<ToyBox, Vek::Name, Shelf, 266> {
+    static constexpr char const* name = "shelves";
+    static auto& field(auto& entity) { return entity.shelves_; }
+    static constexpr char const* keyName = "name";
+    static constexpr void (NotifieeConst::*slot)(Vek::Name) = &NotifieeConst::onShelves;
+  };
+  using All = Vek::List<counts, faps, wanted, notes, vlans, capacity, lid, shelves>;
+};
+
+class ToyBox::_Type final : public Vek::RootEntityType<ToyBox, ToyBox::Attr> {};
+
+ToyBox::ToyBox(Vek::Name name) : Vek::Entity(std::move(name)) {}
+ToyBox::~ToyBox() { Vek::orphanChildren<Attr>(*this); }
+
+ToyBox::VekCounts::~VekCounts() = default;
+void ToyBox::countsIs(Vek::U32 key, Vek::U32 value) { Vek::collectionIs<Attr::counts>(*this, key, value); }
+Vek::Ptr<ToyBox::VekCounts> ToyBox::newCounts(Vek::U32 key, Vek::U32 value) {
+  return Vek::collectionNew<Attr::counts>(*this, key, value);
+}
+Vek::U32 ToyBox::countsDel(Vek::U32 key) { return Vek::collectionDel<Attr::counts>(*this, key); }
+Vek::U32 ToyBox::countsDel(VekCounts::Map::Iterator& it) { return Vek::collectionDelAt<Attr::counts>(*this, it); }
+void ToyBox::countsDelAll() { Vek::collectionDelAll<Attr::counts>(*this); }
+void ToyBox::countsNotify(Vek::U32 key) { Vek::notifyKey<Attr::counts>(*this, key); }
+
+ToyBox::VekFaps::~VekFaps() = default;
+void ToyBox::fapsIs(Hardware::Dorn::FapId key, Vek::U64 const& value) { Vek::collectionIs<Attr::faps>(*this, key, value); }
+Vek::Ptr<ToyBox::VekFaps> ToyBox::newFaps(Hardware::Dorn::FapId key, Vek::U64 const& value) {
+  return Vek::collectionNew<Attr::faps>(*this, key, value);
+}
+Vek::U64 ToyBox::fapsDel(Hardware::Dorn::FapId key) { return Vek::collectionDel<Attr::faps>(*this, key); }
+Vek::U64 ToyBox::fapsDel(VekFaps::Map::Iterator& it) { return Vek::collectionDelAt<Attr::faps>(*this, it); }
+void ToyBox::fapsDelAll() { Vek::collectionDelAll<Attr::faps>(*this); }
+void ToyBox::fapsNotify(Hardware::Dorn::FapId key) { Vek::notifyKey<Attr::faps>(*this, key); }
+
+ToyBox::VekWanted::~VekWanted() = default;
+bool ToyBox::wanted(Vek::U32 key) const { return Vek::collectionGet(*this, wanted_, key); }
+void ToyBox::wantedIs(Vek::U32 key, bool value) { Vek::collectionIs<Attr::wanted>(*this, key, value); }
+Vek::Ptr<ToyBox::VekWanted> ToyBox::newWanted(Vek::U32 key, bool value) {
+  return Vek::collectionNew<Attr::wanted>(*this, key, value);
+}
+bool ToyBox::wantedDel(Vek::U32 key) { return Vek::collectionDel<Attr::wanted>(*this, key); }
+bool ToyBox::wantedDel(VekWanted::Map::Iterator& it) { return Vek::collectionDelAt<Attr::wanted>(*this, it); }
+void ToyBox::wantedDelAll() { Vek::collectionDelAll<Attr::wanted>(*this); }
+void ToyBox::wantedNotify(Vek::U32 key) { Vek::notifyKey<Attr::wanted>(*this, key); }
+
+ToyBox::VekNotes::~VekNotes() = default;
+void ToyBox::notesIs(Vek::String8 key, ToyPoint const& value) { Vek::collectionIs<Attr::notes>(*this, key, value); }
+Vek::Ptr<ToyBox::VekNotes> ToyBox::newNotes(Vek::String8 key, ToyPoint const& value) {
+  return Vek::collectionNew<Attr::notes>(*this, key, value);
+}
+ToyPoint ToyBox::notesDel(Vek::String8 key) { return Vek::collectionDel<Attr::notes>(*this, key); }
+ToyPoint ToyBox::notesDel(VekNotes::Map::Iterator& it) { return Vek::collectionDelAt<Attr::notes>(*this, it); }
+void ToyBox::notesDelAll() { Vek::collectionDelAll<Attr::notes>(*this); }
+void ToyBox::notesNotify(Vek::String8 key) { Vek::notifyKey<Attr::notes>(*this, key); }
+
+ToyBox::VekVlans::~VekVlans() = default;
+void ToyBox::vlansIs(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value) { Vek::collectionIs<Attr::vlans>(*this, key, value); }
+Vek::Ptr<ToyBox::VekVlans> ToyBox::newVlans(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value) {
+  return Vek::collectionNew<Attr::vlans>(*this, key, value);
+}
+Kiln::Fapmask ToyBox::vlansDel(Bridging::VlanIdOrNone key) { return Vek::collectionDel<Attr::vlans>(*this, key); }
+Kiln::Fapmask ToyBox::vlansDel(VekVlans::Map::Iterator& it) { return Vek::collectionDelAt<Attr::vlans>(*this, it); }
+void ToyBox::vlansDelAll() { Vek::collectionDelAll<Attr::vlans>(*this); }
+void ToyBox::vlansNotify(Bridging::VlanIdOrNone key) { Vek::notifyKey<Attr::vlans>(*this, key); }
+
+Vek::Ptr<Lid> ToyBox::newLid(Vek::Name name) { return Vek::childNew<Attr::lid>(*this, name); }
+Vek::ValidPtr<Lid> ToyBox::lidIs(Vek::Name name) { return Vek::childIs<Attr::lid>(*this, name); }
+Vek::Ptr<Lid> ToyBox::lidDel() { return Vek::childDel<Attr::lid>(*this); }
+
+Vek::Ptr<Shelf> ToyBox::newShelves(Vek::Name key) { return Vek::childrenNew<Attr::shelves>(*this, key); }
+Vek::ValidPtr<Shelf> ToyBox::shelvesIs(Vek::Name key) { return Vek::childrenIs<Attr::shelves>(*this, key); }
+Vek::Ptr<Shelf> ToyBox::shelvesDel(Vek::Name key) { return Vek::childrenDel<Attr::shelves>(*this, key); }
+Vek::Ptr<Shelf> ToyBox::shelvesDel(Shelf::Map::Iterator& it) { return Vek::childrenDelAt<Attr::shelves>(*this, it); }
+void ToyBox::shelvesDelAll() { Vek::childrenDelAll<Attr::shelves>(*this); }
+void ToyBox::shelvesNotify(Vek::Name key) { Vek::notifyKey<Attr::shelves>(*this, key); }
+
+Vek::VekType* ToyBox::_fwkType() { return Vek::typeRecord<_Type>(vekInitToy); }
+Vek::String8 ToyBox::attributeString(Vek::AttributeId id) const { return Vek::attributeString<Attr>(*this, id); }
+void ToyBox::zeroReferencesIs(bool) { Vek::notifyZeroReferences(*this); }
+
+Vek::Ptr<ToyBox> toyBoxFactory(Vek::Name name) { return Vek::make<ToyBox>(std::move(name)); }
+
+ToyBox::NotifieeConst::~NotifieeConst() { leaveForGood(Vek::reactorsOf<ToyBox>); }
+void ToyBox::NotifieeConst::notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) {
+  follow(Vek::entityOf<ToyBox>(n), Vek::reactorsOf<ToyBox>);
+}
+void ToyBox::NotifieeConst::isRegisteredNotifieeIs(bool on) const { registerWith(on, Vek::reactorsOf<ToyBox>); }
+ToyBox::Notifiee::~Notifiee() = default;
 
 // What happens when the library is loaded
 
@@ -118,22 +393,33 @@ namespace {
 
 using Defined = Vek::List<
     ToyPoint::_Type,
-    Toy::_Type>;
+    ToyVlan::_Type,
+    Toy::_Type,
+    Lid::_Type,
+    Drawer::_Type,
+    Shelf::_Type,
+    ToyBox::_Type>;
 
 using Alphabetical = Vek::List<
+    Drawer,
+    Lid,
+    Shelf,
     Toy,
-    ToyPoint>;
+    ToyBox,
+    ToyPoint,
+    ToyVlan>;
 
 bool done = false;
 
 }  // namespace
 
-static void vekInitToys() { Vek::initSchemaFile(done, std::array{"Toys"}, Alphabetical{}, Defined{}); }
+static void vekInitToy() {
+  Vek::initSchemaFile(done, std::array{"Toys"}, Alphabetical{}, Defined{});
+}
 
-[[gnu::section(".vek.type"), gnu::used, gnu::aligned(32)]] static constinit auto vekTypeNames =
-    Vek::typeNames(Defined{});
+[[gnu::section(".vek.type"), gnu::used, gnu::aligned(32)]] static constinit auto vekTypeNames = Vek::typeNames(Defined{});
 
 static std::ios_base::Init const vekStreams;
-[[maybe_unused]] static bool const vekLoaded = Vek::loadSchemaFile(vekInitToys, Defined{});
+[[maybe_unused]] static bool const vekLoaded = Vek::loadSchemaFile(vekInitToy, Defined{});
 
 }  // namespace Toys

@@ -43,6 +43,7 @@ TEST(Registration, EveryAttributeHasTheNumberThatPeersKnow) {
       if (!isDeclared(*type, *attr)) continue;
       std::ostringstream line;
       line << type->fullName() << ' ' << attr->id() << ' ' << attr->name() << ' ' << attr->valueType()->fullName();
+      if (attr->keyType() != nullptr) line << ' ' << attr->keyType()->fullName();
       found.push_back(line.str());
     }
   }
@@ -96,17 +97,63 @@ TEST(Registration, AttributesCarryTheFlagsOfTheirClass) {
            FlagCase{Status::_fwkType(), "numVrfs", {0x00220143, 0x01000400}, 2},
            FlagCase{Status::_fwkType(), "ipv4RouteStats", {0x00220143, 0x01000400}, 2},
            FlagCase{AuditRequest::_fwkType(), "tableToAudit", {0x00220143, 0x01000400}, 2},
+           FlagCase{Status::_fwkType(), "inUseArpEntries", {0x01a20143, 0x01000400}, 2},
+           FlagCase{AclRoute::Config::_fwkType(), "ipv4EgAclLabel", {0x01a20143, 0x01000400}, 2},
            FlagCase{RouteStats::_fwkType(), "adjs", {0x00220109, 0x40000400}, 2},
+           FlagCase{TableFapAuditInfo::_fwkType(), "fapName", {0x00220109, 0x40000400}, 2},
+           FlagCase{TableFapAuditInfo::_fwkType(), "fwkKey", {0x00200001, 0x00000400}, 0},
            FlagCase{CliConfig::_fwkType(), "aradIp6HostRouteInLemDefault", {0x00220001, 0x40000410}, 0},
+           FlagCase{Status::_fwkType(), "lemV6RouteStats", {0x08220143, 0x11000400}, 2},
+           FlagCase{TableAuditInfo::_fwkType(), "perFapInfo", {0x09a20143, 0x11000400}, 34},
        }) {
     SCOPED_TRACE(c.attribute);
     Vek::VekAttr const* const attr = const_cast<Vek::VekType*>(c.type)->type_Attr().attr(c.attribute);
     ASSERT_NE(attr, nullptr);
     EXPECT_EQ(attr->flags(), c.flags);
     EXPECT_EQ(attr->introspectionFlags(), c.introspectionFlags);
-    EXPECT_EQ(attr->keyType(), nullptr);
   }
   EXPECT_EQ(Status::_fwkType()->type_Attr().attr("noSuchAttribute"), nullptr);
+}
+
+struct TargetCase {
+  Vek::VekType* type;
+  char const* attribute;
+  char const* argument;
+  char const* argumentType;
+  char const* keyAttribute;
+};
+
+TEST(Registration, AttributesThatMakeTheirTargetSayHow) {
+  for (TargetCase const& c : {
+           TargetCase{Status::_fwkType(), "lemV4RouteStats", "name", "Vek::Name", ""},
+           TargetCase{TableAuditInfo::_fwkType(), "perFapInfo", "fapName", "Vek::String", "fapName"},
+           TargetCase{ShadowAuditInfo::_fwkType(), "table", "name", "Vek::Name", "name"},
+           TargetCase{AuditStatus::_fwkType(), "auditInfo", "name", "Vek::Name", "name"},
+       }) {
+    SCOPED_TRACE(c.attribute);
+    Vek::VekAttr const* const attr = c.type->type_Attr().attr(c.attribute);
+    ASSERT_EQ(attr->constructorArgs().size(), 1U);
+    EXPECT_EQ(attr->constructorArgs()[0].name, c.argument);
+    EXPECT_EQ(attr->constructorArgs()[0].typeName, c.argumentType);
+    EXPECT_EQ(attr->keyAttrName(), c.keyAttribute);
+    EXPECT_TRUE(attr->flags().isInstantiating());
+    EXPECT_EQ(attr->flags().isCollection(), attr->keyType() != nullptr);
+  }
+}
+
+TEST(Registration, MembersOfKeyedCollectionsEndTheirQueueWithTheirKey) {
+  for (Vek::VekType* type : ourTypes()) {
+    if (!type->isEntity()) continue;
+    SCOPED_TRACE(std::string(type->fullName()));
+    bool const isMember = type == TableFapAuditInfo::_fwkType() || type == TableAuditInfo::_fwkType() ||
+                          type == ShadowAuditInfo::_fwkType();
+    Vek::VekAttr const* last = nullptr;
+    for (auto const& attr : type->attributes()) last = &*attr;
+    EXPECT_EQ(last->name() == "fwkKey", isMember);
+    if (!isMember) continue;
+    EXPECT_EQ(last->id(), 0U);
+    EXPECT_EQ(last->valueType() == Vek::Name::_fwkType(), type != TableFapAuditInfo::_fwkType());
+  }
 }
 
 TEST(Registration, ConstructorArgumentsAreAllAttributesOfAValueAndTheNameOfAnEntity) {
@@ -114,9 +161,12 @@ TEST(Registration, ConstructorArgumentsAreAllAttributesOfAValueAndTheNameOfAnEnt
     SCOPED_TRACE(std::string(type->fullName()));
     auto const& arguments = type->constructorArgs();
     if (type->isEntity()) {
-      ASSERT_EQ(arguments.size(), 1U);
+      ASSERT_EQ(arguments.size(), type == TableFapAuditInfo::_fwkType() ? 2U : 1U);
       EXPECT_EQ(arguments[0].name, "name");
       EXPECT_EQ(arguments[0].typeName, "Vek::Name");
+      if (arguments.size() == 2) {
+        EXPECT_EQ(arguments[1].name, "fapName");
+      }
       continue;
     }
     ASSERT_EQ(arguments.size(), type->attributes().size());
@@ -133,8 +183,9 @@ TEST(Registration, EntitiesEnterTheirBaseFileByFileAndAlphabetically) {
   for (Vek::VekType* type : Vek::Entity::_fwkType()->derivedTypes()) {
     if (std::string_view(type->fullName()).substr(0, 25) == ours) names.emplace_back(type->fullName().view().substr(25));
   }
-  EXPECT_EQ(names, (std::vector<std::string>{"AradVxlanRoutingStatus", "Request", "RestartCompletionStatus", "Status",
-                                             "AuditRequest", "AuditStatus", "CliConfig", "AclRoute::Config",
+  EXPECT_EQ(names, (std::vector<std::string>{"AradVxlanRoutingStatus", "LemRouteStats", "Request", "RestartCompletionStatus",
+                                             "Status", "AuditRequest", "AuditStatus", "ShadowAuditInfo",
+                                             "TableAuditInfo", "TableFapAuditInfo", "CliConfig", "AclRoute::Config",
                                              "AclRoute::Status"}));
 }
 
@@ -168,8 +219,9 @@ TEST(Registration, ATypeRecordMakesItsEntity) {
   EXPECT_EQ(made->references(), 1U);
 }
 
-TEST(Registration, AValueTypeMakesNoEntity) {
+TEST(Registration, AValueTypeAndAChildAreNotMadeByNameAlone) {
   EXPECT_THROW(static_cast<void>(RouteStats::_fwkType()->newEntity("no", nullptr)), Vek::InternalException);
+  EXPECT_THROW(static_cast<void>(LemRouteStats::_fwkType()->newEntity("no", nullptr)), Vek::InternalException);
 }
 
 }  // namespace

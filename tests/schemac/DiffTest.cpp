@@ -1,0 +1,152 @@
+#include "schemac/Diff.h"
+
+#include "tests/schemac/Schemas.h"
+
+#include <fmt/format.h>
+
+namespace Schemac::Test {
+namespace {
+
+// A value, an entity that uses it, and a child; each test changes one thing.
+constexpr std::string_view before = R"(namespace = "Acme"
+[[value]]
+name = "Sizes"
+doc = "sizes"
+attributes = [
+  { number = 2, name = "small", type = "U8", doc = "small" },
+  { number = 3, name = "large", type = "U8", doc = "large" },
+]
+[[entity]]
+name = "Part"
+doc = "a part"
+attributes = [
+  { number = 258, name = "mode", type = "U32", doc = "mode" },
+]
+[[entity]]
+name = "Whole"
+doc = "all of it"
+attributes = [
+  { number = 258, name = "count", type = "U64", doc = "count" },
+  { number = 259, retired = true },
+  { number = 260, name = "banks", hashed = "U32", type = "bool", doc = "banks" },
+  { number = 261, name = "part", child = "Part", doc = "part" },
+]
+)";
+
+struct Change {
+  char const* situation;
+  std::vector<std::pair<std::string, std::string>> edits;
+  std::vector<std::string> told;
+};
+
+std::string edited(std::vector<std::pair<std::string, std::string>> const& edits) {
+  std::string text(before);
+  for (auto const& [from, to] : edits) {
+    std::size_t const at = text.find(from);
+    if (at == std::string::npos) throw std::logic_error("the schema has no " + from);
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+std::string const countLine = R"(  { number = 258, name = "count", type = "U64", doc = "count" },)";
+std::string const partLine = R"(  { number = 261, name = "part", child = "Part", doc = "part" },)";
+std::string const largeLine = R"(  { number = 3, name = "large", type = "U8", doc = "large" },)";
+std::string const banksLine = R"(  { number = 260, name = "banks", hashed = "U32", type = "bool", doc = "banks" },)";
+
+std::vector<Change> const& changes() {
+  static std::vector<Change> const all = {
+      {"nothing", {}, {}},
+      {"another doc", {{"\"count\" }", "\"how many\" }"}}, {}},
+      {"another namespace",
+       {{"\"Acme\"", "\"Other\""}},
+       {"breaks: all types move from namespace 'Acme' to 'Other'; peers know them by their full names"}},
+      {"a type is gone",
+       {{partLine, ""},
+        {"[[entity]]\nname = \"Part\"", "[[entity]]\nname = \"Piece\""},
+        {"\"mode\", type = \"U32\"", "\"mode\", type = \"U8\""}},
+       {"breaks: type 'Part' is gone", "breaks: 'Whole.part' is gone; hold its place: { number = 261, retired = true }",
+        "note: type 'Piece' is new"}},
+      {"a type is renamed",
+       {{"\"Part\"\ndoc", "\"Piece\"\ndoc"}, {"child = \"Part\"", "child = \"Piece\""}},
+       {"breaks: type 'Part' is called 'Piece' now; peers know it by its old name",
+        "breaks: 'Whole.part' was a child of Part and is a child of Piece"}},
+      {"a value becomes an entity",
+       {{"[[value]]", "[[entity]]"}, {"number = 2,", "number = 258,"}, {"number = 3,", "number = 259,"}},
+       {"breaks: 'Sizes' was a value and is an entity"}},
+      {"an attribute of an entity is retired",
+       {{countLine, "  { number = 258, retired = true },"}},
+       {"note: 'Whole.count' is retired"}},
+      {"an attribute of a value is retired",
+       {{largeLine, "  { number = 3, retired = true },"}},
+       {"breaks: 'Sizes.large' is retired"}},
+      {"an attribute is removed",
+       {{partLine, ""}},
+       {"breaks: 'Whole.part' is gone; hold its place: { number = 261, retired = true }"}},
+      {"an attribute is renumbered",
+       {{banksLine, ""}, {partLine, R"(  { number = 260, name = "part", child = "Part", doc = "part" },)"}},
+       {"breaks: 'Whole.banks' is gone, and its number 260 went to 'part'",
+        "breaks: 'Whole.part' has number 260 and had 261"}},
+      {"an attribute is renamed",
+       {{"name = \"count\"", "name = \"total\""}},
+       {"breaks: 'Whole.count' is called 'total' now; texts and the generic interface know it by its old name"}},
+      {"another type",
+       {{"type = \"U64\"", "type = \"U32\""}},
+       {"breaks: 'Whole.count' was a scalar of U64 and is a scalar of U32"}},
+      {"another key",
+       {{"hashed = \"U32\"", "hashed = \"Vek::String\""}},
+       {"breaks: 'Whole.banks' was a hashed collection of bool by U32 and is a hashed collection of bool by "
+        "Vek::String"}},
+      {"another shape",
+       {{"hashed = \"U32\"", "ordered = \"U32\""}},
+       {"breaks: 'Whole.banks' was a hashed collection of bool by U32 and is an ordered collection of bool by U32"}},
+      {"another default and range",
+       {{"\"small\", type = \"U8\"", "\"small\", type = \"U8\", min = 1, max = 5, default = 2"}},
+       {"note: 'Sizes.small' had no default and has default 2, 1 to 5"}},
+      {"an attribute more",
+       {{partLine, partLine + R"(  { number = 262, name = "mode", type = "bool", doc = "mode" },)"}},
+       {"note: 'Whole.mode' is new"}},
+      {"an attribute more in a value",
+       {{largeLine, largeLine + R"(  { number = 4, name = "huge", type = "bool", doc = "huge" },)"}},
+       {"breaks: 'Sizes.huge' is new: peers know a shorter record"}},
+      {"a retired number is used again",
+       {{"number = 259, retired = true", R"(number = 259, name = "again", type = "bool", doc = "again")"}},
+       {"breaks: 'Whole.again' takes number 259, which is retired; take a new one"}},
+      {"a value becomes bare",
+       {{"[[value]]", "[[value]]\nbare = true"}, {largeLine, ""}},
+       {"breaks: the text of 'Sizes' has another form: 'bare' was added",
+        "breaks: 'Sizes.large' is gone; hold its place: { number = 3, retired = true }"}},
+  };
+  return all;
+}
+
+TEST(Diff, TellsWhatAChangeDoesToPeersOfTheOldSchema) {
+  File const was = good(before, "Old.toml");
+  for (Change const& change : changes()) {
+    std::vector<Difference> const differences = diff(was, good(edited(change.edits), "New.toml"));
+    std::vector<std::string> told;
+    bool anyBreak = false;
+    for (Difference const& d : differences) {
+      std::string const line = toString(d);
+      told.push_back(line.substr(line.find(": ") + 2));
+      anyBreak = anyBreak || told.back().compare(0, 6, "breaks") == 0;
+    }
+    std::sort(told.begin(), told.end());
+    std::vector<std::string> expected = change.told;
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(told, expected) << change.situation;
+    EXPECT_EQ(breaks(differences), anyBreak) << change.situation;
+  }
+}
+
+TEST(Diff, PointsIntoTheNewFileAndForWhatIsGoneIntoTheOld) {
+  File const was = good(before, "Old.toml");
+  File const is = good(edited({{"name = \"count\"", "name = \"total\""}, {partLine, ""}}), "New.toml");
+  std::vector<Difference> const differences = diff(was, is);
+  ASSERT_EQ(differences.size(), 2u);
+  EXPECT_EQ(toString(differences[0]).substr(0, 14), "New.toml:19:26");
+  EXPECT_EQ(toString(differences[1]).substr(0, 14), "Old.toml:22:14");
+}
+
+}  // namespace
+}  // namespace Schemac::Test

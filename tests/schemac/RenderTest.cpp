@@ -1,0 +1,144 @@
+#include "schemac/Render.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace Schemac {
+namespace {
+
+using Texts = std::map<std::string, std::string, std::less<>>;
+
+std::string renderAll(Texts const& texts, Data const& data) {
+  return render("Root", data, [&](std::string_view name) -> std::string_view {
+    auto const found = texts.find(name);
+    if (found == texts.end()) throw std::out_of_range("none");
+    return found->second;
+  });
+}
+
+std::string renderText(std::string const& text, Data const& data) { return renderAll({{"Root", text}}, data); }
+
+std::string faultOf(Texts const& texts, Data const& data) {
+  try {
+    return "rendered: " + renderAll(texts, data);
+  } catch (RenderError const& error) {
+    return error.what();
+  }
+}
+
+Data attribute(std::string name, bool isLast) {
+  return Data::object().set("attr", Data::object().set("name", std::move(name)).set("last", isLast));
+}
+
+Data entity() {
+  return Data::object().set(
+      "entity", Data::object()
+                    .set("name", "Status")
+                    .set("empty", "")
+                    .set("keyed", true)
+                    .set("bare", false)
+                    .set("none", Data::list())
+                    .set("base", Data::object().set("name", "Vek::Entity"))
+                    .set("attrs", Data::list().add(attribute("first", false)).add(attribute("second", true))));
+}
+
+TEST(Render, TakesTextsOverAsTheyAre) {
+  Data const data = Data::object().set("a", Data::object().set("type", "Ptr<X const>& \"'{{a.type}}"));
+  EXPECT_EQ(renderText("{{a.type}};", data), "Ptr<X const>& \"'{{a.type}};");
+}
+
+TEST(Render, RepeatsAListAndReachesOutOfIt) {
+  EXPECT_EQ(renderText("{{#entity.attrs}}{{entity.name}}.{{attr.name}}{{^attr.last}}, {{/attr.last}}{{/entity.attrs}}",
+                       entity()),
+            "Status.first, Status.second");
+}
+
+TEST(Render, LinesOfSectionsLeaveNothingBehind) {
+  std::string const text = "class {{entity.name}} {\n"
+                           "  {{#entity.keyed}}\n"
+                           "\n"
+                           "  keyed\n"
+                           "  {{/entity.keyed}}\n"
+                           "  {{#entity.bare}}\n"
+                           "  never\n"
+                           "  {{/entity.bare}}\n"
+                           "  {{! a remark\n"
+                           "      on two lines }}\n"
+                           "{{#entity.attrs}}\n"
+                           "  {{attr.name}}\n"
+                           "{{/entity.attrs}}\n"
+                           "{{^entity.none}}\n"
+                           "none\n"
+                           "{{/entity.none}}\n"
+                           "};\n";
+  EXPECT_EQ(renderText(text, entity()), "class Status {\n\n  keyed\n  first\n  second\nnone\n};\n");
+}
+
+TEST(Render, PutsPartialsInPlace) {
+  Texts const texts = {{"Root", "{\n{{> Body}}\n}\nf({{> Args}});\n"},
+                       {"Body", "{{#entity.attrs}}\n  {{> Line}}\n{{/entity.attrs}}\n"},
+                       {"Line", "- {{attr.name}}\n"},
+                       {"Args", "{{entity.name}}, 1\n"}};
+  EXPECT_EQ(renderAll(texts, entity()), "{\n- first\n- second\n}\nf(Status, 1);\n");
+}
+
+TEST(Render, BracesOfCppStay) {
+  EXPECT_EQ(renderText("int a[] = { {1, 2}, {3} }; }}", entity()), "int a[] = { {1, 2}, {3} }; }}");
+}
+
+struct Fault {
+  char const* text;
+  char const* complaint;
+};
+
+TEST(Render, FaultsNameTemplateLineAndName) {
+  Fault const faults[] = {
+      {"\n{{entity.nmae}}", "template 'Root', line 2: 'entity.nmae' is unknown: 'entity' has no 'nmae'"},
+      {"{{attr.name}}", "template 'Root', line 1: 'attr.name' is unknown: there is no 'attr' here"},
+      {"{{entity.base.nmae}}", "template 'Root', line 1: 'entity.base.nmae' is unknown: 'entity.base' has no 'nmae'"},
+      {"{{#entity.attrs}}{{attr.Name}}{{/entity.attrs}}",
+       "template 'Root', line 1: 'attr.Name' is unknown: 'attr' has no 'Name'"},
+      {"{{#entity.typo}}{{/entity.typo}}", "template 'Root', line 1: 'entity.typo' is unknown: 'entity' has no 'typo'"},
+      {"{{^entity.typo}}{{/entity.typo}}", "template 'Root', line 1: 'entity.typo' is unknown: 'entity' has no 'typo'"},
+      {"{{name}}", "template 'Root', line 1: 'name' does not say whose it is; write 'entity.name', say"},
+      {"{{#entity.empty}}x{{/entity.empty}}",
+       "template 'Root', line 1: 'entity.empty' is a string, and a list or a flag is wanted"},
+      {"{{^entity.name}}x{{/entity.name}}",
+       "template 'Root', line 1: 'entity.name' is a string, and a list or a flag is wanted"},
+      {"{{#entity.base}}x{{/entity.base}}",
+       "template 'Root', line 1: 'entity.base' is an object, and a list or a flag is wanted"},
+      {"{{entity.keyed}}", "template 'Root', line 1: 'entity.keyed' is a flag, and a string is wanted"},
+      {"{{entity.attrs}}", "template 'Root', line 1: 'entity.attrs' is a list, and a string is wanted"},
+      {"\n\n{{> Missing}}", "template 'Root', line 3: there is no partial 'Missing'"},
+      {"{{#entity.bare}}{{> Missing}}{{/entity.bare}}", "template 'Root', line 1: there is no partial 'Missing'"},
+      {"{{> Root}}", "template 'Root', line 1: partial 'Root' includes itself"},
+      {"{{> Other}}", "template 'Other', line 2: 'entity.nmae' is unknown: 'entity' has no 'nmae'"},
+      {"int a[] = {{1, 2}};",
+       "template 'Root', line 1: '{{1, 2}}' is no tag; for two braces of C++ put a space between them: '{ {'"},
+      {"{{{entity.name}}}",
+       "template 'Root', line 1: '{{{entity.name}}' is no tag; for two braces of C++ put a space between them: '{ {'"},
+      {"{{=<% %>=}}",
+       "template 'Root', line 1: '{{=<% %>=}}' is no tag; for two braces of C++ put a space between them: '{ {'"},
+      {"{{entity.}}",
+       "template 'Root', line 1: '{{entity.}}' is no tag; for two braces of C++ put a space between them: '{ {'"},
+      {"{{entity.name", "template 'Root', line 1: a tag is not closed"},
+      {"{{#entity.keyed}}", "template 'Root', line 1: section 'entity.keyed' is not closed"},
+      {"{{/entity.keyed}}", "template 'Root', line 1: section 'entity.keyed' is closed and was never opened"},
+      {"{{#entity.keyed}}\n{{#entity.bare}}{{/entity.keyed}}{{/entity.bare}}",
+       "template 'Root', line 2: 'entity.keyed' is closed where 'entity.bare' of line 2 is open"},
+  };
+  for (Fault const& fault : faults) {
+    EXPECT_EQ(faultOf({{"Root", fault.text}, {"Other", "\n{{entity.nmae}}"}}, entity()), fault.complaint) << fault.text;
+  }
+}
+
+TEST(Data, RefusesWhatATemplateCouldNotTellApart) {
+  EXPECT_THROW(Data::object().set("name", "a").set("name", "b"), std::logic_error);
+  EXPECT_THROW(Data::list().add(Data("text")), std::logic_error);
+  EXPECT_THROW(Data("text").set("name", "a"), std::logic_error);
+  EXPECT_THROW(Data::object().add(Data::object()), std::logic_error);
+}
+
+}  // namespace
+}  // namespace Schemac

@@ -1,0 +1,78 @@
+#include "schemac/Types.h"
+
+#include "schemac/Literal.h"
+#include "schemac/Names.h"
+#include "schemac/Suggest.h"
+#include "tests/schemac/Schemas.h"
+
+#include <limits>
+
+namespace Schemac::Test {
+namespace {
+
+TEST(Types, WidthAndPassingOfTheHouseValues) {
+  struct Expected {
+    char const* stem;
+    char const* type;
+    std::uint32_t width;
+    char const* parameter;
+  };
+  Expected const table[] = {
+      {"Status", "RouteStats", 48, "RouteStats const&"},
+      {"Status", "JLpmStats", 64, "JLpmStats const&"},
+      {"Status", "LpmStats", 0, "LpmStats const&"},  // holds a string
+      {"Status", "InternalState", 2, "InternalState"},
+      {"Status", "TimingMarkers", 128, "TimingMarkers const&"},
+      {"DornL3CliConfig", "LpmLevelBits", 6, "LpmLevelBits const&"},
+      {"AclIntf", "Ipv4EgressAclLabel", 2, "Ipv4EgressAclLabel"},
+      {"AclIntf", "Kiln::Fapmask", 16, "Kiln::Fapmask const&"},
+      {"AclIntf", "Bridging::VlanIdOrNone", 2, "Bridging::VlanIdOrNone"},
+      {"AclIntf", "U32", 4, "Vek::U32"},
+      {"AclIntf", "U64", 8, "Vek::U64 const&"},
+      {"AclIntf", "Vek::Seconds", 8, "double const&"},
+      {"AclIntf", "Vek::String", 0, "Vek::String8"},
+  };
+  for (Expected const& e : table) {
+    AttributeType const type = Types(houseFile(e.stem)).at(e.type);
+    EXPECT_EQ(type.wireWidth, e.width) << e.type;
+    EXPECT_EQ(type.parameter(), e.parameter) << e.type;
+  }
+  EXPECT_THROW((void)Types(houseFile("AclIntf")).at("RouteStats"), std::out_of_range);  // of another file
+}
+
+TEST(Names, DerivedFromACollection) {
+  Attribute banks;
+  banks.name = "banks";
+  banks.shape = Shape::hashed;
+  std::vector<std::string> const expected = {"banks",
+                                             "banksIs",
+                                             "banksDel",
+                                             "banksDelAll",
+                                             "banksNotify",
+                                             "banksCount",
+                                             "banksIterator",
+                                             "banksIteratorConst",
+                                             "newBanks",
+                                             "onBanks",
+                                             "onBanksvekImmediate",
+                                             "VekBanks"};
+  EXPECT_EQ(derivedNames(banks, Type::Kind::entity), expected);
+}
+
+TEST(Literal, IsCppThatReadsBackTheSame) {
+  EXPECT_EQ(cppLiteral(true), "true");
+  EXPECT_EQ(cppLiteral(std::int64_t{3}), "3");
+  EXPECT_EQ(cppLiteral(2.0), "2.0");
+  EXPECT_EQ(cppLiteral(0.1), "0.1");
+  EXPECT_EQ(cppLiteral(1e300), "1e+300");
+  EXPECT_EQ(cppLiteral(std::string("say \"no\\\"\n\xc3\xa9?")), R"("say \042no\134\042\012\303\251\077")");
+}
+
+TEST(Suggest, OnlyWhatIsNear) {
+  EXPECT_EQ(didYouMean("incremnt", {"number", "increment"}), ", did you mean 'increment'?");
+  EXPECT_EQ(didYouMean("colour", {"number", "increment"}), "");
+  EXPECT_EQ(didYouMean(std::string(100000, 'x'), {"increment"}), "");
+}
+
+}  // namespace
+}  // namespace Schemac::Test
