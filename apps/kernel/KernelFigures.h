@@ -1,0 +1,56 @@
+// KernelFigures: what one reading of the kernel found. Plain numbers.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace Apps::Kernel {
+
+/// Routes of one family that send packets on or discard them, and the adjacencies in use by them.
+struct RouteCounts {
+  std::uint64_t routes = 0;
+  std::uint64_t adjacencies = 0;
+  std::uint64_t pendingRoutes = 0;       // some adjacency of theirs is pending
+  std::uint64_t pendingAdjacencies = 0;  // the gateway has no resolved neighbour
+  std::uint64_t unprogrammedRoutes = 0;  // dead, link-down or not taken by the hardware, as a whole or on all paths
+  std::uint64_t unprogrammedAdjacencies = 0;  // of such routes, or of single paths marked dead or link-down
+
+  friend bool operator==(RouteCounts const&, RouteCounts const&) = default;
+};
+
+/// Distinct sets of next hops in use.
+struct SetCounts {
+  std::uint32_t singlePath = 0;
+  std::uint32_t multiPath = 0;
+
+  friend bool operator==(SetCounts const&, SetCounts const&) = default;
+};
+
+struct KernelFigures {
+  std::uint32_t vrfs = 0;  // with the default one
+  std::uint32_t vxlanTunnels = 0;
+  bool routesVxlan = false;
+
+  RouteCounts ipv4;
+  RouteCounts ipv6;
+  RouteCounts mpls;
+
+  SetCounts ipSets;      // of IP routes, without tunnels
+  SetCounts mplsSets;    // of MPLS routes
+  SetCounts tunnelSets;  // of IP routes, with some path through a tunnel
+
+  std::uint64_t routeMessages = 0;  // of these families, local and broadcast ones included
+  std::uint64_t routesTaken = 0;    // those that the figures count
+  std::uint64_t routesFailed = 0;   // malformed
+
+  std::uint32_t failedNeighbours = 0;  // unresolvable, or malformed
+  std::uint32_t routesTrapped = 0;     // the hardware hands their packets to the CPU
+  std::uint32_t failedNextHops = 0;    // malformed next-hop objects
+  std::uint32_t nestedGroups = 0;      // next-hop groups with groups as members
+  std::uint32_t missingNextHops = 0;   // next-hop objects that routes name and the kernel did not tell
+
+  std::vector<std::string_view> interrupted;  // names of tables that changed during every attempt to read them
+};
+
+}  // namespace Apps::Kernel

@@ -1,0 +1,107 @@
+// dornl3: the command line.
+#include "apps/StandardOutput.h"
+#include "apps/kernel/NetlinkSocket.h"
+#include "apps/show/ShowLocal.h"
+
+#include <CLI/CLI.hpp>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <system_error>
+
+namespace {
+
+using namespace Apps;
+
+constexpr int fine = 0;
+constexpr int failed = 1;
+constexpr int misused = 2;
+
+constexpr char const* exitStatus =
+    "Exit status:\n"
+    "  0  all went well\n"
+    "  1  the kernel could not be read, or the output not be written; the message says what to do\n"
+    "  2  the command line is wrong\n";
+
+struct ShowOptions {
+  bool local = false;
+  bool json = false;
+  bool text = false;
+};
+
+void complain(std::string const& text) { std::cerr << "dornl3: " << text << '\n'; }
+
+int print(std::string const& text) {
+  if (writeToStandardOutput(text) != Written::failed) return fine;
+  complain("The output could not be written: " + std::generic_category().message(errno) +
+           ". Check where standard output leads.");
+  return failed;
+}
+
+CLI::App* addShow(CLI::App& app, ShowOptions& options) {
+  CLI::App* show = app.add_subcommand("show", "Print the forwarding state: routes, next hops, tunnels");
+  show->add_flag("--local", options.local, "Read this host's kernel (required)");
+  CLI::Option* json = show->add_flag("--json", options.json, "Print JSON instead of tables");
+  show->add_flag("--text", options.text, "Print each value in its text form instead of tables")->excludes(json);
+  show->footer(exitStatus);
+  return show;
+}
+
+Show::Style styleOfTerminal() {
+  bool const wantsPlain = std::getenv("NO_COLOR") != nullptr;
+  return isatty(STDOUT_FILENO) == 1 && !wantsPlain ? Show::Style::terminal : Show::Style::plain;
+}
+
+int runShow(ShowOptions const& options) {
+  if (!options.local) {
+    complain("Only this host's own state can be shown. Type 'dornl3 show --local'.");
+    return misused;
+  }
+  Show::Form const form = options.json ? Show::Form::json : options.text ? Show::Form::text : Show::Form::table;
+  Kernel::NetlinkSocket kernel;
+  Show::Shown const shown = Show::showLocal(kernel, form, styleOfTerminal());
+  for (std::string const& notice : shown.notices) complain(notice);
+  return print(shown.output);
+}
+
+std::string misuseMessage(CLI::App const*, CLI::Error const& error) {
+  return "dornl3: " + std::string{error.what()} + ". Type 'dornl3 --help' to see what there is.\n";
+}
+
+// Says what the parser has to say: help and version, or what is wrong.
+int answer(CLI::App const& app, CLI::ParseError const& outcome) {
+  std::ostringstream out;
+  bool const isMisuse = app.exit(outcome, out, std::cerr) != 0;
+  return isMisuse ? misused : print(out.str());
+}
+
+int run(int argc, char** argv) {
+  CLI::App app{"The forwarding state of a host, as its forwarding software sees it.", "dornl3"};
+  app.set_version_flag("--version", "dornl3 " DORNL3_VERSION);
+  app.require_subcommand(1);
+  app.footer(exitStatus);
+  app.failure_message(misuseMessage);
+  ShowOptions options;
+  addShow(app, options);
+  try {
+    app.parse(argc, argv);
+  } catch (CLI::ParseError const& outcome) {
+    return answer(app, outcome);
+  }
+  return runShow(options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  prepareStandardStreams();
+  try {
+    return run(argc, argv);
+  } catch (std::exception const& error) {
+    complain(error.what());
+    return failed;
+  }
+}

@@ -1,0 +1,36 @@
+// Figures: what is shown of the entities, in order. The one list behind all printed forms.
+#pragma once
+
+#include "apps/show/Roots.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace Apps::Show {
+
+/// One attribute of a record.
+struct Field {
+  std::string_view name;
+  std::string_view label;  // what a table calls it
+  std::uint64_t value;
+};
+
+struct Time {
+  double seconds;  // since 1970
+};
+
+struct Figure {
+  std::string_view entity;     // "status"
+  std::string_view attribute;  // "ipv4RouteStats"
+  std::string_view group;      // the heading under which a table has it
+  std::string_view label;      // what a table calls it there
+  std::variant<bool, std::uint64_t, Time, std::vector<Field>> value;
+  std::string text;  // the value's text form
+};
+
+[[nodiscard]] std::vector<Figure> figuresOf(Roots const& roots);
+
+}  // namespace Apps::Show

@@ -1,0 +1,27 @@
+#include "apps/show/RequestResponder.h"
+
+#include "apps/show/StatusFiller.h"
+
+#include <utility>
+
+namespace Apps::Show {
+
+RequestResponder::RequestResponder(Roots const& roots, Read read, Clock clock)
+    : roots_{roots}, read_{std::move(read)}, clock_{std::move(clock)} {
+  roots_.request = nullptr;  // the notifier is the framework's to hold
+}
+
+void RequestResponder::onStatusRequestId() {
+  failure_ = nullptr;
+  interrupted_.clear();
+  Kernel::KernelFigures figures = read_();
+  fill(roots_, figures);
+  interrupted_ = std::move(figures.interrupted);
+  // The answer comes last: whoever sees it finds the figures in place.
+  roots_.status->statusUpdatedTimeIs(clock_());
+  roots_.status->statusResponseIdIs(notifier()->statusRequestId());
+}
+
+void RequestResponder::onNotificationException(Vek::AttributeId) { failure_ = std::current_exception(); }
+
+}  // namespace Apps::Show

@@ -1,0 +1,19 @@
+// The figures as tables for people.
+#pragma once
+
+#include "apps/show/Figures.h"
+
+#include <string>
+#include <vector>
+
+namespace Apps::Show {
+
+enum class Style {
+  plain,
+  terminal  // headings stand out by escape sequences
+};
+
+/// One table a group; a record is a column, its attributes are the rows. Lines stay under 80 columns.
+[[nodiscard]] std::string tableForm(std::vector<Figure> const& figures, Style style);
+
+}  // namespace Apps::Show

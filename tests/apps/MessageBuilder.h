@@ -1,0 +1,185 @@
+// Builds netlink messages byte by byte, as the kernel lays them out.
+#pragma once
+
+#include "apps/kernel/Attributes.h"
+
+#include <arpa/inet.h>
+#include <linux/if_addr.h>
+#include <linux/lwtunnel.h>
+#include <linux/neighbour.h>
+#include <linux/nexthop.h>
+#include <linux/rtnetlink.h>
+#include <net/if.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <stdexcept>
+#include <string_view>
+#include <vector>
+
+namespace Apps::Kernel {
+
+using Buffer = std::vector<std::byte>;
+
+template <class T>
+Buffer bytesOf(T const& value) {
+  Buffer buffer(sizeof value);
+  std::memcpy(buffer.data(), &value, sizeof value);
+  return buffer;
+}
+
+inline Buffer bytesOf(std::string_view text) {
+  Buffer buffer(text.size());
+  std::memcpy(buffer.data(), text.data(), text.size());
+  return buffer;
+}
+
+// The bytes of an address as people write it: "10.0.0.1", "fd00::1".
+inline Buffer ip(char const* text) {
+  Buffer buffer(16);
+  if (inet_pton(AF_INET, text, buffer.data()) == 1) {
+    buffer.resize(4);
+  } else if (inet_pton(AF_INET6, text, buffer.data()) != 1) {
+    throw std::invalid_argument{text};
+  }
+  return buffer;
+}
+
+inline std::uint8_t familyOf(char const* address) { return ip(address).size() == 4 ? AF_INET : AF_INET6; }
+
+// The payload of RTA_VIA.
+inline Buffer via(char const* address) {
+  Buffer buffer = bytesOf(__kernel_sa_family_t{familyOf(address)});
+  Buffer const bytes = ip(address);
+  buffer.insert(buffer.end(), bytes.begin(), bytes.end());
+  return buffer;
+}
+
+// A fixed header and attributes behind it: the body of a message, or a next hop of a multi-path route.
+class Message {
+ public:
+  template <class Header>
+  explicit Message(std::uint16_t type, Header const& header) : type_{type}, bytes_{bytesOf(header)} {
+    pad(bytes_);
+  }
+
+  template <class T>
+  Message& put(std::uint16_t attribute, T const& value) {
+    return put(attribute, bytesOf(value));
+  }
+  Message& put(std::uint16_t attribute, Buffer const& payload) {
+    Buffer const header = bytesOf(nlattr{static_cast<std::uint16_t>(sizeof(nlattr) + payload.size()), attribute});
+    append(header);
+    append(payload);
+    pad(bytes_);
+    return *this;
+  }
+
+  [[nodiscard]] std::uint16_t type() const { return type_; }
+  [[nodiscard]] Buffer const& body() const { return bytes_; }
+
+  // The whole message.
+  [[nodiscard]] Buffer framed(std::uint32_t sequence, std::uint16_t flags = NLM_F_MULTI) const {
+    nlmsghdr header{};
+    header.nlmsg_len = static_cast<std::uint32_t>(sizeof header + bytes_.size());
+    header.nlmsg_type = type_;
+    header.nlmsg_flags = flags;
+    header.nlmsg_seq = sequence;
+    Buffer whole = bytesOf(header);
+    whole.insert(whole.end(), bytes_.begin(), bytes_.end());
+    pad(whole);
+    return whole;
+  }
+
+ private:
+  void append(Buffer const& more) { bytes_.insert(bytes_.end(), more.begin(), more.end()); }
+  static void pad(Buffer& buffer) { buffer.resize(MNL_ALIGN(buffer.size())); }
+
+  std::uint16_t type_;
+  Buffer bytes_;
+};
+
+inline Buffer nested(std::uint16_t attribute, Buffer const& payload) {
+  Buffer const withEmptyHeader = Message{0, nlattr{}}.put(attribute, payload).body();
+  return {withEmptyHeader.begin() + sizeof(nlattr), withEmptyHeader.end()};
+}
+
+inline Message link(int index, unsigned flags, std::string_view kind = {}, std::uint32_t master = 0,
+                    std::uint32_t below = 0) {
+  ifinfomsg header{};
+  header.ifi_index = index;
+  header.ifi_flags = flags;
+  Message message{RTM_NEWLINK, header};
+  if (!kind.empty()) message.put(IFLA_LINKINFO, nested(IFLA_INFO_KIND, bytesOf(kind)));
+  if (master != 0) message.put(IFLA_MASTER, master);
+  if (below != 0) message.put(IFLA_LINK, below);
+  return message;
+}
+
+inline Message linkAddress(std::uint32_t link, std::uint8_t scope) {
+  ifaddrmsg header{};
+  header.ifa_family = AF_INET;
+  header.ifa_scope = scope;
+  header.ifa_index = link;
+  return Message{RTM_NEWADDR, header};
+}
+
+inline Message neighbour(int link, char const* address, std::uint16_t state) {
+  ndmsg header{};
+  header.ndm_family = familyOf(address);
+  header.ndm_ifindex = link;
+  header.ndm_state = state;
+  return Message{RTM_NEWNEIGH, header}.put(NDA_DST, ip(address));
+}
+
+inline Message nextHop(std::uint32_t id, std::uint32_t link, char const* gateway, unsigned flags = 0) {
+  nhmsg header{};
+  header.nh_family = familyOf(gateway);
+  header.nh_flags = flags;
+  return Message{RTM_NEWNEXTHOP, header}.put(NHA_ID, id).put(NHA_OIF, link).put(NHA_GATEWAY, ip(gateway));
+}
+
+inline Message nextHopGroup(std::uint32_t id, std::vector<std::uint32_t> const& members) {
+  Buffer payload;
+  for (std::uint32_t member : members) {
+    nexthop_grp entry{};
+    entry.id = member;
+    Buffer const bytes = bytesOf(entry);
+    payload.insert(payload.end(), bytes.begin(), bytes.end());
+  }
+  return Message{RTM_NEWNEXTHOP, nhmsg{}}.put(NHA_ID, id).put(NHA_GROUP, payload);
+}
+
+inline Message route(std::uint8_t family, std::uint8_t type = RTN_UNICAST, std::uint32_t flags = 0) {
+  rtmsg header{};
+  header.rtm_family = family;
+  header.rtm_type = type;
+  header.rtm_flags = flags;
+  return Message{RTM_NEWROUTE, header};
+}
+
+inline Message routeVia(std::uint32_t link, char const* gateway, std::uint32_t flags = 0) {
+  return route(familyOf(gateway), RTN_UNICAST, flags).put(RTA_OIF, link).put(RTA_GATEWAY, ip(gateway));
+}
+
+// One next hop of RTA_MULTIPATH.
+inline Buffer hop(int link, char const* gateway, std::uint8_t flags = 0, std::uint8_t weight = 1) {
+  Buffer const attributes = nested(RTA_GATEWAY, ip(gateway));
+  rtnexthop header{};
+  header.rtnh_len = static_cast<std::uint16_t>(sizeof header + attributes.size());
+  header.rtnh_flags = flags;
+  header.rtnh_hops = static_cast<std::uint8_t>(weight - 1);
+  header.rtnh_ifindex = link;
+  Buffer bytes = bytesOf(header);
+  bytes.insert(bytes.end(), attributes.begin(), attributes.end());
+  return bytes;
+}
+
+inline Message routeVia(std::uint8_t family, std::vector<Buffer> const& hops) {
+  Buffer payload;
+  for (Buffer const& one : hops) payload.insert(payload.end(), one.begin(), one.end());
+  return route(family).put(RTA_MULTIPATH, payload);
+}
+
+}  // namespace Apps::Kernel

@@ -1,0 +1,197 @@
+// The readers of kernel messages: recorded ones, hand-made ones, and broken ones.
+#include "apps/kernel/LinkMessage.h"
+#include "apps/kernel/NeighbourMessage.h"
+#include "apps/kernel/NextHopMessage.h"
+#include "apps/kernel/RouteMessage.h"
+#include "tests/apps/MessageBuilder.h"
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+namespace Apps::Kernel {
+namespace {
+
+Buffer fromHex(std::string_view hex) {
+  Buffer buffer;
+  for (std::size_t i = 0; i < hex.size(); i += 2) {
+    buffer.push_back(static_cast<std::byte>(std::stoi(std::string{hex.substr(i, 2)}, nullptr, 16)));
+  }
+  return buffer;
+}
+
+Adjacency at(std::uint32_t link, char const* gateway = nullptr) {
+  Adjacency adjacency;
+  adjacency.link = link;
+  if (gateway != nullptr) {
+    EXPECT_TRUE(adjacency.gateway.set(familyOf(gateway), ip(gateway)));
+  }
+  return adjacency;
+}
+
+TEST(RouteMessage, ReadsARecordedMultiPathRouteThatNamesAnObject) {
+  Buffer const body = fromHex("02180000fe030001"                    // IPv4, 24 bits of destination, table main, unicast
+                              "00000000"                            //
+                              "08000f00fe000000"                    // table
+                              "08000100c0a80900"                    // destination
+                              "08001e000a000000"                    // next-hop object 10
+                              "24000900"                            // paths
+                              "1000000003000000080005000a000002"    // by link 3
+                              "1000000403000000080005000a000003");  // by link 3, weight 5
+  Route route;
+  ASSERT_TRUE(readRoute(body, route));
+  EXPECT_EQ(route.family, Family::ipv4);
+  EXPECT_EQ(route.nextHopId, 10U);
+  ASSERT_EQ(route.paths.size(), 2U);
+  EXPECT_EQ(route.paths[0].adjacency, at(3, "10.0.0.2"));
+  EXPECT_EQ(route.paths[1].adjacency, at(3, "10.0.0.3"));
+}
+
+TEST(NextHopMessage, ReadsARecordedGroup) {
+  Buffer const body = fromHex("0000000000000000"  // header
+                              "080001000a000000"  // id 10
+                              "0600030000000000"  // type of the group
+                              "14000200"
+                              "0100000000000000"
+                              "0200000000000000"    // members 1 and 2
+                              "08000e0000000080");  // something that older kernels do not send
+  NextHopObject object;
+  ASSERT_TRUE(readNextHop(body, object));
+  EXPECT_EQ(object.id, 10U);
+  EXPECT_TRUE(object.isGroup);
+  EXPECT_EQ(object.members, (std::vector<std::uint32_t>{1, 2}));
+}
+
+TEST(RouteMessage, TakesTheOnePathOfARouteFromTheRouteItself) {
+  Route route;
+  ASSERT_TRUE(readRoute(routeVia(2, "fd00::1", RTNH_F_LINKDOWN).body(), route));
+  EXPECT_EQ(route.family, Family::ipv6);
+  ASSERT_EQ(route.paths.size(), 1U);
+  EXPECT_EQ(route.paths[0].adjacency, at(2, "fd00::1"));
+  EXPECT_EQ(route.paths[0].flags, RTNH_F_LINKDOWN);
+}
+
+TEST(RouteMessage, ReadsGatewaysOfAnotherFamily) {
+  Route route;
+  ASSERT_TRUE(readRoute(Kernel::route(AF_INET).put(RTA_OIF, 2U).put(RTA_VIA, via("fd00::5")).body(), route));
+  EXPECT_EQ(route.paths.at(0).adjacency, at(2, "fd00::5"));
+
+  Buffer const out = bytesOf(std::uint32_t{0x00064100});
+  ASSERT_TRUE(readRoute(
+      Kernel::route(AF_MPLS).put(RTA_OIF, 2U).put(RTA_VIA, via("10.0.0.1")).put(RTA_NEWDST, out).body(), route));
+  EXPECT_EQ(route.family, Family::mpls);
+  EXPECT_EQ(route.paths.at(0).adjacency, at(2, "10.0.0.1"));
+  EXPECT_EQ(route.paths.at(0).encapsulationType, Path::labels);
+  EXPECT_EQ(route.paths.at(0).encapsulation.size(), out.size());
+}
+
+TEST(RouteMessage, GivesNoPathToARouteThatDiscards) {
+  Route route;
+  ASSERT_TRUE(readRoute(Kernel::route(AF_INET6, RTN_UNREACHABLE).put(RTA_OIF, 1U).body(), route));
+  EXPECT_TRUE(route.paths.empty());
+  EXPECT_TRUE(route.forwardsOrDiscards());
+}
+
+TEST(RouteMessage, ForgetsTheRouteBefore) {
+  Route route;
+  ASSERT_TRUE(readRoute(routeVia(AF_INET, {hop(1, "10.0.0.1"), hop(1, "10.0.0.2")}).body(), route));
+  ASSERT_TRUE(readRoute(Kernel::route(AF_INET).put(RTA_NH_ID, 7U).body(), route));
+  EXPECT_TRUE(route.paths.empty());
+  ASSERT_TRUE(readRoute(Kernel::route(AF_INET).body(), route));
+  EXPECT_EQ(route.nextHopId, 0U);
+}
+
+TEST(RouteMessage, RefusesLengthsThatDoNotFit) {
+  rtnexthop tooLong{};
+  tooLong.rtnh_len = 64;
+  rtnexthop tooShort{};
+  tooShort.rtnh_len = 4;
+  struct {
+    char const* what;
+    Message message;
+  } const cases[] = {
+      {"IPv4 gateway of 16 bytes", route(AF_INET).put(RTA_GATEWAY, ip("fd00::1"))},
+      {"IPv6 gateway of 4 bytes", route(AF_INET6).put(RTA_GATEWAY, ip("10.0.0.1"))},
+      {"link of 2 bytes", route(AF_INET).put(RTA_OIF, std::uint16_t{1})},
+      {"object of 8 bytes", route(AF_INET).put(RTA_NH_ID, std::uint64_t{1})},
+      {"via without a family", route(AF_INET).put(RTA_VIA, Buffer(1))},
+      {"via of no known family", route(AF_INET).put(RTA_VIA, Buffer(6))},
+      {"link-layer address of 33 bytes", route(AF_MPLS).put(RTA_VIA,
+                                                            [] {
+                                                              Buffer bytes = bytesOf(__kernel_sa_family_t{AF_PACKET});
+                                                              bytes.resize(2 + Address::limit + 1);
+                                                              return bytes;
+                                                            }())},
+      {"next hop longer than its list", route(AF_INET).put(RTA_MULTIPATH, tooLong)},
+      {"next hop shorter than its header", route(AF_INET).put(RTA_MULTIPATH, tooShort)},
+      {"half a next hop", route(AF_INET).put(RTA_MULTIPATH, Buffer(4))},
+  };
+  for (auto const& one : cases) {
+    Route into;
+    EXPECT_FALSE(readRoute(one.message.body(), into)) << one.what;
+  }
+}
+
+TEST(NeighbourMessage, TellsWhetherPacketsCanBeSent) {
+  for (int const state : {NUD_PERMANENT, NUD_NOARP, NUD_REACHABLE, NUD_STALE, NUD_DELAY, NUD_PROBE}) {
+    EXPECT_EQ(readNeighbour(neighbour(1, "10.0.0.1", static_cast<std::uint16_t>(state)).body())->resolution,
+              Resolution::resolved)
+        << state;
+  }
+  EXPECT_EQ(readNeighbour(neighbour(1, "10.0.0.1", NUD_NONE).body())->resolution, Resolution::open);
+  EXPECT_EQ(readNeighbour(neighbour(1, "10.0.0.1", NUD_INCOMPLETE).body())->resolution, Resolution::open);
+  EXPECT_EQ(readNeighbour(neighbour(1, "10.0.0.1", NUD_FAILED).body())->resolution, Resolution::failed);
+}
+
+TEST(LinkMessage, DoesNotTakeALinkElsewhereForOneHere) {
+  EXPECT_EQ(readLink(link(5, 0, "vlan", 0, 3).body())->below, 3U);
+  EXPECT_EQ(readLink(link(5, 0, "vlan", 0, 3).put(IFLA_LINK_NETNSID, 0).body())->below, 0U);
+}
+
+// Runs every reader over the bytes and over what they point to.
+void readAll(Buffer const& body) {
+  (void)readLink(body);
+  (void)readLinkAddress(body);
+  (void)readNeighbour(body);
+  NextHopObject object;
+  (void)readNextHop(body, object);
+  Route route;
+  if (!readRoute(body, route)) return;
+  std::size_t touched = 0;
+  for (Path const& path : route.paths) {
+    for (std::byte byte : path.encapsulation) touched += static_cast<std::size_t>(byte);
+  }
+  EXPECT_GE(touched, 0U);
+}
+
+std::vector<Message> const& samples() {
+  static std::vector<Message> const all{
+      link(3, IFF_UP, "vxlan", 2, 1),
+      linkAddress(3, RT_SCOPE_UNIVERSE),
+      neighbour(3, "fd00::1", NUD_STALE),
+      nextHop(1, 3, "10.0.0.1"),
+      nextHopGroup(10, {1, 2, 3}),
+      routeVia(3, "10.0.0.1").put(RTA_ENCAP_TYPE, std::uint16_t{LWTUNNEL_ENCAP_IP}).put(RTA_ENCAP, Buffer(20)),
+      routeVia(AF_INET6, {hop(3, "fd00::1"), hop(4, "fd00::2"), hop(5, "fd00::3")}),
+      route(AF_MPLS).put(RTA_VIA, via("10.0.0.1")).put(RTA_NEWDST, std::uint32_t{1}),
+  };
+  return all;
+}
+
+RC_GTEST_PROP(Messages, MayBeMutatedAndCutAnywhere, ()) {
+  Buffer body = samples()[*rc::gen::inRange<std::size_t>(0, samples().size())].body();
+  auto const mutations = *rc::gen::container<std::vector<std::pair<std::size_t, std::uint8_t>>>(
+      rc::gen::pair(rc::gen::inRange<std::size_t>(0, body.size()), rc::gen::arbitrary<std::uint8_t>()));
+  for (auto const& [place, value] : mutations) body[place] = std::byte{value};
+  body.resize(*rc::gen::inRange<std::size_t>(0, body.size() + 1));
+  body.shrink_to_fit();  // so that a sanitizer sees the first byte read behind the end
+  readAll(body);
+}
+
+RC_GTEST_PROP(Messages, MayBeAnyBytes, (std::vector<std::uint8_t> const& bytes)) {
+  Buffer body(bytes.size());
+  if (!bytes.empty()) std::memcpy(body.data(), bytes.data(), bytes.size());
+  readAll(body);
+}
+
+}  // namespace
+}  // namespace Apps::Kernel

@@ -1,0 +1,110 @@
+// The printed forms, of a host made of recorded messages.
+#include "apps/show/ShowLocal.h"
+
+#include "apps/show/Figures.h"
+#include "apps/show/JsonForm.h"
+#include "apps/show/TextForm.h"
+#include "tests/apps/RecordedSource.h"
+#include "tests/core/LeakCheck.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+namespace Apps::Show {
+namespace {
+
+using namespace Kernel;
+
+class ShowLocal : public LeakCheck {
+ protected:
+  ShowLocal() {
+    kernel_.messages(RTM_GETLINK, {link(1, IFF_UP)});
+    kernel_.messages(RTM_GETROUTE, {routeVia(1, "10.0.0.7"), route(AF_INET, RTN_BLACKHOLE)});
+  }
+
+  RecordedSource kernel_;
+};
+
+TEST_F(ShowLocal, PrintsTheSameFiguresInEachForm) {
+  auto const json = nlohmann::json::parse(showLocal(kernel_, Form::json, Style::plain).output);
+  EXPECT_EQ(json.at("status").at("ipv4RouteStats").at("routes"), 2);
+  EXPECT_EQ(json.at("status").at("ipv4RouteStats").at("pendingRoutes"), 1);
+  EXPECT_EQ(json.at("restartCompletionStatus").at("restartComplete"), true);
+
+  std::string const text = showLocal(kernel_, Form::text, Style::plain).output;
+  EXPECT_NE(text.find("status.ipFecs = Value('Hardware::DornL3Unicast::FecCountStats', "
+                      "** {'numNonEcmpFecs': 1, 'numEcmpFecs': 0, 'numFecEntries': 1})\n"),
+            std::string::npos)
+      << text;
+
+  std::string const table = showLocal(kernel_, Form::table, Style::plain).output;
+  EXPECT_NE(table.find("\nroutes                                 2           0           0\n"), std::string::npos)
+      << table;
+}
+
+TEST_F(ShowLocal, SaysWhenATableNeverSettled) {
+  kernel_.answer(RTM_GETNEIGH, {.interrupted = true});
+  Shown const shown = showLocal(kernel_, Form::table, Style::plain);
+  EXPECT_EQ(shown.notices,
+            std::vector<std::string>{"The kernel's neighbours kept changing while they were read: the figures may mix "
+                                     "several states. Run the command again for others."});
+  EXPECT_NE(shown.output.find("first dump complete         no\n"), std::string::npos) << shown.output;
+}
+
+TEST_F(ShowLocal, PassesOnWhyTheKernelCouldNotBeRead) {
+  kernel_.answer(RTM_GETLINK, {.error = EACCES});
+  kernel_.answer(RTM_GETNEIGH, {.error = EACCES});
+  EXPECT_THROW((void)showLocal(kernel_, Form::json, Style::plain), KernelError);
+}
+
+// Two groups: scalars, and records side by side.
+std::vector<Figure> const someFigures{
+    {"status", "statusUpdatedTime", "HOST", "updated", Time{1700000000.25}, "1700000000.25"},
+    {"vxlan", "enabled", "HOST", "VXLAN routing", true, "True"},
+    {"status", "ipFecs", "SETS", "IP",
+     std::vector<Field>{{"one", "single", 18446744073709551615U}, {"all", "in all", 0}}, "V1"},
+    {"status", "mplsFecs", "SETS", "MPLS", std::vector<Field>{{"one", "single", 2}, {"all", "in all", 3}}, "V2"},
+};
+
+TEST(TableForm, PutsRecordsOfAGroupSideBySide) {
+  EXPECT_EQ(tableForm(someFigures, Style::plain), "HOST\n"
+                                                  "updated                     2023-11-14 22:13:20 UTC\n"
+                                                  "VXLAN routing               yes\n"
+                                                  "\n"
+                                                  "SETS                                  IP        MPLS\n"
+                                                  "single                      18446744073709551615           2\n"
+                                                  "in all                                 0           3\n");
+}
+
+TEST(TableForm, LiftsHeadingsOnATerminalOnly) {
+  EXPECT_EQ(tableForm(someFigures, Style::terminal).find("\x1b[1mHOST\x1b[0m\n"), 0U);
+}
+
+TEST(TableForm, OfNothingIsEmpty) { EXPECT_EQ(tableForm({}, Style::plain), ""); }
+
+TEST(JsonForm, KeepsTheOrderAndWholeNumbersWhole) {
+  EXPECT_EQ(jsonForm(someFigures), R"({
+  "status": {
+    "statusUpdatedTime": 1700000000.25,
+    "ipFecs": {
+      "one": 18446744073709551615,
+      "all": 0
+    },
+    "mplsFecs": {
+      "one": 2,
+      "all": 3
+    }
+  },
+  "vxlan": {
+    "enabled": true
+  }
+}
+)");
+}
+
+TEST(TextForm, IsOneLineAFigure) {
+  EXPECT_EQ(textForm({someFigures[1], someFigures[3]}), "vxlan.enabled = True\nstatus.mplsFecs = V2\n");
+}
+
+}  // namespace
+}  // namespace Apps::Show
