@@ -12,7 +12,7 @@ set_target_properties(dornl3 schemac PROPERTIES INSTALL_RPATH "$ORIGIN/${librari
 install(TARGETS vek DornL3UnicastTypes schemac EXPORT DornL3UnicastTypes)
 install(TARGETS dornl3)
 
-install(DIRECTORY core platform frame text DESTINATION ${headers} FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY core platform frame text generic DESTINATION ${headers} FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY ${PROJECT_BINARY_DIR}/generated/schema DESTINATION ${headers} FILES_MATCHING PATTERN "*.h")
 install(DIRECTORY schema/ DESTINATION ${CMAKE_INSTALL_DATADIR}/dornl3/schema FILES_MATCHING PATTERN "*.toml")
 

@@ -6,10 +6,10 @@
 
 namespace Vek {
 
-class [[gnu::visibility("default")]] BaseCollection {
+class BaseCollection {
  public:
   /// Root of the iterators: a collection, and the member on which the iterator stands, with a reference.
-  class [[gnu::visibility("default")]] StrepIterator {
+  class StrepIterator {
    public:
     [[nodiscard]] BaseCollection const* collection() const noexcept { return collection_; }
     explicit operator bool() const noexcept { return current_ != nullptr; }
@@ -47,11 +47,11 @@ class BaseRefCollection : public BaseCollection {
   BaseRefCollection() noexcept = default;
 };
 
-/// An iterator over a collection of members of type T. A position gives its reference back through the collection, so the
-/// collection outlives its iterators. `Bookmarks` says whether an equal position can be found again in a changed
+/// An iterator over a collection of members of type T. A position gives its reference back through the collection, so
+/// the collection outlives its iterators. `Bookmarks` says whether an equal position can be found again in a changed
 /// collection.
 template <class T, bool Bookmarks>
-class [[gnu::visibility("default")]] BaseIteratorConst : public BaseCollection::StrepIterator {
+class BaseIteratorConst : public BaseCollection::StrepIterator {
  public:
   BaseIteratorConst() noexcept = default;
   BaseIteratorConst(BaseCollection const* collection, T* member) noexcept : StrepIterator(collection, member) {

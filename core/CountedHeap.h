@@ -3,13 +3,13 @@
 // Thread: any.
 #pragma once
 
-#include <cstddef>
-
 #include "core/Integers.h"
+
+#include <cstddef>
 
 namespace Vek {
 
-class [[gnu::visibility("default")]] CountedHeap {
+class CountedHeap {
  public:
   /// A block of at least `size` bytes, aligned for any object. Throws std::bad_alloc.
   [[nodiscard]] static void* allocate(std::size_t size);

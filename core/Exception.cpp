@@ -1,8 +1,8 @@
 #include "core/Exception.h"
 
-#include <utility>
-
 #include "core/Throwers.h"
+
+#include <utility>
 
 namespace Vek {
 

@@ -1,15 +1,15 @@
 // Exception: what every failure of the library is thrown as.
 #pragma once
 
-#include <exception>
-#include <initializer_list>
-
 #include "core/Ptr.h"
 #include "core/String8.h"
 
+#include <exception>
+#include <initializer_list>
+
 namespace Vek {
 
-class [[gnu::visibility("default")]] Exception : public std::exception {
+class Exception : public std::exception {
  public:
   /// A small number that names a kind of exception; 0 stands for every kind.
   using Id = U8;
@@ -51,7 +51,7 @@ class [[gnu::visibility("default")]] Exception : public std::exception {
 };
 
 /// A bad text or a bad value.
-class [[gnu::visibility("default")]] RangeException : public Exception {
+class RangeException : public Exception {
  public:
   RangeException(String8 message, IdBitArray ids);
   RangeException(RangeException const&) noexcept = default;
@@ -60,7 +60,7 @@ class [[gnu::visibility("default")]] RangeException : public Exception {
 };
 
 /// A state that must not occur.
-class [[gnu::visibility("default")]] InternalException : public Exception {
+class InternalException : public Exception {
  public:
   InternalException(String8 message, IdBitArray ids);
   InternalException(InternalException const&) noexcept = default;
@@ -70,12 +70,17 @@ class [[gnu::visibility("default")]] InternalException : public Exception {
 
 /// A scope that deals with exceptions of one kind, so that one raised in it is known to be expected.
 /// Scopes nest; each stands on the stack of the thread that opens it.
-class [[gnu::visibility("default")]] Expect {
+class Expect {
  public:
-  explicit Expect(Exception::Id id) noexcept : id_(id), outer_(innermost_) { innermost_ = this; }
+  explicit Expect(Exception::Id id) noexcept : Expect(id, innermost_) {}
+  /// The same where innermost() is known: a loop need not look it up for each of its scopes.
+  Expect(Exception::Id id, Expect const* innermost) noexcept : id_(id), outer_(innermost) { innermost_ = this; }
   ~Expect() { innermost_ = outer_; }
   Expect(Expect const&) = delete;
   Expect& operator=(Expect const&) = delete;
+
+  /// The scope of this thread that was opened last and is not closed; null without one.
+  [[nodiscard]] static Expect const* innermost() noexcept { return innermost_; }
 
   /// Whether a scope of this thread covers one of the ids. A scope with id 0 covers all.
   [[nodiscard]] static bool covers(Exception::IdBitArray const& ids) noexcept;

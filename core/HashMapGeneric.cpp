@@ -6,7 +6,7 @@ namespace Vek {
 
 namespace {
 
-constexpr U32 mostBits = 30;
+constexpr U32 maskOf(U32 bits) noexcept { return (U32{1} << bits) - 1; }
 
 }  // namespace
 
@@ -14,90 +14,77 @@ HashMapGeneric::HashMapGeneric(U32 initialBits, HashMapVTableGeneric const& vtab
     : vtable_(&vtable),
       bits_(static_cast<U8>(initialBits)),
       linkOffset_(static_cast<unsigned short>(linkOffset)),
+      mask_(maskOf(initialBits)),
       buckets_(std::make_unique<HashLink[]>(std::size_t{1} << initialBits)) {}
 
 HashMapGeneric::~HashMapGeneric() = default;
 
+// Each member leaves by itself: a chain of any length needs no recursion, and a dying member finds the table in order.
 void HashMapGeneric::emptyAllBuckets() noexcept {
-  for (U32 index = 0; index <= mask(); ++index) {
-    HashLink member = std::move(buckets_[index]);
-    while (member) {
-      HashLink next = link(*member);
-      vtable_->setNext(member.ptr(), nullptr);  // unlinked one by one: a chain of any length needs no recursion
+  for (U32 index = 0; index <= mask_; ++index) {
+    while (buckets_[index]) {
+      HashLink const member = std::move(buckets_[index]);
+      buckets_[index] = std::move(link(*member));
+      vtable_->setNext(member.ptr(), nullptr);
       --count_;
-      member = std::move(next);
+      ++version_;
     }
   }
-  ++version_;
 }
 
-void HashMapGeneric::newMemberG(Ptr<PtrInterface> const& member, void const* key) {
-  if (count_ > mask() && bits_ < mostBits) grow();
-  U32 const reversedHash = vtable_->hash(member.ptr());
-  HashLink& head = buckets_[indexOf(bucketOf(reversedHash))];
-  PtrInterface* before = nullptr;
-  for (PtrInterface* at = head.ptr(); at != nullptr; at = link(*at).ptr()) {
-    U32 const hash = vtable_->hash(at);
-    if (hash > reversedHash || (hash == reversedHash && vtable_->keyLessThan(key, at, nullptr))) break;
-    before = at;
-  }
-  if (before == nullptr) {
-    vtable_->setNext(member.ptr(), head.ptr());
-    head = member;
-  } else {
-    vtable_->setNext(member.ptr(), link(*before).ptr());
-    vtable_->setNext(before, member.ptr());
-  }
-  ++count_;
-  ++version_;
-}
-
-// Each chain begins with the members whose next bit of the reversed hash is 0: it is cut in two, nothing is sorted anew.
+// Each bucket's chain is dealt out to two, in its order: nothing is sorted anew. Which of the two is no branch, since
+// nobody could guess it.
 void HashMapGeneric::grow() {
-  U32 const oldSize = mask() + 1;
+  constexpr U32 ahead = 8;
+  U32 const oldSize = mask_ + 1;
+  U32 const nextBit = U32{0x80000000} >> bits_;
   auto larger = std::make_unique<HashLink[]>(std::size_t{2} * oldSize);
   for (U32 index = 0; index < oldSize; ++index) {
+    __builtin_prefetch(buckets_[(index + ahead) & mask_].ptr());
+    HashLink* ends[2] = {&larger[index], &larger[index + oldSize]};
     PtrInterface* lastStaying = nullptr;
-    PtrInterface* at = buckets_[index].ptr();
-    while (at != nullptr && (bitReverse(vtable_->hash(at)) & oldSize) == 0) {
-      lastStaying = at;
-      at = link(*at).ptr();
+    HashLink rest = std::move(buckets_[index]);
+    while (rest) {
+      PtrInterface& member = *rest;
+      bool const moves = (vtable_->hash(&member) & nextBit) != 0;
+      lastStaying = moves ? lastStaying : &member;
+      HashLink behind = std::move(link(member));
+      *ends[moves] = std::move(rest);
+      ends[moves] = &link(member);
+      rest = std::move(behind);
     }
-    if (lastStaying == nullptr) {
-      larger[index + oldSize] = std::move(buckets_[index]);
-    } else {
-      larger[index + oldSize] = at;
-      larger[index] = std::move(buckets_[index]);
-      if (at != nullptr) vtable_->setNext(lastStaying, nullptr);
-    }
+    if (lastStaying != nullptr && larger[index + oldSize]) vtable_->setNext(lastStaying, nullptr);
   }
   buckets_ = std::move(larger);
   ++bits_;
+  mask_ = maskOf(bits_);
 }
 
-void HashMapGeneric::deleteMember(Ptr<PtrInterface> const& member) {
-  Ptr<PtrInterface> const held = member;
-  HashLink& head = buckets_[indexOf(bucketOf(vtable_->hash(held.ptr())))];
-  PtrInterface* before = nullptr;
-  PtrInterface* at = head.ptr();
-  for (; at != nullptr && at != held.ptr(); at = link(*at).ptr()) before = at;
-  if (at == nullptr) assertionFailed("the member is in this table", "HashMapGeneric", __LINE__);
-  if (before == nullptr) {
-    head = link(*held);
-  } else {
-    vtable_->setNext(before, link(*held).ptr());
+void HashMapGeneric::absent() { assertionFailed("the member is in this table", "HashMapGeneric", __LINE__); }
+
+PtrInterface* HashMapGeneric::findNextBucket(int* bucket) const noexcept {
+  if (*bucket >= static_cast<int>(mask_)) {
+    *bucket = static_cast<int>(mask_ + 1);
+    return nullptr;
   }
-  vtable_->setNext(held.ptr(), nullptr);
-  --count_;
-  ++version_;
+  if (*bucket >= 0) return findNextBucket(indexOf(*bucket), bucket);
+  *bucket = 0;
+  PtrInterface* const first = buckets_[0].ptr();
+  return first != nullptr ? first : findNextBucket(0, bucket);
 }
 
-PtrInterface* HashMapGeneric::behind(HashLink const& head, PtrInterface const& member, U32 reversedHash) const {
-  for (PtrInterface* at = head.ptr(); at != nullptr; at = link(*at).ptr()) {
-    U32 const hash = vtable_->hash(at);
-    if (hash > reversedHash || (hash == reversedHash && vtable_->keyLessThan(nullptr, at, &member))) return at;
+// The heads lie far apart, each in another page, and the members anywhere: the walk asks for both in good time.
+PtrInterface* HashMapGeneric::nextHeadFar(U32 index, int* bucket) const noexcept {
+  U32 at = static_cast<U32>(*bucket);
+  PtrInterface* found = nullptr;
+  while (found == nullptr && at != mask_) {
+    index = indexBehind(index, at++, 0);
+    __builtin_prefetch(&buckets_[indexBehind(index, at, 4)]);
+    __builtin_prefetch(buckets_[indexBehind(index, at, 3)].ptr());
+    found = buckets_[index].ptr();
   }
-  return nullptr;
+  *bucket = static_cast<int>(found == nullptr ? at + 1 : at);
+  return found;
 }
 
 PtrInterface* HashMapGeneric::findNextG(PtrInterface const* member, int* bucket) const {
@@ -109,29 +96,28 @@ PtrInterface* HashMapGeneric::findNextG(PtrInterface const* member, int* bucket)
   }
   U32 const reversedHash = vtable_->hash(member);
   *bucket = bucketOf(reversedHash);
-  PtrInterface* const found = behind(buckets_[indexOf(*bucket)], *member, reversedHash);
-  return found != nullptr ? found : findNextBucket(bucket);
+  for (PtrInterface* at = headOf(reversedHash).ptr(); at != nullptr; at = next(*at)) {
+    if (isBehind(*vtable_, at, reversedHash, nullptr, member)) return at;
+  }
+  return findNextBucket(bucket);
 }
 
 PtrInterface* HashMapGeneric::startAtHash(void const* key, U32 reversedHash, int* bucket) const {
   *bucket = bucketOf(reversedHash);
-  for (PtrInterface* at = buckets_[indexOf(*bucket)].ptr(); at != nullptr; at = link(*at).ptr()) {
-    U32 const hash = vtable_->hash(at);
-    if (hash > reversedHash) return at;
-    if (hash == reversedHash && (vtable_->keyEquals(key, at) || vtable_->keyLessThan(key, at, nullptr))) return at;
+  for (PtrInterface* at = headOf(reversedHash).ptr(); at != nullptr; at = next(*at)) {
+    if (isBehind(*vtable_, at, reversedHash, key, nullptr) || vtable_->keyEquals(key, at)) return at;
   }
   return findNextBucket(bucket);
 }
 
 void HashMapGeneric::verify() const {
   U32 found = 0;
-  for (U32 index = 0; index <= mask(); ++index) {
+  for (U32 index = 0; index <= mask_; ++index) {
     PtrInterface* before = nullptr;
-    for (PtrInterface* at = buckets_[index].ptr(); at != nullptr; before = at, at = link(*at).ptr(), ++found) {
+    for (PtrInterface* at = buckets_[index].ptr(); at != nullptr; before = at, at = next(*at), ++found) {
       U32 const hash = vtable_->hash(at);
       bool const inPlace = indexOf(bucketOf(hash)) == index;
-      bool const inOrder = before == nullptr || vtable_->hash(before) < hash ||
-                           (vtable_->hash(before) == hash && vtable_->keyLessThan(nullptr, at, before));
+      bool const inOrder = before == nullptr || isBehind(*vtable_, at, vtable_->hash(before), nullptr, before);
       if (!inPlace || !inOrder) assertionFailed("a member is in its place", "HashMapGeneric", __LINE__);
     }
   }

@@ -8,8 +8,8 @@
 // hash, a chain is sorted by reversed hash and then by key: so the order of a walk depends on the keys alone, whatever
 // the size and history of the table, and doubling the table splits each bucket into two neighbours.
 //
-// Layout: the head of bucket b lies at the index whose low bits are those of the hash, that is, of b reversed: a look-up
-// needs no reversal, and a walk steps through the array by an increment whose carry runs to the right.
+// Layout: the head of bucket b lies at the index that is b reversed, that is, the low bits of the hash: a look-up needs
+// no reversal, and a walk steps through the array by an increment whose carry runs to the right.
 #pragma once
 
 #include "core/BitReverse.h"
@@ -24,7 +24,7 @@ namespace Vek {
 using HashLink = Ptr<PtrInterface>;
 
 /// What a table asks about its members.
-class [[gnu::visibility("default")]] HashMapVTableGeneric {
+class HashMapVTableGeneric {
  public:
   HashMapVTableGeneric() noexcept = default;
   HashMapVTableGeneric(HashMapVTableGeneric const&) = delete;
@@ -43,7 +43,7 @@ class [[gnu::visibility("default")]] HashMapVTableGeneric {
   ~HashMapVTableGeneric() = default;
 };
 
-class [[gnu::visibility("default")]] HashMapGeneric {
+class HashMapGeneric {
  public:
   HashMapGeneric(HashMapGeneric const&) = delete;
   HashMapGeneric& operator=(HashMapGeneric const&) = delete;
@@ -64,28 +64,17 @@ class [[gnu::visibility("default")]] HashMapGeneric {
   void emptyAllBuckets() noexcept;
 
   /// Enters a member whose key, at `key`, is not present. The table may grow; a table that cannot is left as it is.
-  void newMemberG(Ptr<PtrInterface> const& member, void const* key);
+  void newMemberG(Ptr<PtrInterface> const& member, void const* key) { enter<HashMapVTableGeneric>(member, key); }
 
   /// Takes out a member that is in the table.
-  void deleteMember(Ptr<PtrInterface> const& member);
+  void deleteMember(Ptr<PtrInterface> const& member) { takeOut<HashMapVTableGeneric>(member); }
 
-  /// The member behind `member`, which may have left the table, or the first for null; null at the end. `bucket` becomes
-  /// the one where it stands.
+  /// The member behind `member`, which may have left the table, or the first for null; null at the end. `bucket`
+  /// becomes the one where it stands.
   [[nodiscard]] PtrInterface* findNextG(PtrInterface const* member, int* bucket) const;
 
   /// Moves `bucket` on to the next one that is not empty, and gives its first member; null at the end.
-  [[nodiscard]] PtrInterface* findNextBucket(int* bucket) const noexcept {
-    int const size = static_cast<int>(mask() + 1);
-    if (++*bucket >= size) return nullptr;
-    for (U32 index = indexOf(*bucket);; index = nextIndex(index)) {
-      if (PtrInterface* const found = buckets_[index].ptr()) {
-        // A walk asks for the members of the next buckets soon.
-        __builtin_prefetch(buckets_[nextIndex(index)].ptr());
-        return found;
-      }
-      if (++*bucket == size) return nullptr;
-    }
-  }
+  [[nodiscard]] PtrInterface* findNextBucket(int* bucket) const noexcept;
 
   /// The first member at or behind the place of a key, or null. `bucket` becomes the one where it stands, or a number
   /// not below 1 << bits().
@@ -99,32 +88,110 @@ class [[gnu::visibility("default")]] HashMapGeneric {
   HashMapGeneric(U32 initialBits, HashMapVTableGeneric const& vtable, std::size_t linkOffset);
 
   /// The head of the chain of keys with that hash (not reversed).
-  [[nodiscard]] PtrInterface* head(U32 hash) const noexcept { return buckets_[hash & mask()].ptr(); }
+  [[nodiscard]] PtrInterface* head(U32 hash) const noexcept { return buckets_[hash & mask_].ptr(); }
+
+  /// findNextBucket, for the bucket of keys with that hash (not reversed).
+  [[nodiscard]] PtrInterface* findNextBucket(U32 hash, int* bucket) const noexcept {
+    return mask_ < farWalk ? nextHead(hash & mask_, bucket) : nextHeadFar(hash & mask_, bucket);
+  }
+
+  // newMemberG and deleteMember, for those who know the class of the table's operations, which then are no virtual
+  // calls.
+  template <class Operations>
+  void enter(Ptr<PtrInterface> const& member, void const* key);
+  template <class Operations>
+  void takeOut(Ptr<PtrInterface> const& member);
 
  private:
-  [[nodiscard]] U32 mask() const noexcept { return (U32{1} << bits_) - 1; }
+  // From this mask on the heads no longer lie in the first caches, and a walk fetches what it will come to.
+  static constexpr U32 farWalk = (U32{1} << 12) - 1;
+
   [[nodiscard]] U32 indexOf(int bucket) const noexcept {
     return static_cast<U32>(U64{bitReverse(static_cast<U32>(bucket))} >> (32 - bits_));
   }
-  // The index of the bucket behind the one at `index`; of the first, behind the last.
-  [[nodiscard]] U32 nextIndex(U32 index) const noexcept {
-    if (bits_ == 0) return 0;
-    auto const ones = static_cast<U32>(std::countl_one(index << (32 - bits_)));
-    U32 const carry = ones < bits_ ? U32{1} << (bits_ - 1 - ones) : 0;
-    return carry == 0 ? 0 : (index & (carry - 1)) | carry;
+  [[nodiscard]] HashLink& headOf(U32 reversedHash) const noexcept { return buckets_[bitReverse(reversedHash) & mask_]; }
+  // The index of bucket `bucket + (1 << log2)`, from the index of `bucket`. Adding in the bucket's number flips its bits
+  // from there up to the first that is clear; in the index the same bits stand in reverse order. Behind the last bucket
+  // it comes to one near the first.
+  [[nodiscard]] U32 indexBehind(U32 index, U32 bucket, U32 log2) const noexcept {
+    U32 const wheel = mask_ >> log2;
+    return index ^ wheel ^ (wheel >> 1 >> __builtin_ctz((bucket >> log2) + 1));
   }
-  [[nodiscard]] HashLink const& link(PtrInterface const& member) const noexcept {
-    return *reinterpret_cast<HashLink const*>(reinterpret_cast<unsigned char const*>(&member) + linkOffset_);
+  [[nodiscard]] PtrInterface* nextHead(U32 index, int* bucket) const noexcept {
+    U32 at = static_cast<U32>(*bucket);
+    PtrInterface* found = nullptr;
+    while (found == nullptr && at != mask_) {
+      index = indexBehind(index, at++, 0);
+      found = buckets_[index].ptr();
+    }
+    *bucket = static_cast<int>(found == nullptr ? at + 1 : at);
+    return found;
   }
-  [[nodiscard]] PtrInterface* behind(HashLink const& head, PtrInterface const& member, U32 reversedHash) const;
+  [[nodiscard]] PtrInterface* nextHeadFar(U32 index, int* bucket) const noexcept;
+
+  [[nodiscard]] HashLink& link(PtrInterface& member) const noexcept {
+    return *reinterpret_cast<HashLink*>(reinterpret_cast<unsigned char*>(&member) + linkOffset_);
+  }
+  [[nodiscard]] PtrInterface* next(PtrInterface& member) const noexcept { return link(member).ptr(); }
+  // Whether `member` stands behind the place of a key, or of other's key.
+  template <class Operations>
+  [[nodiscard]] static bool isBehind(Operations const& operations, PtrInterface const* member, U32 reversedHash,
+                                     void const* key, PtrInterface const* other) {
+    U32 const hash = operations.hash(member);
+    return hash > reversedHash || (hash == reversedHash && operations.keyLessThan(key, member, other));
+  }
+  [[nodiscard]] bool isFull() const noexcept { return count_ > mask_ && bits_ < mostBits; }
   void grow();
+  [[noreturn]] static void absent();
+
+  static constexpr U8 mostBits = 30;
 
   U32 version_ = 0;
   U32 count_ = 0;
   HashMapVTableGeneric const* vtable_;
   U8 bits_;
   unsigned short linkOffset_;
+  U32 mask_;  // (1 << bits_) - 1
   std::unique_ptr<HashLink[]> buckets_;
 };
+
+// Links are moved, not copied, so that the member behind is not touched, and then set to what they are, which counts.
+template <class Operations>
+void HashMapGeneric::enter(Ptr<PtrInterface> const& member, void const* key) {
+  auto const& operations = static_cast<Operations const&>(*vtable_);
+  if (isFull()) grow();
+  U32 const reversedHash = operations.hash(member.ptr());
+  HashLink* place = &headOf(reversedHash);
+  PtrInterface* before = nullptr;
+  while (PtrInterface* const at = place->ptr()) {
+    if (isBehind(operations, at, reversedHash, key, nullptr)) break;
+    before = at;
+    place = &link(*at);
+  }
+  link(*member) = std::move(*place);
+  *place = member;
+  operations.setNext(member.ptr(), next(*member));
+  if (before != nullptr) operations.setNext(before, member.ptr());
+  ++count_;
+  ++version_;
+}
+
+template <class Operations>
+void HashMapGeneric::takeOut(Ptr<PtrInterface> const& member) {
+  auto const& operations = static_cast<Operations const&>(*vtable_);
+  HashLink* place = &headOf(operations.hash(member.ptr()));
+  PtrInterface* before = nullptr;
+  while (*place != member) {
+    before = place->ptr();
+    if (before == nullptr) absent();
+    place = &link(*before);
+  }
+  HashLink const held = std::move(*place);
+  *place = std::move(link(*held));
+  operations.setNext(held.ptr(), nullptr);
+  if (before != nullptr) operations.setNext(before, place->ptr());
+  --count_;
+  ++version_;
+}
 
 }  // namespace Vek

@@ -5,10 +5,10 @@
 // Re-entrancy: members may come and go while iterators stand: an iterator holds its member, and goes on by key.
 #pragma once
 
+#include "core/LinkedQueue.h"
+
 #include <cstddef>
 #include <iterator>
-
-#include "core/LinkedQueue.h"
 
 namespace Vek {
 

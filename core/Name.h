@@ -7,7 +7,7 @@ namespace Vek {
 
 class VekType;
 
-class [[gnu::visibility("default")]] Name : public StringN<U8> {
+class Name : public StringN<U8> {
  public:
   constexpr Name() noexcept = default;
   /// The bytes up to the zero byte; the empty name for null. Throws RangeException above maxLength.

@@ -55,6 +55,9 @@ void Notifiee::isWeakReferenceIs(bool on) {
   }
 }
 
+void Notifiee::handleNotification(ActivityConfig*) { onNotification(); }
+Activity* Notifiee::actsm() { return nullptr; }
+
 void Notifiee::onAttribute(AttributeId) {}
 void Notifiee::onNotification() {}
 void Notifiee::onCollectionNotification(String8) {}

@@ -11,9 +11,11 @@
 
 namespace Vek {
 
+class Activity;
+class ActivityConfig;
 class ReactorChain;
 
-class [[gnu::visibility("default")]] PtrInterface::NotifieeConst : public PtrInterface {
+class PtrInterface::NotifieeConst : public PtrInterface {
  public:
   /// Flags of a reactor: the framework's own state, and the caller's notification flags around it.
   class Vek_BitSet {
@@ -65,6 +67,11 @@ class [[gnu::visibility("default")]] PtrInterface::NotifieeConst : public PtrInt
   /// Whether the reactor does without a reference on its notifier. Changing it gives back or takes that reference.
   [[nodiscard]] bool isWeakReference() const noexcept { return weak_; }
   void isWeakReferenceIs(bool on);
+
+  /// Delivers events that were put off until an activity runs.
+  virtual void handleNotification(ActivityConfig* config);
+  /// The activity that puts events off; null where they are told at once.
+  [[nodiscard]] virtual Activity* actsm();
 
   /// Some attribute has changed; what a delivery by number calls.
   virtual void onAttribute(AttributeId id);

@@ -2,12 +2,12 @@
 // T offers referencesInc() and referencesDec() on const objects: everything under PtrInterface, and string data.
 #pragma once
 
+#include "core/PtrInterface.h"
+
 #include <cstddef>
 #include <functional>
 #include <type_traits>
 #include <utility>
-
-#include "core/PtrInterface.h"
 
 namespace Vek {
 

@@ -1,9 +1,9 @@
 #include "core/PtrInterface.h"
 
-#include <cassert>
-
 #include "core/CountedHeap.h"
 #include "core/PtrTrack.h"
+
+#include <cassert>
 
 namespace Vek {
 

@@ -1,6 +1,7 @@
 // PtrInterface: root of all counted objects that have virtual operations.
 // Owner: whoever holds a reference. The object is born with none; the first Ptr takes one, the last to go ends it.
-// Re-entrancy: while an object goes, its last callbacks may take and drop references on it; if one is kept, it lives on.
+// Re-entrancy: while an object goes, its last callbacks may take and drop references on it; if one is kept, it lives
+// on.
 #pragma once
 
 #include "core/VFPtrInterface.h"
@@ -9,9 +10,10 @@ namespace Vek {
 
 class VekType;
 
-class [[gnu::visibility("default")]] PtrInterface : public VFPtrInterface {
+class PtrInterface : public VFPtrInterface {
  public:
   class NotifieeConst;
+  class Notifiee;
 
   [[nodiscard]] static void* operator new(std::size_t size);
   static void operator delete(void* block, std::size_t size) noexcept;
@@ -40,6 +42,8 @@ class [[gnu::visibility("default")]] PtrInterface : public VFPtrInterface {
 
   /// The run-time type record of the object's class; null for classes that have none.
   [[nodiscard]] virtual VekType* fwkType() const;
+  /// The record that stands for any object at all.
+  static VekType* _fwkType();
 
   virtual ~PtrInterface();
 
@@ -57,7 +61,7 @@ class [[gnu::visibility("default")]] PtrInterface : public VFPtrInterface {
 
 /// Holds a new object while its constructor runs: a reference that the constructor hands out and takes back does not
 /// end it. make() uses it; `new` alone serves where a constructor hands out no reference to the object.
-class [[gnu::visibility("default")]] Birth {
+class Birth {
  public:
   /// The next object that this thread makes is the one to hold.
   Birth() noexcept;

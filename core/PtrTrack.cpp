@@ -1,5 +1,7 @@
 #include "core/PtrTrack.h"
 
+#include "core/PtrInterface.h"
+
 #include <cxxabi.h>
 
 #include <algorithm>
@@ -8,8 +10,6 @@
 #include <mutex>
 #include <typeinfo>
 #include <unordered_set>
-
-#include "core/PtrInterface.h"
 
 namespace Vek {
 
@@ -44,7 +44,8 @@ std::vector<std::string> PtrTrack::alive() {
   std::vector<std::string> names;
   for (PtrInterface const* object : tracked().objects) {
     char const* mangled = typeid(*object).name();
-    std::unique_ptr<char, void (*)(void*)> const name{abi::__cxa_demangle(mangled, nullptr, nullptr, nullptr), std::free};
+    std::unique_ptr<char, void (*)(void*)> const name{abi::__cxa_demangle(mangled, nullptr, nullptr, nullptr),
+                                                      std::free};
     names.emplace_back(name ? name.get() : mangled);
   }
   std::sort(names.begin(), names.end());

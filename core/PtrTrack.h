@@ -13,7 +13,7 @@ class PtrInterface;
 /// Object tracking is on. Set it before the objects of interest are made.
 extern bool ptrifTrackOn_;
 
-class [[gnu::visibility("default")]] PtrTrack {
+class PtrTrack {
  public:
   /// An object has come; called by the constructor of PtrInterface.
   static void ptrifAdd(PtrInterface const* object);

@@ -46,7 +46,8 @@ class RbTreeMap final : public RbTreeMapGeneric {
   /// The member with that key, or null.
   [[nodiscard]] M* operator[](K const& key) const noexcept {
     M* at = typed(root_);
-    while (at != nullptr && !(key == at->key())) at = typed(key < at->key() ? at->vekNode().left_ : at->vekNode().right_);
+    while (at != nullptr && !(key == at->key()))
+      at = typed(key < at->key() ? at->vekNode().left_ : at->vekNode().right_);
     return at;
   }
 
@@ -74,9 +75,7 @@ class RbTreeMap final : public RbTreeMapGeneric {
  private:
   static M* typed(Ptr<PtrInterface> const& link) noexcept { return static_cast<M*>(link.ptr()); }
   // A pointer to a data member is the member's offset in the ABI of all our platforms.
-  static U32 nodeOffset() noexcept {
-    return static_cast<U32>(std::bit_cast<std::ptrdiff_t>(M::vekNodeMember()));
-  }
+  static U32 nodeOffset() noexcept { return static_cast<U32>(std::bit_cast<std::ptrdiff_t>(M::vekNodeMember())); }
   static M* leftmost(M* at) noexcept {
     while (at != nullptr && at->vekNode().left_) at = typed(at->vekNode().left_);
     return at;

@@ -1,8 +1,8 @@
 // RbTreeMapGeneric: the half of an ordered collection that changes the shape of its tree: a red-black tree, whose depth
 // stays below twice the binary logarithm of its size.
 // Owner: the tree holds a reference on its root, and each member on the members below it; releasing the root tears the
-// tree down, as deep in recursion as the tree is. Thread: one. Re-entrancy: it calls nobody; a member that dies may do as
-// it likes.
+// tree down, as deep in recursion as the tree is. Thread: one. Re-entrancy: it calls nobody; a member that dies may do
+// as it likes.
 #pragma once
 
 #include "core/BaseCollection.h"
@@ -39,7 +39,7 @@ class RbNode {
 };
 
 /// Each operation takes the byte position of the node inside a member, and 0.
-class [[gnu::visibility("default")]] RbTreeMapGeneric : public BaseRefCollection<PtrInterface> {
+class RbTreeMapGeneric : public BaseRefCollection<PtrInterface> {
  public:
   RbTreeMapGeneric() noexcept = default;
   ~RbTreeMapGeneric() override;

@@ -7,7 +7,7 @@
 
 namespace Vek {
 
-class [[gnu::visibility("default")]] ReactorChain {
+class ReactorChain {
  public:
   using Member = PtrInterface::NotifieeConst const;
 

@@ -8,8 +8,8 @@
 
 namespace Vek {
 
-/// A reference that keeps an object over a call of its reactors. None on an object that nobody counts, on the stack say,
-/// or that is on its way out: that reference would end it.
+/// A reference that keeps an object over a call of its reactors. None on an object that nobody counts, on the stack
+/// say, or that is on its way out: that reference would end it.
 [[nodiscard]] inline Ptr<PtrInterface const> holdOver(PtrInterface const& object) noexcept {
   return object.references() != 0 ? &object : nullptr;
 }
@@ -20,9 +20,11 @@ template <class Call>
 void walkReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute, Call const& call) {
   if (reactors.count() == 0) return;
   auto const held = holdOver(notifier);
-  for (ReactorSnapshot walk{reactors}; walk; walk.advance()) {
+  HeldReactors const all{reactors};
+  Expect const* const around = Expect::innermost();
+  for (ReactorTurns walk{all}; walk; walk.advance()) {
     try {
-      Expect const expect{Exception::any};
+      Expect const expect{Exception::any, around};
       call(walk.current());
     } catch (...) {
       walk.current().onNotificationException(attribute);

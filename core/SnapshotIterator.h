@@ -7,43 +7,71 @@
 // Thread: the entity's. Up to 16 reactors need no heap.
 #pragma once
 
-#include <memory>
-
 #include "core/ListRaw.h"
+
+#include <memory>
 
 namespace Vek {
 
-/// The untyped half.
-class [[gnu::visibility("default")]] ReactorSnapshot {
+/// The reactors of a list as it stands, each with a reference that ReactorTurns gives back.
+class HeldReactors {
  public:
   using Reactor = PtrInterface::NotifieeConst;
 
-  /// Takes a reference on every reactor of the list. Throws std::bad_alloc above 16 of them, and holds none then.
-  explicit ReactorSnapshot(ReactorChain const& chain);
-  ~ReactorSnapshot();
-  ReactorSnapshot(ReactorSnapshot const&) = delete;
-  ReactorSnapshot& operator=(ReactorSnapshot const&) = delete;
+  /// Throws std::bad_alloc above 16 reactors, and holds none then.
+  explicit HeldReactors(ReactorChain const& chain) {
+    if (chain.count() > inPlace) makeRoom(chain.count());
+    Reactor** end = begin_;
+    for (ReactorChain::Member* member = chain.head(); member != nullptr; member = ReactorChain::next(*member)) {
+      member->referencesInc();
+      *end++ = const_cast<Reactor*>(member);
+    }
+    end_ = end;
+  }
+  HeldReactors(HeldReactors const&) = delete;
+  HeldReactors& operator=(HeldReactors const&) = delete;
+  ~HeldReactors() = default;
 
-  explicit operator bool() const noexcept { return index_ < size_; }
+  [[nodiscard]] Reactor* const* begin() const noexcept { return begin_; }
+  [[nodiscard]] Reactor* const* end() const noexcept { return end_; }
+
+ private:
+  static constexpr U32 inPlace = 16;
+  void makeRoom(U32 count);
+
+  Reactor** begin_ = few_;
+  Reactor** end_ = few_;
+  std::unique_ptr<Reactor*[]> many_;
+  Reactor* few_[inPlace];  // filled up to end_
+};
+
+/// Their turns, one after the other. It stands apart from the array so that compilers keep it in registers.
+class ReactorTurns {
+ public:
+  using Reactor = HeldReactors::Reactor;
+
+  explicit ReactorTurns(HeldReactors const& held) noexcept : at_(held.begin()), end_(held.end()) {}
+  ~ReactorTurns() {
+    while (at_ != end_) release();
+  }
+  ReactorTurns(ReactorTurns const&) = delete;
+  ReactorTurns& operator=(ReactorTurns const&) = delete;
+
+  explicit operator bool() const noexcept { return at_ != end_; }
   /// The reactor whose turn it is; only while there is one.
-  [[nodiscard]] Reactor& current() const noexcept { return *reactors_[index_]; }
+  [[nodiscard]] Reactor& current() const noexcept { return **at_; }
 
   /// Ends the turn of the current reactor, and passes over those that only this walk still holds.
   void advance() noexcept {
     release();
-    while (index_ < size_ && reactors_[index_]->references() == 1) release();
+    while (at_ != end_ && (*at_)->references() == 1) release();
   }
 
  private:
-  void release() noexcept { reactors_[index_++]->referencesDec(); }
+  void release() noexcept { (*at_++)->referencesDec(); }
 
-  static constexpr U32 inPlace = 16;
-
-  U32 size_ = 0;
-  U32 index_ = 0;
-  Reactor** reactors_ = few_;
-  std::unique_ptr<Reactor*[]> many_;
-  Reactor* few_[inPlace];  // filled up to size_
+  Reactor* const* at_;
+  Reactor* const* end_;
 };
 
 template <class List>
@@ -52,18 +80,19 @@ class SnapshotIterator;
 template <class T>
 class SnapshotIterator<ListRaw<T>> {
  public:
-  explicit SnapshotIterator(ListRaw<T> const& list) : snapshot_(list.chain()) {}
+  explicit SnapshotIterator(ListRaw<T> const& list) : held_(list.chain()), turns_(held_) {}
 
-  explicit operator bool() const noexcept { return static_cast<bool>(snapshot_); }
-  T& operator*() const noexcept { return static_cast<T&>(snapshot_.current()); }
+  explicit operator bool() const noexcept { return static_cast<bool>(turns_); }
+  T& operator*() const noexcept { return static_cast<T&>(turns_.current()); }
   T* operator->() const noexcept { return &**this; }
   SnapshotIterator& operator++() noexcept {
-    snapshot_.advance();
+    turns_.advance();
     return *this;
   }
 
  private:
-  ReactorSnapshot snapshot_;
+  HeldReactors held_;
+  ReactorTurns turns_;
 };
 
 }  // namespace Vek

@@ -1,12 +1,12 @@
 #include "core/String8.h"
 
+#include "core/Name.h"
+
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
 #include <ostream>
-
-#include "core/Name.h"
 
 namespace Vek {
 

@@ -1,15 +1,15 @@
 // String8: the general text value, bytes without a meaning of their own. Copying shares the bytes.
 #pragma once
 
-#include <iosfwd>
-
 #include "core/StringN.h"
+
+#include <iosfwd>
 
 namespace Vek {
 
 class Name;
 
-class [[gnu::visibility("default")]] String8 : public StringN<U8> {
+class String8 : public StringN<U8> {
  public:
   class Iterator;
   class IteratorConst;

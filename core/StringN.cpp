@@ -1,12 +1,12 @@
 #include "core/StringN.h"
 
+#include "core/Name.h"
+#include "core/Throwers.h"
+
 #include <bit>
 #include <cstddef>
 #include <cstring>
 #include <new>
-
-#include "core/Name.h"
-#include "core/Throwers.h"
 
 namespace Vek {
 

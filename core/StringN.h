@@ -3,9 +3,9 @@
 // Thread: blocks may be shared between threads, see VFPtrInterface::enableThreadSafePointers; the word itself may not.
 #pragma once
 
-#include <string_view>
-
 #include "core/Ptr.h"
+
+#include <string_view>
 
 namespace Vek {
 
@@ -13,7 +13,7 @@ template <class Unit>
 class StringN;
 
 template <>
-class [[gnu::visibility("default")]] StringN<U8> {
+class StringN<U8> {
  public:
   /// Longest text: a cursor's position is a signed 32-bit number.
   static constexpr U32 maxLength = 0x7fffffff - 64;
@@ -53,7 +53,7 @@ class [[gnu::visibility("default")]] StringN<U8> {
 };
 
 /// The shared block. Freed with its last reference; it has no destructor to run.
-class [[gnu::visibility("default")]] StringN<U8>::Data final : public VFPtrInterface {
+class StringN<U8>::Data final : public VFPtrInterface {
  public:
   /// A new block with no reference yet, whose bytes the caller fills before anyone else sees it.
   [[nodiscard]] static Data* create(std::size_t length);
@@ -65,9 +65,7 @@ class [[gnu::visibility("default")]] StringN<U8>::Data final : public VFPtrInter
   [[nodiscard]] char* bytes() noexcept { return const_cast<char*>(static_cast<Data const*>(this)->bytes()); }
   [[nodiscard]] std::string_view view() const noexcept { return {bytes(), length_}; }
 
-  [[nodiscard]] bool operator==(Data const& other) const noexcept {
-    return this == &other || view() == other.view();
-  }
+  [[nodiscard]] bool operator==(Data const& other) const noexcept { return this == &other || view() == other.view(); }
   /// A total order of the bytes as unsigned numbers; nothing folds case.
   [[nodiscard]] bool operator<(Data const& other) const noexcept { return view() < other.view(); }
 
@@ -87,7 +85,8 @@ class [[gnu::visibility("default")]] StringN<U8>::Data final : public VFPtrInter
   void free() const noexcept;
 
   U32 length_;
-  [[maybe_unused]] unsigned char firstBytes_[4] = {};  // a block is as long as its text needs; a zero byte stands behind the text
+  [[maybe_unused]] unsigned char firstBytes_[4] =
+      {};  // a block is as long as its text needs; a zero byte stands behind the text
 };
 
 U32 StringN<U8>::length() const noexcept { return data_ ? data_->length() : 0; }
@@ -100,17 +99,13 @@ StringN<U8>::Data const& StringN<U8>::data() const noexcept { return data_ ? *da
 class StringN<U8>::IteratorBase {
  public:
   /// End of text. A negative position is not at the end.
-  [[nodiscard]] bool eot() const noexcept {
-    return position_ >= 0 && static_cast<U32>(position_) >= data_->length();
-  }
+  [[nodiscard]] bool eot() const noexcept { return position_ >= 0 && static_cast<U32>(position_) >= data_->length(); }
   /// Byte index; 0 at the start.
   [[nodiscard]] int position() const noexcept { return position_; }
   void positionIs(int position) noexcept { position_ = position; }
 
   /// Whether a byte stands under the cursor.
-  [[nodiscard]] bool inside() const noexcept {
-    return position_ >= 0 && static_cast<U32>(position_) < data_->length();
-  }
+  [[nodiscard]] bool inside() const noexcept { return position_ >= 0 && static_cast<U32>(position_) < data_->length(); }
   /// The byte under the cursor; only where inside().
   [[nodiscard]] char operator*() const noexcept { return data_->bytes()[position_]; }
   /// From the cursor to the end of the text; empty at the end and at a negative position.

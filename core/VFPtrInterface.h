@@ -3,14 +3,14 @@
 // the thread that owns the object and are changed by plain read and write.
 #pragma once
 
+#include "core/Integers.h"
+
 #include <atomic>
 #include <cstddef>
 
-#include "core/Integers.h"
-
 namespace Vek {
 
-class [[gnu::visibility("default")]] VFPtrInterface {
+class VFPtrInterface {
  public:
   // Layout of the reference word.
   static constexpr U32 countMask = 0x1fffffff;

@@ -14,10 +14,10 @@
 // A type declares its Attr and defines it in its source, so that the descriptors see privates and stay hidden.
 #pragma once
 
-#include <type_traits>
-
 #include "core/Integers.h"
 #include "platform/vek/VekAttr.h"
+
+#include <type_traits>
 
 namespace Vek {
 

@@ -27,8 +27,8 @@ Ptr<typename A::Child> childNew(typename A::Owner& entity, Name const& name) {
   return detail::adopt<A>(entity, make<typename A::Child>(name));
 }
 
-/// The child of that name, which the attribute holds afterwards. Each step that changes something counts a write, and so
-/// does finding the present child; reactors hear of a new child only.
+/// The child of that name, which the attribute holds afterwards. Each step that changes something counts a write, and
+/// so does finding the present child; reactors hear of a new child only.
 template <class A>
 ValidPtr<typename A::Child> childIs(typename A::Owner& entity, Name const& name) {
   auto const held = holdOver(entity);
@@ -144,37 +144,57 @@ void childrenDelAll(typename A::Owner& entity) {
 namespace detail {
 
 template <class A>
+inline constexpr bool makesChildren = requires {
+  typename A::Child;
+};
+template <class A>
+inline constexpr bool makesChildrenByKey = requires {
+  typename A::Child;
+  typename A::Key;
+};
+
+// No exception gets out: one that a reactor's onNotificationException throws ends a removal when the child is out.
+template <class Removal>
+void removeQuietly(Removal const& removal) noexcept {
+  try {
+    removal();
+  } catch (...) {
+    // The next child goes all the same.
+  }
+}
+
+template <class A>
 void orphan(typename A::Owner& entity) noexcept {
-  if constexpr (requires { typename A::Child; }) {
-    // A reactor whose onNotificationException throws ends a removal, with the child out: the others still go.
-    auto const empty = [&entity] {
-      if constexpr (requires { typename A::Key; }) {
-        return A::field(entity).count() == 0;
-      } else {
-        return !A::field(entity);
-      }
-    };
-    while (!empty()) {
-      try {
-        if constexpr (requires { typename A::Key; }) {
-          childrenDelAll<A>(entity);
-        } else {
-          childDel<A>(entity);
-        }
-      } catch (...) {
-        // A destructor lets no exception out.
-      }
+  if constexpr (makesChildrenByKey<A>) {
+    typename A::Child::Map::Iterator it(&A::field(entity));
+    for (; it; ++it) removeQuietly([&] { childrenDelAt<A>(entity, it); });
+  } else if constexpr (makesChildren<A>) {
+    removeQuietly([&] { childDel<A>(entity); });
+  }
+}
+
+template <class A>
+void orphanUntold(typename A::Owner& entity) noexcept {
+  if constexpr (makesChildrenByKey<A>) {
+    typename A::Child::Map::Iterator it(&A::field(entity));
+    for (; it; ++it) {
+      A::field(entity).deleteMember(it.ptr());
+      it->parentIs(nullptr);
     }
+  } else if constexpr (makesChildren<A>) {
+    if (Ptr<typename A::Child> const child = std::exchange(A::field(entity), nullptr)) child->parentIs(nullptr);
   }
 }
 
 }  // namespace detail
 
 /// For a destructor: removes all children, in the order of the attributes, so that each loses its parent before the
-/// parent is gone. Reactors still on the list hear of it.
+/// parent is gone. Reactors still on the list hear of it; what they put in meanwhile leaves untold, or they could keep
+/// a destructor going.
 template <class Attr, class X>
 void orphanChildren(X& entity) noexcept {
   forEach(typename Attr::All{}, [&entity](auto attribute) { detail::orphan<decltype(attribute)>(entity); });
+  forEach(typename Attr::All{}, [&entity](auto attribute) { detail::orphanUntold<decltype(attribute)>(entity); });
 }
 
 }  // namespace Vek

@@ -1,8 +1,8 @@
 // CollectionFrame: keyed attributes whose elements are plain values. What an entity defines itself are one-line calls
-// of these. A descriptor A of such an attribute tells beside its name and number: Owner, Key, Value, Member (the element
-// class), field(owner) (its map, hashed or ordered) and slot.
-// Thread: the entity's. Re-entrancy: a reactor may change the same collection, during a walk of it too.
-// A missing key is no error: reading it gives the default, removing it does nothing.
+// of these. A descriptor A of such an attribute tells beside its name and number: Owner, Key, Value, Member (the
+// element class), field(owner) (its map, hashed or ordered) and slot. Thread: the entity's. Re-entrancy: a reactor may
+// change the same collection, during a walk of it too. A missing key is no error: reading it gives the default,
+// removing it does nothing.
 #pragma once
 
 #include "frame/EntityFrame.h"
@@ -54,8 +54,8 @@ Ptr<typename A::Member> collectionNew(typename A::Owner& entity, typename A::Key
   return detail::enter<A>(entity, key, value);
 }
 
-/// Sets the value at a key. An equal value: nothing happens. Otherwise it is stored, in a new element if there was none,
-/// and the write is counted before any reactor runs. Throws what a reactor's onNotificationException throws.
+/// Sets the value at a key. An equal value: nothing happens. Otherwise it is stored, in a new element if there was
+/// none, and the write is counted before any reactor runs. Throws what a reactor's onNotificationException throws.
 template <class A>
 void collectionIs(typename A::Owner& entity, typename A::Key const& key, typename A::Value const& value) {
   Ptr<typename A::Member> member = A::field(entity)[key];

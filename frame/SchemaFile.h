@@ -3,9 +3,9 @@
 // Thread: the loading thread.
 #pragma once
 
-#include <array>
-
 #include "frame/TypeFrame.h"
+
+#include <array>
 
 namespace Vek {
 

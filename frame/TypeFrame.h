@@ -49,7 +49,8 @@ void describe(IntrospectionReactor& reactor, VekType* owner) {
   if constexpr (requires { typename A::Child; }) {
     VekType const* const target = A::Child::_fwkType();
     if constexpr (requires { typename A::Key; }) {
-      describeInstantiating(reactor, owner, A::name, target, A::flags, A::number, typeOf<typename A::Key>(), A::keyName);
+      describeInstantiating(reactor, owner, A::name, target, A::flags, A::number, typeOf<typename A::Key>(),
+                            A::keyName);
     } else {
       describeInstantiating(reactor, owner, A::name, target, A::flags, A::number, nullptr, nullptr);
     }
@@ -128,13 +129,6 @@ class EntityType : public VekType {
     }
     reactor.handleScopeExit();
   }
-};
-
-/// The record of an entity type that stands by itself.
-template <class X, class A>
-class RootEntityType : public EntityType<X, A> {
- public:
-  Ptr<Entity> newEntity(Name const& name, Dir* /*dir*/) const override { return make<X>(name); }
 };
 
 }  // namespace Vek

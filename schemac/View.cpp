@@ -161,10 +161,13 @@ void setEntity(Data& view, File const& file, Type const& type, Types const& type
   bool const hasChildren = std::any_of(type.attributes.begin(), type.attributes.end(), [](Attribute const& a) {
     return a.shape == Shape::child || a.shape == Shape::childCollection;
   });
+  bool const hasCollections = std::any_of(type.attributes.begin(), type.attributes.end(),
+                                          [](Attribute const& a) { return Form(a).collection || Form(a).children; });
   view.set("factory", type.factory)
       .set("isRoot", !type.factory.empty())
-      .set("typeFrame", type.factory.empty() ? "EntityType" : "RootEntityType")
+      .set("typeFrame", type.factory.empty() ? "GenericEntityType" : "GenericRootEntityType")
       .set("hasChildren", hasChildren)
+      .set("hasCollections", hasCollections)
       .set("isMember", holder != nullptr)
       .set("memberKey", holder != nullptr ? keyOf(*holder, types) : std::string())
       .set("memberKeyField", holder == nullptr ? std::string()
@@ -220,7 +223,8 @@ Data argumentList(std::vector<Type const*> const& types) {
 Data includesOf(File const& file, Types const& types) {
   std::set<std::string> headers = {"core/String8.h", "platform/vek/VekType.h"};
   for (Type const& type : file.types) {
-    if (type.isEntity()) headers.insert({"core/ListRaw.h", "frame/EntityFrame.h", "platform/vek/Entity.h"});
+    if (type.isEntity()) headers.insert({"core/ListRaw.h", "frame/EntityFrame.h", "platform/vek/GenericIfEntity.h"});
+    if (!type.isEntity()) headers.insert("generic/ValueGeneric.h");
     for (Attribute const& a : standing(type)) {
       Form const form(a);
       if (form.collection)

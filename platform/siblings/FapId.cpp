@@ -2,19 +2,17 @@
 
 #include "core/Throwers.h"
 #include "platform/siblings/Number16.h"
-#include "platform/vek/NamedType.h"
+#include "platform/vek/PlainGeneric.h"
 
 namespace Hardware::Dorn {
 
 FapId::FapId(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst const& end)
     : FapId(Vek::readNumber16(it, end, null, throwOutOfRange)) {}
 
-void FapId::throwOutOfRange() {
-  Vek::throwRangeException("FapId::value < FapId::min or > FapId::null not allowed");
-}
+void FapId::throwOutOfRange() { Vek::throwRangeException("FapId::value < FapId::min or > FapId::null not allowed"); }
 
 Vek::VekType* FapId::_fwkType() {
-  static Vek::VekType* const type = Vek::namedValueType(vekDeclaredName, sizeof(FapId));
+  static Vek::VekType* const type = Vek::plainType<FapId>(vekDeclaredName);
   return type;
 }
 

@@ -9,7 +9,7 @@ class VekType;
 
 namespace Hardware::Dorn {
 
-class [[gnu::visibility("default")]] FapId {
+class FapId {
  public:
   static constexpr unsigned short min = 0;
   static constexpr unsigned short null = 2048;

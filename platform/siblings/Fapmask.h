@@ -1,9 +1,9 @@
 // Fapmask: a set of fabric access processors, opaque to those who pass it on.
 #pragma once
 
-#include <array>
+#include "platform/vek/TextReader.h"
 
-#include "core/Integers.h"
+#include <array>
 
 namespace Vek {
 class VekType;
@@ -11,7 +11,7 @@ class VekType;
 
 namespace Kiln {
 
-class [[gnu::visibility("default")]] Fapmask {
+class Fapmask {
  public:
   using Words = std::array<Vek::U32, 4>;
   static constexpr char const* vekDeclaredName = "Kiln::Fapmask";
@@ -19,6 +19,9 @@ class [[gnu::visibility("default")]] Fapmask {
   /// The empty set.
   constexpr Fapmask() noexcept = default;
   constexpr explicit Fapmask(Words const& words) noexcept : words_(words) {}
+
+  /// Reads the text that valueToStrep writes. Throws RangeException on bad text.
+  Fapmask(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst const& end);
 
   [[nodiscard]] constexpr Words const& words() const noexcept { return words_; }
   [[nodiscard]] bool operator==(Fapmask const& other) const noexcept = default;
@@ -30,5 +33,8 @@ class [[gnu::visibility("default")]] Fapmask {
 };
 
 static_assert(sizeof(Fapmask) == 16);
+
+/// The words in hexadecimal, in order: '0000000f:00000000:00000000:00000000'.
+[[nodiscard]] Vek::String8 valueToStrep(Fapmask const& mask);
 
 }  // namespace Kiln

@@ -2,7 +2,7 @@
 
 #include "core/Throwers.h"
 #include "platform/siblings/Number16.h"
-#include "platform/vek/NamedType.h"
+#include "platform/vek/PlainGeneric.h"
 
 namespace Bridging {
 
@@ -12,7 +12,7 @@ VlanIdOrNone::VlanIdOrNone(Vek::String8::IteratorConst& it, Vek::String8::Iterat
 void VlanIdOrNone::throwOutOfRange() { Vek::throwRangeException("VlanIdOrNone::value > 4094 not allowed"); }
 
 Vek::VekType* VlanIdOrNone::_fwkType() {
-  static Vek::VekType* const type = Vek::namedValueType(vekDeclaredName, sizeof(VlanIdOrNone));
+  static Vek::VekType* const type = Vek::plainType<VlanIdOrNone>(vekDeclaredName);
   return type;
 }
 

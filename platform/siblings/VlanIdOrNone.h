@@ -9,7 +9,7 @@ class VekType;
 
 namespace Bridging {
 
-class [[gnu::visibility("default")]] VlanIdOrNone {
+class VlanIdOrNone {
  public:
   static constexpr unsigned short max = 4094;
   static constexpr char const* vekDeclaredName = "Bridging::VlanIdOrNone";

@@ -2,13 +2,13 @@
 // Owner: whoever holds a reference; a directory holds one on each of its entries. Thread: the entities'.
 #pragma once
 
-#include <unordered_map>
-
 #include "platform/vek/Entity.h"
+
+#include <unordered_map>
 
 namespace Vek {
 
-class [[gnu::visibility("default")]] Dir : public PtrInterface {
+class Dir : public PtrInterface {
  public:
   /// The directory in which a text that refers to an entity is looked up.
   [[nodiscard]] static Dir& root();

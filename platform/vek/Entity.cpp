@@ -1,10 +1,10 @@
 #include "platform/vek/Entity.h"
 
-#include <array>
-
 #include "platform/vek/Builtin.h"
 #include "platform/vek/NamedType.h"
 #include "platform/vek/Path.h"
+
+#include <array>
 
 namespace Vek {
 
@@ -18,12 +18,12 @@ struct FrameworkAttribute {
 
 // What every entity has before its own attributes. The numbers are stable.
 constexpr std::array frameworkAttributes{
-    FrameworkAttribute{128, "name", Name::_fwkType},
-    FrameworkAttribute{129, "fullName", Builtin<String8>::_fwkType},
-    FrameworkAttribute{130, "parent", Entity::_fwkType},
-    FrameworkAttribute{131, "parentAttrId", Builtin<U32>::_fwkType},
-    FrameworkAttribute{132, "writeCount", Builtin<U32>::_fwkType},
-    FrameworkAttribute{133, "readCount", Builtin<U32>::_fwkType},
+    FrameworkAttribute{Entity::nameAttr, "name", Name::_fwkType},
+    FrameworkAttribute{Entity::fullNameAttr, "fullName", Builtin<String8>::_fwkType},
+    FrameworkAttribute{Entity::parentAttrNumber, "parent", Entity::_fwkType},
+    FrameworkAttribute{Entity::parentAttrIdAttr, "parentAttrId", Builtin<U32>::_fwkType},
+    FrameworkAttribute{Entity::writeCountAttr, "writeCount", Builtin<U32>::_fwkType},
+    FrameworkAttribute{Entity::readCountAttr, "readCount", Builtin<U32>::_fwkType},
 };
 
 class EntityBaseType final : public VekType {
@@ -84,11 +84,11 @@ String8 Entity::attributeString(AttributeId id) const {
     if (attribute.id == id) return attribute.name;
   }
   switch (id) {
-    case keyAttr: return "fwkKey";
-    case zeroReferencesEvent: return "zeroReferences";
-    case noParentAttr: return "orphan";
-    case attrLogMarker: return "vekHasAttrLogInterface";
-    default: return "unknown";
+  case keyAttr: return "fwkKey";
+  case zeroReferencesEvent: return "zeroReferences";
+  case noParentAttr: return "orphan";
+  case attrLogMarker: return "vekHasAttrLogInterface";
+  default: return "unknown";
   }
 }
 

@@ -8,12 +8,19 @@
 
 namespace Vek {
 
-class [[gnu::visibility("default")]] Entity : public PtrInterface {
+class Entity : public PtrInterface {
  public:
   class NotifieeConst;
 
   /// The key of an entity that is a member of a keyed collection.
   static constexpr AttributeId keyAttr = 0;
+  // What every entity has before its own attributes.
+  static constexpr AttributeId nameAttr = 128;
+  static constexpr AttributeId fullNameAttr = 129;
+  static constexpr AttributeId parentAttrNumber = 130;
+  static constexpr AttributeId parentAttrIdAttr = 131;
+  static constexpr AttributeId writeCountAttr = 132;
+  static constexpr AttributeId readCountAttr = 133;
   /// The parent attribute of an entity that has no parent.
   static constexpr AttributeId noParentAttr = 136;
   /// The event that the last reference has gone.
@@ -76,7 +83,7 @@ class [[gnu::visibility("default")]] Entity : public PtrInterface {
 };
 
 /// Base of the reactors of entities.
-class [[gnu::visibility("default")]] Entity::NotifieeConst : public PtrInterface::NotifieeConst {
+class Entity::NotifieeConst : public PtrInterface::NotifieeConst {
  public:
   ~NotifieeConst() override;
 

@@ -2,16 +2,16 @@
 // Thread: the loading thread.
 #pragma once
 
+#include "platform/vek/VekAttr.h"
+
 #include <string>
 #include <vector>
-
-#include "platform/vek/VekAttr.h"
 
 namespace Vek {
 
 class VekType;
 
-class [[gnu::visibility("default")]] IntrospectionReactor : public PtrInterface {
+class IntrospectionReactor : public PtrInterface {
  public:
   /// Whether descriptions are wanted.
   class Inner;

@@ -1,8 +1,8 @@
 #include "platform/vek/Path.h"
 
-#include <algorithm>
-
 #include "platform/vek/TextReader.h"
+
+#include <algorithm>
 
 namespace Vek {
 

@@ -1,12 +1,12 @@
 #include "platform/vek/ScalarText.h"
 
+#include "platform/vek/TextReader.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
-
-#include "platform/vek/TextReader.h"
 
 namespace Vek {
 
@@ -94,12 +94,12 @@ constexpr std::string_view hexDigits = "0123456789abcdef";
 // The letter behind the backslash of an escape, or 0 where the byte has no letter of its own.
 constexpr char escapeLetter(char byte) noexcept {
   switch (byte) {
-    case '\n': return 'n';
-    case '\r': return 'r';
-    case '\t': return 't';
-    case '\\': return '\\';
-    case '\'': return '\'';
-    default: return '\0';
+  case '\n': return 'n';
+  case '\r': return 'r';
+  case '\t': return 't';
+  case '\\': return '\\';
+  case '\'': return '\'';
+  default: return '\0';
   }
 }
 
@@ -153,14 +153,14 @@ int hexValue(char digit) noexcept {
 // or 0 for an escape that is none.
 std::size_t readEscape(std::string_view text, TextBuffer& out) {
   switch (text.front()) {
-    case 'n': out.append('\n'); return 1;
-    case 'r': out.append('\r'); return 1;
-    case 't': out.append('\t'); return 1;
-    case '\\':
-    case '\'':
-    case '"': out.append(text.front()); return 1;
-    case 'x': break;
-    default: return 0;
+  case 'n': out.append('\n'); return 1;
+  case 'r': out.append('\r'); return 1;
+  case 't': out.append('\t'); return 1;
+  case '\\':
+  case '\'':
+  case '"': out.append(text.front()); return 1;
+  case 'x': break;
+  default: return 0;
   }
   if (text.size() < 3) return 0;
   int const high = hexValue(text[1]);
@@ -179,10 +179,16 @@ String8 sequenceToValue(Cursor& it, Cursor const& end, String8*) {
   TextBuffer out;
   std::size_t at = 1;
   while (true) {
-    std::size_t const plainEnd = std::min(text.find(quote, at), text.find('\\', at));
-    if (plainEnd == std::string_view::npos) throwExpected("a string with its closing quote", it, end);
-    out.append(text.substr(at, plainEnd - at));
+    std::size_t plainEnd = at;
+    while (plainEnd < text.size() && text[plainEnd] != quote && text[plainEnd] != '\\') ++plainEnd;
+    if (plainEnd == text.size()) throwExpected("a string with its closing quote", it, end);
+    std::string_view const plain = text.substr(at, plainEnd - at);
     at = plainEnd + 1;
+    if (text[plainEnd] == quote && out.view().empty()) {
+      it += static_cast<int>(at);
+      return String8(plain);
+    }
+    out.append(plain);
     if (text[plainEnd] == quote) break;
     std::size_t const escape = at < text.size() ? readEscape(text.substr(at), out) : 0;
     if (escape == 0) throwExpected("a string whose escapes are \\n \\r \\t \\\\ \\' \\\" or \\xHH", it, end);

@@ -2,15 +2,15 @@
 // Owner: the function that writes. Thread: that function's.
 #pragma once
 
+#include "core/String8.h"
+
 #include <array>
 #include <string_view>
 #include <vector>
 
-#include "core/String8.h"
-
 namespace Vek {
 
-class [[gnu::visibility("default")]] TextBuffer {
+class TextBuffer {
  public:
   TextBuffer() noexcept = default;
   TextBuffer(TextBuffer const&) = delete;

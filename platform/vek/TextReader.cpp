@@ -1,12 +1,12 @@
 #include "platform/vek/TextReader.h"
 
+#include "core/Throwers.h"
+
 #include <cxxabi.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
-
-#include "core/Throwers.h"
 
 namespace Vek {
 
@@ -47,21 +47,20 @@ void throwExpected(char const* what, Cursor const& it, Cursor const& end) {
   constexpr std::size_t shown = 24;
   std::string_view const rest = between(it, end);
   String8 const found = rest.empty() ? String8("the end of the text") : valueToStrep(String8(rest.substr(0, shown)));
-  throwRangeException(format("expected %.*s at column %d, found %s", static_cast<int>(expected.size()),
-                             expected.data(), it.position(), found.charPtr()));
+  throwRangeException(format("expected %.*s at column %d, found %s", static_cast<int>(expected.size()), expected.data(),
+                             it.position(), found.charPtr()));
 }
 
 void needEnd(Cursor const& it, Cursor const& end) {
   if (it == end) return;
-  throwRangeException(format("junk at column %lld deserializing %s", static_cast<long long>(it.position()),
-                             it.data().bytes()));
+  throwRangeException(
+      format("junk at column %lld deserializing %s", static_cast<long long>(it.position()), it.data().bytes()));
 }
 
 void cannotConvert(Cursor const& it, Cursor const& /*end*/, std::type_info const& wanted) {
-  std::unique_ptr<char, void (*)(void*)> const name{
-      abi::__cxa_demangle(wanted.name(), nullptr, nullptr, nullptr), std::free};
-  throwRangeException(format("cannot convert %s to %s", it.data().bytes(),
-                             name ? name.get() : wanted.name()));
+  std::unique_ptr<char, void (*)(void*)> const name{abi::__cxa_demangle(wanted.name(), nullptr, nullptr, nullptr),
+                                                    std::free};
+  throwRangeException(format("cannot convert %s to %s", it.data().bytes(), name ? name.get() : wanted.name()));
 }
 
 void rethrowFromDeserializeAttr(RangeException const& exception, String8& attrName) {

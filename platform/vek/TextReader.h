@@ -1,11 +1,11 @@
 // TextReader: what the parsers of values and entity references share.
 #pragma once
 
-#include <typeinfo>
-
 #include "core/Exception.h"
 #include "core/String8.h"
 #include "platform/vek/ScalarText.h"
+
+#include <typeinfo>
 
 namespace Vek {
 
@@ -40,22 +40,26 @@ auto deserializeNamed(String8 attrName, Reader const& reader) {
   }
 }
 
-/// Reads the value of an attribute; `tag` only selects the type. All integers come through the signed 64-bit reader,
-/// and narrowing cuts bits.
+/// Reads a value of type T: a builtin scalar, or one that has a reading constructor. All integers come through the
+/// signed 64-bit reader, and narrowing cuts bits.
+template <class T>
+[[nodiscard]] T readScalar(String8::IteratorConst& it, String8::IteratorConst const& end) {
+  if constexpr (std::is_same_v<T, double>) {
+    return static_cast<double>(sequenceToValue(it, end, static_cast<long double*>(nullptr)));
+  } else if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, String8>) {
+    return sequenceToValue(it, end, static_cast<T*>(nullptr));
+  } else if constexpr (std::is_integral_v<T>) {
+    return static_cast<T>(sequenceToValue(it, end, static_cast<long long*>(nullptr)));
+  } else {
+    return T(it, end);
+  }
+}
+
+/// Reads the value of an attribute; `tag` only selects the type.
 template <class T>
 [[nodiscard]] T deserializeAttr(String8::IteratorConst& it, String8::IteratorConst const& end, T* /*tag*/,
                                 String8 attrName) {
-  return deserializeNamed(std::move(attrName), [&it, &end]() -> T {
-    if constexpr (std::is_same_v<T, double>) {
-      return static_cast<double>(sequenceToValue(it, end, static_cast<long double*>(nullptr)));
-    } else if constexpr (std::is_same_v<T, bool> || std::is_same_v<T, String8>) {
-      return sequenceToValue(it, end, static_cast<T*>(nullptr));
-    } else if constexpr (std::is_integral_v<T>) {
-      return static_cast<T>(sequenceToValue(it, end, static_cast<long long*>(nullptr)));
-    } else {
-      return T(it, end);
-    }
-  });
+  return deserializeNamed(std::move(attrName), [&it, &end] { return readScalar<T>(it, end); });
 }
 
 }  // namespace Vek

@@ -11,7 +11,7 @@ namespace Vek {
 
 class VekType;
 
-class [[gnu::visibility("default")]] VekAttr : public PtrInterface {
+class VekAttr : public PtrInterface {
  public:
   /// What an attribute is, as two words. The combinations in use:
   struct AttrFlags {
@@ -30,6 +30,8 @@ class [[gnu::visibility("default")]] VekAttr : public PtrInterface {
 
     /// Whether the attribute holds members by key.
     [[nodiscard]] constexpr bool isCollection() const noexcept { return (word0 & 0x01800000) != 0; }
+    /// Whether the attribute can change after construction: it has a setter and a slot.
+    [[nodiscard]] constexpr bool isSettable() const noexcept { return (word1 & 0x01000000) != 0; }
     /// Whether the attribute makes its target.
     [[nodiscard]] constexpr bool isInstantiating() const noexcept { return (word0 & 0x08000000) != 0; }
   };

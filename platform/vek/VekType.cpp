@@ -1,9 +1,10 @@
 #include "platform/vek/VekType.h"
 
-#include <map>
-
 #include "core/Throwers.h"
 #include "platform/vek/Entity.h"
+#include "platform/vek/GenericIfEntity.h"
+
+#include <map>
 
 namespace Vek {
 
@@ -55,13 +56,26 @@ void VekType::AttrNode::attrDel(Name const& name) {
 }
 
 Ptr<VekAttr> VekType::AttrNode::attrIs(Name const& name, VekType const* type, VekAttr const* /*keyAttr*/,
-                                       VekAttr const* /*otherAttr*/, VekAttr::AttrFlags const& flags,
-                                       AttributeId id) {
+                                       VekAttr const* /*otherAttr*/, VekAttr::AttrFlags const& flags, AttributeId id) {
   return make<VekAttr>(type_, name, type, nullptr, flags, VekAttr::hiddenFlags, id);
 }
 
-Ptr<Entity> VekType::newEntity(Name const&, Dir*) const {
-  throwInternalException(format("%s is not made by name alone", name_.charPtr()));
+Ptr<Entity> VekType::newEntity(Name const&, Dir*) const { throwNotMade("a name alone"); }
+
+Ptr<GenericIf> VekType::genericIf(void const*, bool) const { throwNotMade("a value"); }
+Ptr<GenericIf> VekType::genericIf(GenericIf const*, bool) const { throwNotMade("a list of arguments"); }
+Ptr<GenericIf> VekType::genericIf(String8 const&, bool) const { throwNotMade("a text"); }
+Ptr<GenericIf> VekType::genericIf_(PtrInterface*, bool) const { throwNotMade("an object"); }
+
+Ptr<GenericIf> VekType::genericIf(PtrInterface* object, bool isConst) {
+  if (object == nullptr) return make<GenericIfPtrInterface>(nullptr, isConst);
+  VekType const* const type = object->fwkType();
+  if (type == nullptr) return make<GenericIfPtrInterface>(object, isConst);
+  return type->genericIf_(object, isConst);
+}
+
+void VekType::throwNotMade(char const* from) const {
+  throwInternalException(format("no %s is made from %s", name_.charPtr(), from));
 }
 
 void VekType::typeNodeIs(VekType* type, char const* fullName) {

@@ -3,21 +3,22 @@
 // Thread: records are made and filled on the loading thread; afterwards they no longer change and any thread may read.
 #pragma once
 
-#include <cstddef>
-#include <string_view>
-#include <vector>
-
 #include "core/LinkQueue.h"
 #include "core/Name.h"
 #include "core/Ptr.h"
 #include "platform/vek/VekAttr.h"
 
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
 namespace Vek {
 
 class Dir;
 class Entity;
+class GenericIf;
 
-class [[gnu::visibility("default")]] VekType : public PtrInterface {
+class VekType : public PtrInterface {
  public:
   /// Two words of flags, empty when the record is made.
   struct VekTypeFlags {
@@ -92,6 +93,20 @@ class [[gnu::visibility("default")]] VekType : public PtrInterface {
   /// type is no entity that stands by itself.
   virtual Ptr<Entity> newEntity(Name const& name, Dir* dir) const;
 
+  /// A generic of a copy of the value at `value`, of the default for null. Throws InternalException where the type is
+  /// no value type.
+  [[nodiscard]] virtual Ptr<GenericIf> genericIf(void const* value, bool isConst) const;
+  /// A generic of a value or entity made from a list of arguments. Throws a GenericException where they do not fit,
+  /// InternalException where the type is not made from a list.
+  [[nodiscard]] virtual Ptr<GenericIf> genericIf(GenericIf const* list, bool isConst) const;
+  /// A generic of the value, or of the entity, that a text denotes. Throws RangeException.
+  [[nodiscard]] virtual Ptr<GenericIf> genericIf(String8 const& text, bool isConst) const;
+  /// A generic of an entity of this type; of null for an object of another type. Throws InternalException where the
+  /// type is no entity type.
+  [[nodiscard]] virtual Ptr<GenericIf> genericIf_(PtrInterface* object, bool isConst) const;
+  /// A generic of any object, by the object's own type; of null for null.
+  [[nodiscard]] static Ptr<GenericIf> genericIf(PtrInterface* object, bool isConst);
+
   /// Enters the type in the registry under its full name. Throws InternalException where another type has it.
   static void typeNodeIs(VekType* type, char const* fullName);
   /// The registered type of that full name, or null.
@@ -101,6 +116,7 @@ class [[gnu::visibility("default")]] VekType : public PtrInterface {
 
  private:
   void flagIs(U32& word, U32 bit, bool on);
+  [[noreturn]] void throwNotMade(char const* from) const;
 
   Name name_;
   Name fullName_;
@@ -115,7 +131,7 @@ class [[gnu::visibility("default")]] VekType : public PtrInterface {
 };
 
 /// A type's attributes by name.
-class [[gnu::visibility("default")]] VekType::AttrNode {
+class VekType::AttrNode {
  public:
   explicit AttrNode(VekType& type) noexcept : type_(&type) {}
 

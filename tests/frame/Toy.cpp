@@ -4,6 +4,8 @@
 #include "frame/SchemaFile.h"
 #include "frame/TypeNames.h"
 #include "frame/ValueFrame.h"
+#include "generic/EntityGeneric.h"
+#include "generic/ValueOps.h"
 #include "text/ValueText.h"
 
 #include <iostream>
@@ -37,7 +39,7 @@ struct ToyPoint::Attr {
   using All = Vek::List<x, y, label>;
 };
 
-class ToyPoint::_Type final : public Vek::ValueType<ToyPoint, ToyPoint::Attr> {};
+class ToyPoint::_Type final : public Vek::GenericValueType<ToyPoint, ToyPoint::Attr> {};
 
 ToyPoint::ToyPoint(Vek::U32 x, double y, Vek::String8 label) : x_(x), y_(y), label_(std::move(label)) {}
 
@@ -52,6 +54,16 @@ Vek::VekType const* ToyPoint::_fwkType() { return Vek::typeRecord<_Type>(vekInit
 Vek::String8 valueToStrep(ToyPoint const& value) { return Vek::valueText<ToyPoint::Attr>(value); }
 
 std::ostream& operator<<(std::ostream& os, ToyPoint const& value) { return Vek::writeTo(os, valueToStrep(value)); }
+
+Vek::Ptr<ToyPoint::GenericIf_> ToyPoint::GenericIf_::GenericIf_Is(ToyPoint const& value, bool isConst) {
+  return Vek::activeGeneric<GenericIf_>(value, isConst);
+}
+Vek::Ptr<Vek::GenericIf> ToyPoint::GenericIf_::genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments) {
+  return GenericIf_Is(Vek::valueFromList<Attr, ToyPoint>(arguments.ptr()), false);
+}
+Vek::Ptr<Vek::GenericIf> ToyPoint::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
+  return Vek::valueAttributeOp<Attr>(*this, op, key, value);
+}
 
 // ToyVlan
 
@@ -68,7 +80,7 @@ struct ToyVlan::Attr {
   using All = Vek::List<vlan>;
 };
 
-class ToyVlan::_Type final : public Vek::ValueType<ToyVlan, ToyVlan::Attr> {};
+class ToyVlan::_Type final : public Vek::GenericValueType<ToyVlan, ToyVlan::Attr> {};
 
 ToyVlan::ToyVlan(Bridging::VlanIdOrNone vlan) : vlan_(vlan) {}
 
@@ -83,6 +95,16 @@ Vek::VekType const* ToyVlan::_fwkType() { return Vek::typeRecord<_Type>(vekInitT
 Vek::String8 valueToStrep(ToyVlan const& value) { return Vek::valueText<ToyVlan::Attr>(value); }
 
 std::ostream& operator<<(std::ostream& os, ToyVlan const& value) { return Vek::writeTo(os, valueToStrep(value)); }
+
+Vek::Ptr<ToyVlan::GenericIf_> ToyVlan::GenericIf_::GenericIf_Is(ToyVlan value, bool isConst) {
+  return Vek::activeGeneric<GenericIf_>(value, isConst);
+}
+Vek::Ptr<Vek::GenericIf> ToyVlan::GenericIf_::genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments) {
+  return GenericIf_Is(Vek::valueFromList<Attr, ToyVlan>(arguments.ptr()), false);
+}
+Vek::Ptr<Vek::GenericIf> ToyVlan::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
+  return Vek::valueAttributeOp<Attr>(*this, op, key, value);
+}
 
 // Toy
 
@@ -119,7 +141,7 @@ struct Toy::Attr {
   using All = Vek::List<size, broken, played, text, place>;
 };
 
-class Toy::_Type final : public Vek::RootEntityType<Toy, Toy::Attr> {};
+class Toy::_Type final : public Vek::GenericRootEntityType<Toy, Toy::Attr> {};
 
 Toy::Toy(Vek::Name name) : Vek::Entity(std::move(name)) {}
 Toy::~Toy() = default;
@@ -143,6 +165,28 @@ void Toy::NotifieeConst::notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) 
 void Toy::NotifieeConst::isRegisteredNotifieeIs(bool on) const { registerWith(on, Vek::reactorsOf<Toy>); }
 Toy::Notifiee::~Notifiee() = default;
 
+class Toy::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<Toy> {
+ public:
+  using GenericAdapter::GenericAdapter;
+
+  void onSize() override { forward(258); }
+  void onBroken() override { forward(259); }
+  void onPlayed() override { forward(260); }
+  void onText() override { forward(261); }
+  void onPlace() override { forward(262); }
+};
+
+Toy::GenericIf_::GenericIf_(Vek::Ptr<Toy> const& entity, bool isConst) : GenericIfEntity(Toy::_fwkType(), entity.ptr(), isConst) {
+  adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
+}
+Toy::GenericIf_::~GenericIf_() = default;
+Vek::Ptr<Vek::GenericIf> Toy::GenericIf_::genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments) {
+  return Vek::entityFromList<Attr, Toy>(arguments);
+}
+Vek::Ptr<Vek::GenericIf> Toy::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
+  return Vek::entityAttributeOp<Attr, Toy>(*this, op, key, value);
+}
+
 // Lid
 
 struct Lid::Attr {
@@ -158,7 +202,7 @@ struct Lid::Attr {
   using All = Vek::List<open>;
 };
 
-class Lid::_Type final : public Vek::EntityType<Lid, Lid::Attr> {};
+class Lid::_Type final : public Vek::GenericEntityType<Lid, Lid::Attr> {};
 
 Lid::Lid(Vek::Name name) : Vek::Entity(std::move(name)) {}
 Lid::~Lid() = default;
@@ -174,6 +218,21 @@ void Lid::NotifieeConst::notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) 
 }
 void Lid::NotifieeConst::isRegisteredNotifieeIs(bool on) const { registerWith(on, Vek::reactorsOf<Lid>); }
 Lid::Notifiee::~Notifiee() = default;
+
+class Lid::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<Lid> {
+ public:
+  using GenericAdapter::GenericAdapter;
+
+  void onOpen() override { forward(258); }
+};
+
+Lid::GenericIf_::GenericIf_(Vek::Ptr<Lid> const& entity, bool isConst) : GenericIfEntity(Lid::_fwkType(), entity.ptr(), isConst) {
+  adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
+}
+Lid::GenericIf_::~GenericIf_() = default;
+Vek::Ptr<Vek::GenericIf> Lid::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
+  return Vek::entityAttributeOp<Attr, Lid>(*this, op, key, value);
+}
 
 // Drawer
 
@@ -195,7 +254,7 @@ struct Drawer::Attr {
   using All = Vek::List<label, things>;
 };
 
-class Drawer::_Type final : public Vek::EntityType<Drawer, Drawer::Attr> {};
+class Drawer::_Type final : public Vek::GenericEntityType<Drawer, Drawer::Attr> {};
 
 Drawer::Drawer(Vek::Name name, Vek::String8 label) : Vek::Entity(std::move(name)), label_(std::move(label)) {}
 Drawer::~Drawer() = default;
@@ -212,6 +271,21 @@ void Drawer::NotifieeConst::notifierIs(Vek::Ptr<Vek::PtrInterface const> const& 
 }
 void Drawer::NotifieeConst::isRegisteredNotifieeIs(bool on) const { registerWith(on, Vek::reactorsOf<Drawer>); }
 Drawer::Notifiee::~Notifiee() = default;
+
+class Drawer::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<Drawer> {
+ public:
+  using GenericAdapter::GenericAdapter;
+
+  void onThings() override { forward(259); }
+};
+
+Drawer::GenericIf_::GenericIf_(Vek::Ptr<Drawer> const& entity, bool isConst) : GenericIfEntity(Drawer::_fwkType(), entity.ptr(), isConst) {
+  adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
+}
+Drawer::GenericIf_::~GenericIf_() = default;
+Vek::Ptr<Vek::GenericIf> Drawer::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
+  return Vek::entityAttributeOp<Attr, Drawer>(*this, op, key, value);
+}
 
 // Shelf
 
@@ -230,7 +304,7 @@ struct Shelf::Attr {
   using All = Vek::List<drawers>;
 };
 
-class Shelf::_Type final : public Vek::EntityType<Shelf, Shelf::Attr> {};
+class Shelf::_Type final : public Vek::GenericEntityType<Shelf, Shelf::Attr> {};
 
 Shelf::Shelf(Vek::Name name) : Vek::Entity(std::move(name)) {}
 Shelf::~Shelf() { Vek::orphanChildren<Attr>(*this); }
@@ -252,6 +326,28 @@ void Shelf::NotifieeConst::notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n
 }
 void Shelf::NotifieeConst::isRegisteredNotifieeIs(bool on) const { registerWith(on, Vek::reactorsOf<Shelf>); }
 Shelf::Notifiee::~Notifiee() = default;
+
+class Shelf::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<Shelf> {
+ public:
+  using GenericAdapter::GenericAdapter;
+
+  void onDrawers(Vek::String8 key) override { forward(258, key); }
+  void onDrawers() override { forwardWhole(258); }
+};
+
+Shelf::GenericIf_::GenericIf_(Vek::Ptr<Shelf> const& entity, bool isConst) : GenericIfEntity(Shelf::_fwkType(), entity.ptr(), isConst) {
+  adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
+}
+Shelf::GenericIf_::~GenericIf_() = default;
+Vek::Ptr<Vek::GenericIf> Shelf::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
+  return Vek::entityAttributeOp<Attr, Shelf>(*this, op, key, value);
+}
+Vek::GenericIf::AttributeIteratorConst Shelf::GenericIf_::attributeIteratorConst(Vek::AttributeId id) const {
+  return Vek::entityIterator<Attr, Shelf>(*this, id);
+}
+Vek::GenericIf::AttributeIteratorConst Shelf::GenericIf_::attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const {
+  return Vek::entityIteratorAt<Attr, Shelf>(*this, id, key);
+}
 
 // ToyBox
 
@@ -292,6 +388,7 @@ struct ToyBox::Attr {
   };
   struct capacity : Vek::Constant<ToyBox, Vek::U32, 264> {
     static constexpr char const* name = "capacity";
+    static constexpr Vek::U32 constant = 12;
   };
   struct lid : Vek::SingleChild<ToyBox, Lid, 265> {
     static constexpr char const* name = "lid";
@@ -307,7 +404,7 @@ struct ToyBox::Attr {
   using All = Vek::List<counts, faps, wanted, notes, vlans, capacity, lid, shelves>;
 };
 
-class ToyBox::_Type final : public Vek::RootEntityType<ToyBox, ToyBox::Attr> {};
+class ToyBox::_Type final : public Vek::GenericRootEntityType<ToyBox, ToyBox::Attr> {};
 
 ToyBox::ToyBox(Vek::Name name) : Vek::Entity(std::move(name)) {}
 ToyBox::~ToyBox() { Vek::orphanChildren<Attr>(*this); }
@@ -386,6 +483,42 @@ void ToyBox::NotifieeConst::notifierIs(Vek::Ptr<Vek::PtrInterface const> const& 
 }
 void ToyBox::NotifieeConst::isRegisteredNotifieeIs(bool on) const { registerWith(on, Vek::reactorsOf<ToyBox>); }
 ToyBox::Notifiee::~Notifiee() = default;
+
+class ToyBox::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<ToyBox> {
+ public:
+  using GenericAdapter::GenericAdapter;
+
+  void onCounts(Vek::U32 key) override { forward(258, key); }
+  void onCounts() override { forwardWhole(258); }
+  void onFaps(Hardware::Dorn::FapId key) override { forward(259, key); }
+  void onFaps() override { forwardWhole(259); }
+  void onWanted(Vek::U32 key) override { forward(260, key); }
+  void onWanted() override { forwardWhole(260); }
+  void onNotes(Vek::String8 key) override { forward(261, key); }
+  void onNotes() override { forwardWhole(261); }
+  void onVlans(Bridging::VlanIdOrNone key) override { forward(263, key); }
+  void onVlans() override { forwardWhole(263); }
+  void onLid() override { forward(265); }
+  void onShelves(Vek::Name key) override { forward(266, key); }
+  void onShelves() override { forwardWhole(266); }
+};
+
+ToyBox::GenericIf_::GenericIf_(Vek::Ptr<ToyBox> const& entity, bool isConst) : GenericIfEntity(ToyBox::_fwkType(), entity.ptr(), isConst) {
+  adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
+}
+ToyBox::GenericIf_::~GenericIf_() = default;
+Vek::Ptr<Vek::GenericIf> ToyBox::GenericIf_::genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments) {
+  return Vek::entityFromList<Attr, ToyBox>(arguments);
+}
+Vek::Ptr<Vek::GenericIf> ToyBox::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
+  return Vek::entityAttributeOp<Attr, ToyBox>(*this, op, key, value);
+}
+Vek::GenericIf::AttributeIteratorConst ToyBox::GenericIf_::attributeIteratorConst(Vek::AttributeId id) const {
+  return Vek::entityIterator<Attr, ToyBox>(*this, id);
+}
+Vek::GenericIf::AttributeIteratorConst ToyBox::GenericIf_::attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const {
+  return Vek::entityIteratorAt<Attr, ToyBox>(*this, id, key);
+}
 
 // What happens when the library is loaded
 

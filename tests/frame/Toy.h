@@ -11,10 +11,11 @@
 #include "frame/ChildFrame.h"
 #include "frame/CollectionFrame.h"
 #include "frame/EntityFrame.h"
+#include "generic/ValueGeneric.h"
 #include "platform/siblings/FapId.h"
 #include "platform/siblings/Fapmask.h"
 #include "platform/siblings/VlanIdOrNone.h"
-#include "platform/vek/Entity.h"
+#include "platform/vek/GenericIfEntity.h"
 #include "platform/vek/VekType.h"
 
 #include <iosfwd>
@@ -31,6 +32,7 @@ std::ostream& operator<<(std::ostream& os, ToyPoint const& value);
 class ToyPoint {
  public:
   class _Type;
+  class GenericIf_;
   static constexpr char const* vekDeclaredName = "Toys::ToyPoint";
 
   ToyPoint() = default;
@@ -62,6 +64,17 @@ class ToyPoint {
   Vek::String8 label_;
 };
 
+/// A ToyPoint without its class, read by attribute number.
+class ToyPoint::GenericIf_ final : public Vek::ValueGeneric<ToyPoint> {
+ public:
+  using ValueGeneric::ValueGeneric;
+  static Vek::Ptr<GenericIf_> GenericIf_Is(ToyPoint const& value, bool isConst);
+  static Vek::Ptr<Vek::GenericIf> genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments);
+
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
+  Vek::Ptr<Vek::GenericIf> clone() override { return GenericIf_Is(value(), isConst()); }
+};
+
 class ToyVlan;
 Vek::String8 valueToStrep(ToyVlan const& value);
 std::ostream& operator<<(std::ostream& os, ToyVlan const& value);
@@ -70,6 +83,7 @@ std::ostream& operator<<(std::ostream& os, ToyVlan const& value);
 class ToyVlan {
  public:
   class _Type;
+  class GenericIf_;
   static constexpr char const* vekDeclaredName = "Toys::ToyVlan";
 
   ToyVlan() = default;
@@ -93,12 +107,24 @@ class ToyVlan {
   Bridging::VlanIdOrNone vlan_;
 };
 
+/// A ToyVlan without its class, read by attribute number.
+class ToyVlan::GenericIf_ final : public Vek::ValueGeneric<ToyVlan> {
+ public:
+  using ValueGeneric::ValueGeneric;
+  static Vek::Ptr<GenericIf_> GenericIf_Is(ToyVlan value, bool isConst);
+  static Vek::Ptr<Vek::GenericIf> genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments);
+
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
+  Vek::Ptr<Vek::GenericIf> clone() override { return GenericIf_Is(value(), isConst()); }
+};
+
 /// A toy on a shelf.
 class Toy : public Vek::Entity {
  public:
   class _Type;
   class NotifieeConst;
   class Notifiee;
+  class GenericIf_;
 
   explicit Toy(Vek::Name name);
   ~Toy() override;
@@ -167,12 +193,25 @@ class Toy::Notifiee : public Toy::NotifieeConst {
   Vek::Ptr<Toy> notifier() const { return const_cast<Toy*>(NotifieeConst::notifier().ptr()); }
 };
 
+/// A Toy without its class: every attribute by name and number.
+class Toy::GenericIf_ final : public Vek::GenericIfEntity {
+ public:
+  class GenericIf_Adapter_;
+
+  GenericIf_(Vek::Ptr<Toy> const& entity, bool isConst);
+  ~GenericIf_() override;
+  static Vek::Ptr<Vek::GenericIf> genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments);
+
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
+};
+
 /// The lid of a box.
 class Lid : public Vek::Entity {
  public:
   class _Type;
   class NotifieeConst;
   class Notifiee;
+  class GenericIf_;
 
   explicit Lid(Vek::Name name);
   ~Lid() override;
@@ -217,12 +256,24 @@ class Lid::Notifiee : public Lid::NotifieeConst {
   Vek::Ptr<Lid> notifier() const { return const_cast<Lid*>(NotifieeConst::notifier().ptr()); }
 };
 
+/// A Lid without its class: every attribute by name and number.
+class Lid::GenericIf_ final : public Vek::GenericIfEntity {
+ public:
+  class GenericIf_Adapter_;
+
+  GenericIf_(Vek::Ptr<Lid> const& entity, bool isConst);
+  ~GenericIf_() override;
+
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
+};
+
 /// A drawer of a box, by its label.
 class Drawer : public Vek::Entity {
  public:
   class _Type;
   class NotifieeConst;
   class Notifiee;
+  class GenericIf_;
   using Map = Vek::HashMap<Drawer, Vek::String8, Drawer>;
 
   explicit Drawer(Vek::Name name, Vek::String8 label);
@@ -277,12 +328,24 @@ class Drawer::Notifiee : public Drawer::NotifieeConst {
   Vek::Ptr<Drawer> notifier() const { return const_cast<Drawer*>(NotifieeConst::notifier().ptr()); }
 };
 
+/// A Drawer without its class: every attribute by name and number.
+class Drawer::GenericIf_ final : public Vek::GenericIfEntity {
+ public:
+  class GenericIf_Adapter_;
+
+  GenericIf_(Vek::Ptr<Drawer> const& entity, bool isConst);
+  ~GenericIf_() override;
+
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
+};
+
 /// A shelf of a box, by its name.
 class Shelf : public Vek::Entity {
  public:
   class _Type;
   class NotifieeConst;
   class Notifiee;
+  class GenericIf_;
   using Map = Vek::HashMap<Shelf, Vek::Name, Shelf>;
 
   explicit Shelf(Vek::Name name);
@@ -343,12 +406,26 @@ class Shelf::Notifiee : public Shelf::NotifieeConst {
   Vek::Ptr<Shelf> notifier() const { return const_cast<Shelf*>(NotifieeConst::notifier().ptr()); }
 };
 
+/// A Shelf without its class: every attribute by name and number.
+class Shelf::GenericIf_ final : public Vek::GenericIfEntity {
+ public:
+  class GenericIf_Adapter_;
+
+  GenericIf_(Vek::Ptr<Shelf> const& entity, bool isConst);
+  ~GenericIf_() override;
+
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
+  AttributeIteratorConst attributeIteratorConst(Vek::AttributeId id) const override;
+  AttributeIteratorConst attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const override;
+};
+
 /// A box of toys.
 class ToyBox : public Vek::Entity {
  public:
   class _Type;
   class NotifieeConst;
   class Notifiee;
+  class GenericIf_;
 
   explicit ToyBox(Vek::Name name);
   ~ToyBox() override;
@@ -518,6 +595,20 @@ class ToyBox::Notifiee : public ToyBox::NotifieeConst {
   ~Notifiee() override;
 
   Vek::Ptr<ToyBox> notifier() const { return const_cast<ToyBox*>(NotifieeConst::notifier().ptr()); }
+};
+
+/// A ToyBox without its class: every attribute by name and number.
+class ToyBox::GenericIf_ final : public Vek::GenericIfEntity {
+ public:
+  class GenericIf_Adapter_;
+
+  GenericIf_(Vek::Ptr<ToyBox> const& entity, bool isConst);
+  ~GenericIf_() override;
+  static Vek::Ptr<Vek::GenericIf> genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments);
+
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
+  AttributeIteratorConst attributeIteratorConst(Vek::AttributeId id) const override;
+  AttributeIteratorConst attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const override;
 };
 
 }  // namespace Toys

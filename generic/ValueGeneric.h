@@ -1,0 +1,39 @@
+// ValueGeneric: the generic of a value of type X, X::GenericIf_: its own copy of the value, read by attribute number,
+// compared, and built from lists and texts. What depends on X's attributes stands in ValueOps.
+// Thread: any, one at a time.
+#pragma once
+
+#include "platform/vek/GenericIf.h"
+#include "platform/vek/VekType.h"
+
+namespace Vek {
+
+template <class X>
+class ValueGeneric : public GenericIf {
+ public:
+  ValueGeneric(X const& value, bool isConst) : GenericIf(isConst), value_(value) {}
+
+  [[nodiscard]] X const& value() const noexcept { return value_; }
+  /// Overwrites the value, of a const generic too, and tells nobody.
+  void valIs(X const& value) { value_ = value; }
+
+  [[nodiscard]] VekType const* type() const override { return X::_fwkType(); }
+  [[nodiscard]] void const* voidPtrIs(Ptr<VekType const> const& t) const override {
+    if (t.ptr() != X::_fwkType()) throwTypeException(String8(X::_fwkType()->name()));
+    return &value_;
+  }
+  [[nodiscard]] String8 strRep() const override { return valueToStrep(value_); }
+
+ private:
+  X value_;
+};
+
+/// A generic of that class, with notification on.
+template <class G, class... Arguments>
+[[nodiscard]] Ptr<G> activeGeneric(Arguments const&... arguments) {
+  Ptr<G> const generic = make<G>(arguments...);
+  generic->hasNotificationActiveIs(true);
+  return generic;
+}
+
+}  // namespace Vek
