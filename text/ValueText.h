@@ -4,11 +4,11 @@
 // A bare value type has the text of its one attribute and nothing around it.
 #pragma once
 
-#include <ostream>
-
 #include "frame/Attribute.h"
 #include "platform/vek/TextReader.h"
 #include "text/ValueTextReader.h"
+
+#include <ostream>
 
 namespace Vek {
 
@@ -70,8 +70,7 @@ template <class Attr, class X>
 String8 valueText(X const& value) {
   TextBuffer out;
   if constexpr (Attr::bare) {
-    forEach(typename Attr::All{},
-            [&](auto attribute) { detail::writeAttribute<decltype(attribute)>(out, value); });
+    forEach(typename Attr::All{}, [&](auto attribute) { detail::writeAttribute<decltype(attribute)>(out, value); });
   } else {
     out.append("Value('");
     out.append(Attr::fullName);

@@ -9,7 +9,12 @@ ValueTextReader::ValueTextReader(String8::IteratorConst& it, String8::IteratorCo
     : it_(it), end_(end), shortName_(shortName) {
   needString(it_, end_, " Value");
   needString(it_, end_, " (");
-  needString(it_, end_, format(" '%s'", fullName).charPtr());
+  TextBuffer quotedName;
+  for (std::string_view const piece :
+       {std::string_view{" '"}, std::string_view{fullName}, std::string_view{"'\0", 2}}) {
+    quotedName.append(piece);
+  }
+  needString(it_, end_, quotedName.view().data());
   needString(it_, end_, " ,");
   needString(it_, end_, " **");
   needString(it_, end_, " {");

@@ -5,7 +5,7 @@
 
 namespace Vek {
 
-class [[gnu::visibility("default")]] ValueTextReader {
+class ValueTextReader {
  public:
   /// Reads up to and with the opening brace. `it` is moved; it and the names outlive the reader.
   /// Throws RangeException, as all reading here.

@@ -34,12 +34,6 @@ void needString(Cursor& it, Cursor const& end, char const* pattern) {
   it += static_cast<int>(at);
 }
 
-std::string_view between(Cursor const& it, Cursor const& end) noexcept {
-  std::string_view const rest = it.rest();
-  auto const length = static_cast<long long>(end.position()) - it.position();
-  return length <= 0 ? rest.substr(0, 0) : rest.substr(0, static_cast<std::size_t>(length));
-}
-
 void throwExpected(char const* what, Cursor const& it, Cursor const& end) {
   std::string_view expected = what;
   while (!expected.empty() && expected.front() == ' ') expected.remove_prefix(1);

@@ -14,7 +14,11 @@ namespace Vek {
 void needString(String8::IteratorConst& it, String8::IteratorConst const& end, char const* pattern);
 
 /// The text from `it` up to `end`.
-[[nodiscard]] std::string_view between(String8::IteratorConst const& it, String8::IteratorConst const& end) noexcept;
+[[nodiscard]] inline std::string_view between(String8::IteratorConst const& it,
+                                              String8::IteratorConst const& end) noexcept {
+  auto const length = static_cast<long long>(end.position()) - it.position();
+  return length <= 0 ? std::string_view{} : it.rest().substr(0, static_cast<std::size_t>(length));
+}
 
 /// Throws RangeException: what was expected, at which column, and what stands there.
 [[noreturn]] void throwExpected(char const* what, String8::IteratorConst const& it, String8::IteratorConst const& end);
