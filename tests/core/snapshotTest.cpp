@@ -1,0 +1,178 @@
+#include "core/SnapshotIterator.h"
+#include "tests/core/AllocationCount.h"
+#include "tests/core/Counted.h"
+#include "tests/core/LeakCheck.h"
+
+#include <vector>
+
+using Vek::make;
+using Vek::Ptr;
+
+namespace {
+
+using List = Vek::ListRaw<PlainReactor>;
+using Snapshot = Vek::SnapshotIterator<List>;
+
+struct Lists : LeakCheck {
+  // `count` reactors on the list, each held by `held` alone.
+  void fill(std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+      held.push_back(make<PlainReactor>());
+      list.insert(*held.back());
+    }
+  }
+  void release(std::size_t i) {
+    list.remove(*held[i]);
+    held[i] = nullptr;
+  }
+  static std::vector<PlainReactor*> walked(List const& list) {
+    std::vector<PlainReactor*> members;
+    for (List::LrIterator it{list}; it; ++it) members.push_back(it.ptr());
+    return members;
+  }
+  std::vector<PlainReactor*> order(std::initializer_list<std::size_t> which) const {
+    std::vector<PlainReactor*> members;
+    for (std::size_t i : which) members.push_back(held[i].ptr());
+    return members;
+  }
+
+  std::vector<Ptr<PlainReactor>> held;
+  List list;
+};
+
+TEST_F(Lists, AdaptersStandAheadAndTheNewestFirst) {
+  for (bool const adapter : {false, true, false, true, false}) {
+    held.push_back(make<PlainReactor>(adapter));
+    list.insert(*held.back());
+  }
+  EXPECT_EQ(walked(list), order({3, 1, 0, 2, 4}));
+  EXPECT_EQ(list.count(), 5U);
+  EXPECT_EQ(list.version(), 5U);
+  EXPECT_EQ(list.head(), held[3].ptr());
+  EXPECT_EQ(list.tail(), held[4].ptr());
+}
+
+TEST_F(Lists, AnAdapterAloneIsHeadAndTail) {
+  held.push_back(make<PlainReactor>(true));
+  list.insert(*held[0]);
+  EXPECT_EQ(list.tail(), held[0].ptr());
+  fill(1);
+  EXPECT_EQ(walked(list), order({0, 1}));
+}
+
+TEST_F(Lists, TakingOffMendsHeadAndTail) {
+  fill(4);
+  EXPECT_TRUE(list.remove(*held[3]));
+  EXPECT_EQ(list.tail(), held[2].ptr());
+  EXPECT_FALSE(list.remove(*held[3]));
+  EXPECT_EQ(list.version(), 5U) << "a member that is not found changes nothing";
+  EXPECT_TRUE(list.remove(*held[1]));
+  list.insert(*held[3]);
+  EXPECT_EQ(walked(list), order({0, 2, 3}));
+  EXPECT_TRUE(list.remove(*held[0]));
+  EXPECT_TRUE(list.remove(*held[2]));
+  EXPECT_EQ(list.head(), list.tail());
+  EXPECT_TRUE(list.remove(*held[3]));
+  EXPECT_EQ(list.head(), nullptr);
+  EXPECT_EQ(list.tail(), nullptr);
+  EXPECT_EQ(list.count(), 0U);
+  list.insert(*held[1]);
+  EXPECT_EQ(walked(list), order({1}));
+}
+
+TEST_F(Lists, DeleteAllClearsEveryLinkAndCountsAVersion) {
+  list.deleteAll();
+  EXPECT_EQ(list.version(), 1U);
+  fill(3);
+  list.deleteAll();
+  EXPECT_EQ(list.version(), 5U);
+  EXPECT_EQ(list.count(), 0U);
+  EXPECT_EQ(list.head(), nullptr);
+  for (auto const& reactor : held) {
+    EXPECT_EQ(Vek::ReactorChain::next(*reactor), nullptr);
+    EXPECT_EQ(reactor->references(), 1U);
+  }
+  list.insert(*held[2]);
+  EXPECT_EQ(list.tail(), held[2].ptr());
+}
+
+TEST_F(Lists, AnIteratorHoldsItsMemberAndRemovesAsItGoes) {
+  fill(5);
+  {
+    List::LrIterator it{list};
+    EXPECT_EQ(it.version(), 5U);
+    EXPECT_EQ(held[0]->references(), 2U);
+    ++it;
+    EXPECT_EQ(held[0]->references(), 2U) << "the one before is held too";
+    List::LrIterator copy = it;
+    EXPECT_EQ(held[1]->references(), 3U);
+    ++copy;
+    EXPECT_EQ(it.ptr(), held[1].ptr());
+    copy = it;
+    EXPECT_EQ(copy.ptr(), held[1].ptr());
+    it.remove(list);
+    EXPECT_EQ(it.ptr(), held[2].ptr());
+    ++it;
+    EXPECT_EQ(it.ptr(), held[2].ptr()) << "it stood on the next one already";
+    ++it;
+    EXPECT_EQ(it.ptr(), held[3].ptr());
+    ++it;
+    it.remove(list);
+    EXPECT_FALSE(it);
+  }
+  EXPECT_EQ(walked(list), order({0, 2, 3}));
+  for (auto const& reactor : held) EXPECT_EQ(reactor->references(), 1U);
+}
+
+struct Snapshots : Lists, testing::WithParamInterface<std::size_t> {};
+INSTANTIATE_TEST_SUITE_P(Of, Snapshots, testing::Values(0, 1, 2, 15, 16, 17, 40));
+
+TEST_P(Snapshots, HoldEachReactorUntilItsTurnIsOver) {
+  fill(GetParam());
+  int const before = allocationCount();
+  int const expected = countsAllocations && GetParam() > 16 ? 1 : 0;
+  {
+    Snapshot walk{list};
+    EXPECT_EQ(allocationCount() - before, expected);
+    std::size_t turn = 0;
+    for (; walk; ++walk, ++turn) {
+      ASSERT_LT(turn, held.size());
+      EXPECT_EQ(&*walk, held[turn].ptr());
+      for (std::size_t i = 0; i < held.size(); ++i) ASSERT_EQ(held[i]->references(), i < turn ? 1U : 2U) << i;
+    }
+    EXPECT_EQ(turn, held.size());
+  }
+  EXPECT_EQ(allocationCount() - before, expected);
+}
+
+TEST_P(Snapshots, AbandonedHalfwayGiveBackAllReferences) {
+  fill(GetParam());
+  {
+    Snapshot walk{list};
+    if (walk) ++walk;
+  }
+  for (auto const& reactor : held) EXPECT_EQ(reactor->references(), 1U);
+}
+
+TEST_P(Snapshots, PassOverWhatOnlyTheyStillHold) {
+  fill(GetParam());
+  std::vector<std::size_t> called;
+  std::size_t turns = 0;
+  {
+    Snapshot walk{list};
+    for (std::size_t i = 0; i < held.size(); ++i) {
+      if (i % 3 != 1) release(i);
+    }
+    for (; walk; ++walk, ++turns) {
+      for (std::size_t i = 0; i < held.size(); ++i) {
+        if (held[i].ptr() == &*walk) called.push_back(i);
+      }
+    }
+  }
+  std::vector<std::size_t> expected;
+  for (std::size_t i = 1; i < held.size(); i += 3) expected.push_back(i);
+  EXPECT_EQ(called, expected);
+  EXPECT_EQ(turns, expected.size() + (held.empty() ? 0 : 1)) << "the first is never passed over";
+}
+
+}  // namespace

@@ -1,0 +1,360 @@
+// Children: a box's lid, its shelves by name, and the drawers of a shelf by label. What is stored, counted and told,
+// who is whose parent, and how all of them end.
+#include "tests/core/LeakCheck.h"
+#include "tests/frame/BoxListener.h"
+
+#include <algorithm>
+
+using Vek::make;
+using Vek::Name;
+using Vek::Ptr;
+using Vek::String8;
+using Vek::U32;
+
+namespace Toys {
+
+namespace {
+
+struct Children : LeakCheck {
+  // The reactors' calls during `act`, which counts as many writes at `entity` and no read.
+  template <class X, class Act>
+  Calls effect(Ptr<X> const& entity, U32 writes, Act const& act) {
+    calls.clear();
+    U32 const writesBefore = entity->writeCount();
+    U32 const readsBefore = entity->readCount();
+    act();
+    EXPECT_EQ(entity->writeCount(), writesBefore + writes);
+    EXPECT_EQ(entity->readCount(), readsBefore);
+    return calls;
+  }
+  template <class Act>
+  Calls effect(U32 writes, Act const& act) {
+    return effect(box, writes, act);
+  }
+  std::vector<std::string> shelfNames() const {
+    std::vector<std::string> names;
+    for (auto it = box->shelvesIteratorConst(); it; ++it) names.emplace_back(std::string_view(it->name()));
+    return names;
+  }
+  Calls toldOf(std::vector<std::string> const& names) const {
+    Calls expected;
+    for (auto const& name : names) expected.push_back("r shelves " + name);
+    return expected;
+  }
+  static bool isParent(Vek::Entity const& child, Vek::Entity const* parent) { return child.parent() == parent; }
+
+  Calls calls;
+  Ptr<ToyBox> box = toyBoxFactory("box");
+  Ptr<BoxListener> reactor = listen<BoxListener>(box, calls, "r");
+};
+
+TEST_F(Children, TheFirstSetMakesTheChildCountsAndTells) {
+  reactor->nextDo({[&] {
+    EXPECT_EQ(box->lid()->name(), "a");
+    EXPECT_EQ(box->writeCount(), 1U);
+  }});
+  U32 const reads = box->readCount();
+  Ptr<Lid> const lid = box->lidIs("a");
+  EXPECT_EQ(calls, Calls{"r lid"});
+  EXPECT_EQ(box->writeCount(), 1U);
+  EXPECT_EQ(box->readCount(), reads + 1) << "the reactor's";
+  EXPECT_EQ(box->lid(), lid);
+  EXPECT_EQ(box->readCount(), reads + 2);
+  EXPECT_EQ(lid->references(), 2U);
+  EXPECT_TRUE(isParent(*lid, box.ptr()));
+  EXPECT_EQ(lid->parentAttrId(), 265U);
+  EXPECT_EQ(lid->fullName(), "box.lid");
+  EXPECT_EQ(box->references(), 1U) << "a child holds no reference on its parent";
+}
+
+TEST_F(Children, ASetWithThePresentNameCountsAndTellsNobody) {
+  Ptr<Lid> const lid = box->lidIs("a");
+  EXPECT_EQ(effect(1, [&] { EXPECT_EQ(box->lidIs(Name("a")), lid); }), Calls{});
+  EXPECT_TRUE(isParent(*lid, box.ptr()));
+}
+
+TEST_F(Children, ASetWithAnotherNameReplacesAndCountsTwice) {
+  Ptr<Lid> const old = box->lidIs("a");
+  reactor->nextDo({[&] {
+    EXPECT_EQ(box->lid()->name(), "b");
+    EXPECT_TRUE(isParent(*old, nullptr));
+    EXPECT_EQ(old->references(), 1U);
+  }});
+  U32 const writes = box->writeCount();
+  calls.clear();
+  box->lidIs("b");
+  EXPECT_EQ(calls, Calls{"r lid"});
+  EXPECT_EQ(box->writeCount(), writes + 2);
+  EXPECT_EQ(old->parentAttrId(), 265U) << "the attribute stays";
+  EXPECT_EQ(old->fullName(), "a");
+}
+
+TEST_F(Children, AReplacedChildThatNobodyHoldsIsGoneBeforeTheReactorsHear) {
+  auto const last = listen<Listener<Lid>>(Ptr<Lid>(box->lidIs("a")), calls, "a");
+  EXPECT_EQ(effect(2, [&] { box->lidIs("b"); }), (Calls{"a end", "r lid"}));
+}
+
+TEST_F(Children, AMadeChildIsBoundButNotStored) {
+  Ptr<Lid> made;
+  EXPECT_EQ(effect(0, [&] { made = box->newLid("a"); }), Calls{});
+  EXPECT_FALSE(box->lid());
+  EXPECT_EQ(made->references(), 1U);
+  EXPECT_TRUE(isParent(*made, box.ptr()));
+  EXPECT_EQ(made->parentAttrId(), 265U);
+  Ptr<Lid> const stored = box->lidIs("a");
+  EXPECT_FALSE(stored == made);
+  made->parentIs(nullptr);  // a box does not know of it, and could not let it go
+}
+
+TEST_F(Children, ARemovalGivesTheChildWithoutAParent) {
+  EXPECT_EQ(effect(0, [&] { EXPECT_FALSE(box->lidDel()); }), Calls{});
+  Ptr<Lid> const lid = box->lidIs("a");
+  lid->openIs(false);
+  reactor->nextDo({[&] {
+    EXPECT_TRUE(isParent(*lid, nullptr)) << "cleared before anybody hears";
+    EXPECT_EQ(box->writeCount(), 2U);
+  }});
+  EXPECT_EQ(effect(1, [&] { EXPECT_EQ(box->lidDel(), lid); }), Calls{"r lid"});
+  EXPECT_FALSE(box->lid());
+  EXPECT_EQ(lid->parentAttrId(), 265U);
+  EXPECT_EQ(lid->references(), 1U);
+  EXPECT_FALSE(lid->open()) << "its attributes stand";
+}
+
+TEST_F(Children, AKeyedChildIsMadeOnceAndEachSetIsCounted) {
+  EXPECT_FALSE(box->shelves("top"));
+  EXPECT_EQ(box->readCount(), 1U) << "a read of an absent key counts";
+  reactor->nextDo({[&] { EXPECT_EQ(box->shelvesCount(), 1U); }});
+  Ptr<Shelf> shelf;
+  EXPECT_EQ(effect(1, [&] { shelf = box->shelvesIs("top"); }), Calls{"r shelves top"});
+  EXPECT_EQ(effect(1, [&] { EXPECT_EQ(box->shelvesIs("top"), shelf); }), Calls{});
+  EXPECT_EQ(box->shelves("top"), shelf);
+  EXPECT_TRUE(isParent(*shelf, box.ptr()));
+  EXPECT_EQ(shelf->parentAttrId(), 266U);
+  EXPECT_EQ(shelf->references(), 2U);
+}
+
+TEST_F(Children, AMadeKeyedChildIsEnteredAndNobodyHears) {
+  Ptr<Shelf> const old = box->shelvesIs("top");
+  Ptr<Shelf> made;
+  EXPECT_EQ(effect(0, [&] { made = box->newShelves("top"); }), Calls{});
+  EXPECT_EQ(box->shelves("top"), made);
+  EXPECT_EQ(box->shelvesCount(), 1U);
+  EXPECT_TRUE(isParent(*made, box.ptr()));
+  EXPECT_TRUE(isParent(*old, nullptr)) << "the one that had the key has left";
+  EXPECT_EQ(old->references(), 1U);
+}
+
+TEST_F(Children, ARemovedKeyedChildHasNoParentWhenReactorsHear) {
+  Ptr<Shelf> const shelf = box->shelvesIs("top");
+  for (bool const byIterator : {false, true}) {
+    SCOPED_TRACE(byIterator);
+    Ptr<Shelf> const child = box->shelvesIs("top");
+    auto it = box->shelvesIterator();
+    auto const del = [&] { return byIterator ? box->shelvesDel(it) : box->shelvesDel("top"); };
+    reactor->nextDo({[&] {
+      EXPECT_EQ(box->shelvesCount(), 0U);
+      EXPECT_TRUE(isParent(*child, nullptr));
+    }});
+    EXPECT_EQ(effect(1, [&] { EXPECT_EQ(del(), child); }), Calls{"r shelves top"});
+    EXPECT_EQ(child->parentAttrId(), 266U);
+    EXPECT_EQ(effect(0, [&] { EXPECT_FALSE(del()); }), Calls{}) << "it has left";
+    EXPECT_EQ(effect(1, [&] { EXPECT_FALSE(box->shelvesIs("top") == child); }), Calls{"r shelves top"})
+        << "the key makes a new child";
+  }
+  auto end = box->shelvesIterator();
+  ++end;
+  EXPECT_EQ(effect(0, [&] { EXPECT_FALSE(box->shelvesDel(end)); }), Calls{});
+}
+
+TEST_F(Children, RemovingAllTellsEachInTheOrderOfAWalk) {
+  for (char const* name : {"top", "middle", "bottom", ""}) box->shelvesIs(name);
+  Ptr<Shelf> const held = box->shelves("middle");
+  auto const names = shelfNames();
+  EXPECT_EQ(names.size(), 4U);
+  EXPECT_EQ(effect(4, [&] { box->shelvesDelAll(); }), toldOf(names));
+  EXPECT_EQ(box->shelvesCount(), 0U);
+  EXPECT_TRUE(isParent(*held, nullptr));
+  EXPECT_EQ(held->references(), 1U);
+}
+
+TEST_F(Children, ANotificationTellsAndChangesNothing) {
+  EXPECT_EQ(effect(0, [&] { box->shelvesNotify("nowhere"); }), Calls{"r shelves nowhere"});
+  EXPECT_EQ(box->shelvesCount(), 0U);
+}
+
+TEST_F(Children, AChildKeyedByAnAttributeHasTheKeyForItsNameToo) {
+  Ptr<Shelf> const shelf = box->shelvesIs("top");
+  auto const hears = listen<ShelfListener>(shelf, calls, "s");
+  Ptr<Drawer> drawer;
+  EXPECT_EQ(effect(shelf, 1, [&] { drawer = shelf->drawersIs("left"); }), Calls{"s drawers left"});
+  EXPECT_EQ(drawer->name(), "left");
+  EXPECT_EQ(drawer->label(), "left");
+  EXPECT_EQ(drawer->parentAttrId(), 258U);
+  EXPECT_EQ(effect(shelf, 1, [&] { EXPECT_EQ(shelf->drawersDel("left"), drawer); }), Calls{"s drawers left"});
+}
+
+TEST_F(Children, HaveTheirPlaceInTheirParentsForAName) {
+  Ptr<Drawer> const drawer = box->shelvesIs("top")->drawersIs("left");
+  Ptr<Drawer> const odd = box->shelvesIs("my \"best\" one")->drawersIs("");
+  EXPECT_EQ(drawer->fullName(), "box.shelves[top].drawers[left]");
+  EXPECT_EQ(drawer->uriPath(), "/box/shelves/top/drawers/left");
+  EXPECT_EQ(odd->fullName(), "box.shelves['my \"best\" one'].drawers['']");
+  Ptr<Shelf> const top = box->shelvesDel("top");
+  EXPECT_EQ(drawer->fullName(), "top.drawers[left]") << "a removed one is a root";
+  top->drawersDelAll();
+  EXPECT_EQ(drawer->fullName(), "left");
+}
+
+TEST_F(Children, ASecondFailureReachesTheCallerWithTheChangeMadeAndCounted) {
+  auto const failing = [&](char const* exception, auto const& act) {
+    reactor->nextDo({[] { throw 1; }, [] { throw std::string("second"); }});
+    Calls const told = effect(1, [&] { EXPECT_THROW(act(), std::string); });
+    ASSERT_EQ(told.size(), 2U);
+    EXPECT_EQ(told[1], exception);
+  };
+  failing("r exception 265", [&] { box->lidIs("a"); });
+  Ptr<Lid> const lid = box->lid();
+  ASSERT_TRUE(lid);
+  failing("r exception 265", [&] { box->lidDel(); });
+  EXPECT_FALSE(box->lid());
+  EXPECT_TRUE(isParent(*lid, nullptr));
+  EXPECT_EQ(lid->references(), 1U);
+  failing("r exception 266", [&] { box->shelvesIs("top"); });
+  Ptr<Shelf> const shelf = box->shelves("top");
+  ASSERT_TRUE(shelf);
+  failing("r exception 266", [&] { box->shelvesDel("top"); });
+  EXPECT_EQ(box->shelvesCount(), 0U);
+  EXPECT_EQ(shelf->references(), 1U);
+}
+
+TEST_F(Children, TheBoxLivesToTheEndOfWhatDroppedItsLastReference) {
+  for (char const* name : {"top", "bottom"}) box->shelvesIs(name);
+  auto const names = shelfNames();
+  calls.clear();
+  reactor->nextDo({[&] { box = nullptr; }});
+  box->shelvesDelAll();
+  Calls expected = toldOf(names);
+  expected.emplace_back("r end");
+  EXPECT_EQ(calls, expected);
+
+  box = toyBoxFactory("box");
+  reactor->notifierIs(box);
+  calls.clear();
+  reactor->nextDo({[&] { box = nullptr; }});
+  Ptr<Lid> const lid = box->lidIs("a");
+  EXPECT_EQ(calls, (Calls{"r lid", "r end"}));
+  EXPECT_TRUE(isParent(*lid, nullptr)) << "given to the caller, but the box has gone";
+}
+
+TEST_F(Children, ChildrenOfChildrenGoWithThem) {
+  Ptr<Shelf> shelf = box->shelvesIs("top");
+  Ptr<Drawer> const held = shelf->drawersIs("held");
+  auto const drawer = listen<Listener<Drawer>>(Ptr<Drawer>(shelf->drawersIs("left")), calls, "d");
+  auto const hears = listen<ShelfListener>(shelf, calls, "s");
+  shelf = nullptr;
+  EXPECT_EQ(effect(1, [&] { box->shelvesDel("top"); }), (Calls{"r shelves top", "s end", "d end"}));
+  EXPECT_TRUE(isParent(*held, nullptr));
+  EXPECT_EQ(held->references(), 1U);
+}
+
+TEST_F(Children, ABoxThatGoesLetsItsChildrenGoFirst) {
+  Ptr<Lid> const lid = box->lidIs("a");
+  Ptr<Shelf> const shelf = box->shelvesIs("top");
+  auto const last = listen<Listener<Shelf>>(Ptr<Shelf>(box->shelvesIs("bottom")), calls, "bottom");
+  calls.clear();
+  box = nullptr;
+  EXPECT_EQ(calls, (Calls{"r end", "bottom end"})) << "the reactor has let the box go by then";
+  EXPECT_TRUE(isParent(*lid, nullptr));
+  EXPECT_TRUE(isParent(*shelf, nullptr));
+  EXPECT_EQ(shelf->references(), 1U);
+}
+
+// A box whose reactors are on its list while it is destroyed, since they enter it then.
+struct LastBox : ToyBox {
+  explicit LastBox(std::vector<Ptr<BoxListener>> reactors) : ToyBox("box"), reactors_(std::move(reactors)) {}
+  ~LastBox() override {
+    for (auto const& reactor : reactors_) reactor->notifierIs(Ptr<ToyBox const>(this));
+  }
+  std::vector<Ptr<BoxListener>> reactors_;
+};
+
+struct LastBoxes : Children {
+  LastBoxes() {
+    calls.clear();
+    reactor->notifierIs(nullptr);
+    second->notifierIs(nullptr);
+  }
+  Ptr<LastBox> lastBox() { return make<LastBox>(std::vector{reactor, second}); }
+  // Reactors follow the box until it has told of its last shelf, and leave it then.
+  void leaveIn(ToyBox const& subject) {
+    second->always = [this, &subject] {
+      if (subject.shelvesCount() > 0) return;
+      reactor->notifierIs(nullptr);
+      second->notifierIs(nullptr);
+    };
+  }
+
+  Ptr<BoxListener> second = listen<BoxListener>(box, calls, "s");
+};
+
+TEST_F(LastBoxes, ADestructorTellsOfChildrenInTheOrderOfTheAttributesAndOfNothingElse) {
+  auto last = lastBox();
+  last->lidIs("a");
+  last->countsIs(1, 2);
+  last->notesIs("note", {1, 2, "x"});
+  Ptr<Shelf> const shelf = last->shelvesIs("top");
+  reactor->always = [&, raw = last.ptr()] { EXPECT_FALSE(raw->lid()); };
+  leaveIn(*last);
+  last = nullptr;
+  EXPECT_EQ(calls, (Calls{"r lid", "s lid", "r shelves top", "s shelves top"}));
+  EXPECT_TRUE(isParent(*shelf, nullptr));
+}
+
+TEST_F(LastBoxes, AFailureInADestructorStaysInsideAndAllChildrenGo) {
+  auto last = lastBox();
+  Ptr<Lid> const lid = last->lidIs("a");
+  for (char const* name : {"top", "middle", "bottom"}) last->shelvesIs(name);
+  Ptr<Shelf> const shelf = last->shelves("middle");
+  auto const fail = [] { throw 1; };
+  reactor->nextDo({fail, fail, {}, fail, fail});  // of the lid, and of the second shelf
+  leaveIn(*last);
+  last = nullptr;
+  ASSERT_GE(calls.size(), 2U);
+  EXPECT_EQ(calls[1], "r exception 265");
+  EXPECT_EQ(std::count(calls.begin(), calls.end(), "r exception 266"), 1);
+  EXPECT_EQ(calls.size(), 2 + 2 + 2 + 2U) << "all shelves are told of";
+  EXPECT_TRUE(isParent(*lid, nullptr));
+  EXPECT_TRUE(isParent(*shelf, nullptr));
+}
+
+TEST_F(LastBoxes, WhatReactorsPutBackLeavesUntold) {
+  auto last = lastBox();
+  last->lidIs("a");
+  last->shelvesIs("top");
+  std::vector<Ptr<Vek::Entity>> back;
+  auto const putBackLid = [&, raw = last.ptr()] {
+    std::string const name = "b" + std::to_string(back.size());
+    back.emplace_back(Ptr<Lid>(raw->lidIs(std::string_view(name))));
+  };
+  auto const putBackShelf = [&, raw = last.ptr()] { back.emplace_back(Ptr<Shelf>(raw->shelvesIs("top"))); };
+  // The second act is that of the call from within the first.
+  reactor->nextDo({putBackLid, {}, [&] {
+                     putBackLid();
+                     putBackShelf();
+                   }});
+  auto const leave = [&] {
+    reactor->notifierIs(nullptr);
+    second->notifierIs(nullptr);
+  };
+  second->nextDo({{}, {}, {}, {}, leave});
+  last = nullptr;
+  EXPECT_EQ(calls, (Calls{"r lid", "r lid", "s lid", "s lid",  // gone, and put back from within
+                          "r shelves top", "r lid", "s lid", "r shelves top", "s shelves top", "s shelves top"}));
+  ASSERT_EQ(back.size(), 3U);
+  for (auto const& child : back) EXPECT_TRUE(isParent(*child, nullptr));
+}
+
+}  // namespace
+
+}  // namespace Toys

@@ -1,0 +1,130 @@
+#include "platform/vek/EntityText.h"
+
+#include "platform/vek/Dir.h"
+#include "tests/core/LeakCheck.h"
+#include "tests/platform/ReadText.h"
+
+using Vek::Dir;
+using Vek::Entity;
+using Vek::make;
+using Vek::Name;
+using Vek::Ptr;
+using Vek::String8;
+
+namespace Shelf {
+
+struct Box : Entity {
+  explicit Box(Name name) : Entity(std::move(name)) {}
+};
+struct Bottle : Entity {
+  explicit Bottle(Name name) : Entity(std::move(name)) {}
+};
+
+}  // namespace Shelf
+
+namespace {
+
+using Shelf::Bottle;
+using Shelf::Box;
+
+Dir& root = Dir::root();  // made for good before a test counts
+
+struct EntityText : LeakCheck {
+  ~EntityText() override {
+    for (auto const& entity : entered) root.entryDel(entity->name());
+    EXPECT_EQ(root.entryCount(), 0U);
+  }
+  template <class E>
+  Ptr<E> enter(Name name) {
+    auto entity = make<E>(std::move(name));
+    root.entryIs(entity);
+    entered.push_back(entity);
+    return entity;
+  }
+  template <class E>
+  static auto read(std::string_view text) {
+    return readText(text, [](auto& it, auto const& end) {
+      return Vek::strepToValue(String8{Vek::between(it, end)}, static_cast<Ptr<E>*>(nullptr));
+    });
+  }
+  std::vector<Ptr<Entity>> entered;
+};
+
+TEST_F(EntityText, AReferenceReadsBackWhateverTheName) {
+  struct {
+    std::string_view name;
+    char const* text;
+  } const cases[] = {
+      {"status", "status"},
+      {"a-b_c:d/e", "a-b_c:d/e"},
+      {"17", "17"},
+      {"", "''"},
+      {"None", "'None'"},
+      {"None2", "None2"},
+      {"two words", "'two words'"},
+      {"a.b", "'a.b'"},
+      {"it's", "'it\\'s'"},
+      {std::string_view{"\0\xff", 2}, "'\\x00\\xff'"},
+  };
+  for (auto const& c : cases) {
+    SCOPED_TRACE(c.text);
+    auto const box = enter<Box>(Name{c.name});
+    auto const text = Vek::valueToStrepOfRawPtr(box.ptr(), typeid(Entity));
+    EXPECT_TRUE(text == c.text);
+    auto const back = read<Box>(text);
+    EXPECT_TRUE(back.value == box) << back.message;
+  }
+}
+
+TEST_F(EntityText, WhatDenotesNoEntityIsNull) {
+  EXPECT_TRUE(Vek::valueToStrepOfRawPtr(nullptr, typeid(Entity)) == "None");
+  for (char const* text : {"None", "nobody", "'None'", "'nobody at all'", "\"x\""}) {
+    auto const back = read<Box>(text);
+    ASSERT_TRUE(back.value) << text << ' ' << back.message;
+    EXPECT_FALSE(*back.value);
+  }
+}
+
+TEST_F(EntityText, WhatIsLeftOverIsJunkAndGivesTheReferenceBack) {
+  auto const box = enter<Box>("box");
+  struct {
+    char const* text;
+    char const* message;
+  } const cases[] = {
+      {"box ", "junk at column 3 deserializing box "},
+      {"box, box", "junk at column 3 deserializing box, box"},
+      {"None None", "junk at column 4 deserializing None None"},
+      {"nobody!", "junk at column 6 deserializing nobody!"},
+      {"'box''", "junk at column 5 deserializing 'box''"},
+      {"", "expected a string in quotes at column 0, found the end of the text"},
+      {" box", "expected a string in quotes at column 0, found ' box'"},
+      {"'box", "expected a string with its closing quote at column 0, found '\\'box'"},
+  };
+  for (auto const& c : cases) EXPECT_EQ(read<Box>(c.text).message, c.message);
+  EXPECT_EQ(box->references(), 3U) << "the directory, this test and its fixture";
+}
+
+TEST_F(EntityText, AnEntityOfAnotherTypeDoesNotConvert) {
+  auto const box = enter<Box>("box");
+  EXPECT_EQ(read<Bottle>("box").message, "cannot convert box to Shelf::Bottle");
+  EXPECT_EQ(read<Bottle>("box junk").message, "cannot convert box junk to Shelf::Bottle") << "before the junk is seen";
+  EXPECT_EQ(box->references(), 3U);
+  EXPECT_TRUE(read<Entity>("box").value == box);
+}
+
+TEST_F(EntityText, ADirectoryHoldsItsEntriesByName) {
+  auto const dir = make<Dir>();
+  auto const first = make<Box>("box");
+  auto const second = make<Bottle>("box");
+  dir->entryIs(first);
+  dir->entryIs(second);
+  EXPECT_EQ(first->references(), 1U) << "one that had the name leaves";
+  EXPECT_TRUE(dir->entry("box") == second);
+  EXPECT_FALSE(dir->entry("Box"));
+  EXPECT_FALSE(dir->entryDel("nothing"));
+  EXPECT_TRUE(dir->entryDel("box") == second);
+  EXPECT_EQ(dir->entryCount(), 0U);
+  EXPECT_EQ(second->references(), 1U);
+}
+
+}  // namespace

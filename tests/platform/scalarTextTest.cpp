@@ -1,0 +1,302 @@
+#include "platform/vek/ScalarText.h"
+
+#include "platform/vek/TextReader.h"
+#include "tests/core/LeakCheck.h"
+#include "tests/platform/ReadText.h"
+
+#include <bit>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <random>
+
+using Vek::String8;
+using Vek::U64;
+using Vek::valueToStrep;
+
+namespace {
+
+struct ScalarText : LeakCheck {
+  std::mt19937_64 random{20240229};  // NOLINT(cert-msc51-cpp): the same cases in each run
+  U64 below(U64 limit) { return random() % limit; }
+};
+
+template <class T>
+std::string textOf(T const& value) {
+  if constexpr (std::is_same_v<T, long double>)
+    return textOf(static_cast<double>(value));
+  else if constexpr (std::is_same_v<T, long long>)
+    return textOf(static_cast<U64>(value));
+  else
+    return std::string{std::string_view{valueToStrep(value)}};
+}
+
+TEST_F(ScalarText, DoublesAreWrittenInTheFewestDigits) {
+  for (char const* text : {"0.0",
+                           "-0.0",
+                           "1.0",
+                           "-17.0",
+                           "0.5",
+                           "0.1",
+                           "0.3333333333333333",
+                           "123456.789",
+                           "1000000000000000.0",
+                           "9999999999999998.0",
+                           "1e+16",
+                           "-1.5e+16",
+                           "1.2345678901234568e+17",
+                           "1e+100",
+                           "0.0001",
+                           "0.00012345",
+                           "1e-05",
+                           "1.25e-10",
+                           "5e-324",
+                           "2.2250738585072014e-308",
+                           "1.7976931348623157e+308",
+                           "inf",
+                           "-inf",
+                           "nan"}) {
+    EXPECT_EQ(textOf(std::strtod(text, nullptr)), text);
+  }
+}
+
+TEST_F(ScalarText, EveryDoubleReadsBackTheSame) {
+  for (int i = 0; i < 300000; ++i) {
+    auto const value = std::bit_cast<double>(i < 4096 ? static_cast<U64>(i) << 52 : random());
+    auto const text = textOf(value);
+    auto const read = readScalar<long double>(text);
+    ASSERT_TRUE(read.value) << text << ' ' << read.message;
+    ASSERT_EQ(read.column, static_cast<int>(text.size())) << text;
+    auto const back = static_cast<double>(*read.value);
+    if (std::isnan(value)) {
+      ASSERT_TRUE(std::isnan(back));
+    } else {
+      ASSERT_EQ(std::bit_cast<U64>(back), std::bit_cast<U64>(value)) << text;
+    }
+  }
+}
+
+TEST_F(ScalarText, ANumberIsRoundedOnceToTheNearestDouble) {
+  struct {
+    char const* text;
+    double value;
+  } const cases[] = {
+      // Just beside the middle of two doubles, nearer than the extended type can tell: rounding twice gets them wrong.
+      {"9007199254740993.00000000000000000000001", 9007199254740994.0},
+      {"9007199254740994.99999999999999999999999", 9007199254740994.0},
+      {"1.00000000000000011102230246251565404236316680908203126", 1.0000000000000002},
+      {"1.00000000000000033306690738754696212708950042724609374", 1.0000000000000002},
+      {"2.4703282292062327208e-324", 0.0},
+      {"2.4703282292062327209e-324", 5e-324},
+      // In the middle: to the even one.
+      {"9007199254740993", 9007199254740992.0},
+      {"9007199254740995", 9007199254740996.0},
+      {"1.00000000000000011102230246251565404236316680908203125", 1.0},
+      // At the ends of the range.
+      {"2.2250738585072011e-308", 2.225073858507201e-308},
+      {"2.4703282292062327e-324", 0.0},
+      {"1.7976931348623158e308", 1.7976931348623157e308},
+      {"1.7976931348623159e308", std::numeric_limits<double>::infinity()},
+      {"-1e309", -std::numeric_limits<double>::infinity()},
+      {"1e99999999999999999999", std::numeric_limits<double>::infinity()},
+      {"1e-99999999999999999999", 0.0},
+      {"0e99999999999999999999", 0.0},
+      {"0.000000000000000000000000000000e400", 0.0},
+      {"-1e-400", -0.0},
+      // Other ways to write one.
+      {".5", 0.5},
+      {"5.", 5},
+      {"+5e0", 5},
+      {"5E+1", 50},
+      {"007.25", 7.25},
+      {"inf", std::numeric_limits<double>::infinity()},
+      {"+inf", std::numeric_limits<double>::infinity()},
+  };
+  for (auto const& c : cases) {
+    auto const read = readScalar<long double>(c.text);
+    ASSERT_TRUE(read.value) << c.text;
+    EXPECT_EQ(std::bit_cast<U64>(static_cast<double>(*read.value)), std::bit_cast<U64>(c.value)) << c.text;
+    EXPECT_EQ(read.column, static_cast<int>(std::string_view{c.text}.size())) << c.text;
+  }
+}
+
+TEST_F(ScalarText, NumbersOfAllLengthsAreReadAsTheCLibraryReadsThem) {
+  for (int i = 0; i < 60000; ++i) {
+    std::string text = below(2) == 0 ? "" : "-";
+    // Every third is near the middle of two doubles, where rounding shows.
+    if (i % 3 == 0) {
+      auto const low = static_cast<long long>((1ULL << 53) + below(1ULL << 53));
+      text += std::to_string(low + (low & 1));  // of this size only even numbers are doubles
+      text.back() = static_cast<char>(text.back() + 1);
+      text += '.' + std::string(below(30), i % 2 == 0 ? '0' : '9') + std::to_string(below(10));
+    } else {
+      U64 const digits = 1 + below(40);
+      for (U64 digit = 0; digit < digits; ++digit) text += static_cast<char>('0' + below(10));
+      text.insert(text.size() - below(digits), 1, '.');
+      if (below(2) == 0) text += "e" + std::to_string(static_cast<int>(below(800)) - 400);
+    }
+    auto const read = readScalar<long double>(text);
+    ASSERT_TRUE(read.value) << text << ' ' << read.message;
+    double const expected = std::strtod(text.c_str(), nullptr);
+    ASSERT_EQ(std::bit_cast<U64>(static_cast<double>(*read.value)), std::bit_cast<U64>(expected)) << text;
+  }
+}
+
+// Each text is read up to its bar, and as what `value` makes of that part.
+template <class T, class Value>
+void expectReads(Value const& value, std::initializer_list<std::string_view> texts) {
+  for (std::string_view const text : texts) {
+    SCOPED_TRACE(text);
+    std::string const front{text.substr(0, text.find('|'))};
+    auto const read = readScalar<T>(front + std::string{text.substr(front.size() + 1)});
+    ASSERT_TRUE(read.value) << read.message;
+    EXPECT_EQ(textOf(*read.value), textOf(value(front.c_str())));
+    EXPECT_EQ(read.column, static_cast<int>(front.size()));
+  }
+}
+
+// Each text is refused for want of `wanted`, with the cursor where it was.
+template <class T>
+void expectRefuses(std::string const& wanted, std::initializer_list<std::string_view> texts) {
+  for (std::string_view const text : texts) {
+    SCOPED_TRACE(text);
+    auto const read = readScalar<T>(text);
+    EXPECT_FALSE(read.value);
+    EXPECT_EQ(read.column, 0);
+    std::string const found = text.empty() ? "the end of the text" : textOf(String8(text));
+    EXPECT_EQ(read.message, "expected " + wanted + " at column 0, found " + found);
+  }
+}
+
+TEST_F(ScalarText, ADoubleEndsWhereTheNumberDoes) {
+  expectReads<long double>([](char const* text) { return std::strtod(text, nullptr); },
+                           {"1|e", "1|e+", "1.5|.5", "0|x10", "1|_0", "inf|inity", "nan|o", "-nan|", "3|, 'y'"});
+  expectRefuses<long double>("a number",
+                             {"", "-", "+", ".", ".e5", "e5", "--1", "+-1", "- 1", " 1", "in", "NaN", "True"});
+}
+
+TEST_F(ScalarText, AWholeNumberIsDecimalWithAnOptionalSign) {
+  auto const bits = [](char const* text) {
+    return *text == '-' ? static_cast<U64>(std::strtoll(text, nullptr, 10)) : std::strtoull(text, nullptr, 10);
+  };
+  expectReads<long long>(bits, {"0|", "-0|", "+17|", "0017|", "17|.5", "0|x1f", "1|e3", "9223372036854775807|",
+                                "9223372036854775808|", "18446744073709551615|", "-9223372036854775808|"});
+  expectRefuses<long long>("a whole number", {"", "-", "+-5", "--5", " 5", "x"});
+  expectRefuses<long long>("a number of at most 64 bits",
+                           {"18446744073709551616", "-9223372036854775809", "99999999999999999999999"});
+}
+
+TEST_F(ScalarText, EveryU64ReadsBackTheSame) {
+  auto const expectBack = [](U64 value) {
+    auto const text = textOf(value);
+    EXPECT_EQ(text, std::to_string(value));
+    auto const read = readScalar<long long>(text);
+    ASSERT_TRUE(read.value) << text;
+    EXPECT_EQ(static_cast<U64>(*read.value), value);
+  };
+  for (int bit = 0; bit < 64; ++bit) {
+    for (U64 const near : {~U64{0}, U64{0}, U64{1}}) expectBack((U64{1} << bit) + near);
+  }
+  for (int i = 0; i < 50000; ++i) expectBack(random() >> below(64));
+}
+
+TEST_F(ScalarText, TruthIsSpelledInFull) {
+  expectReads<bool>([](char const* text) { return *text == 'T'; }, {"True|", "False|", "True|r"});
+  expectRefuses<bool>("True or False", {"", "true", "Tru", "1", " True"});
+}
+
+TEST_F(ScalarText, AStringIsQuotedAndWhatDoesNotPrintIsEscaped) {
+  struct {
+    std::string_view value;
+    char const* text;
+  } const cases[] = {
+      {"", "''"},
+      {"plain text", "'plain text'"},
+      {"it's", "'it\\'s'"},
+      {"\"quoted\"", "'\"quoted\"'"},
+      {"a\\b", "'a\\\\b'"},
+      {"\n\r\t", "'\\n\\r\\t'"},
+      {std::string_view{"\0\x1f\x7f\x80\xff", 5}, "'\\x00\\x1f\\x7f\\x80\\xff'"},
+  };
+  for (auto const& c : cases) EXPECT_EQ(textOf(String8{c.value}), c.text);
+}
+
+TEST_F(ScalarText, EveryByteStringReadsBackTheSame) {
+  auto const expectBack = [](std::string const& bytes) {
+    auto const text = textOf(String8{std::string_view{bytes}});
+    for (char const c : text) ASSERT_TRUE(c >= 0x20 && c <= 0x7e);
+    auto const read = readScalar<String8>(text + "'");
+    ASSERT_TRUE(read.value) << text << read.message;
+    ASSERT_EQ(std::string_view{*read.value}, bytes) << text;
+    ASSERT_EQ(read.column, static_cast<int>(text.size()));
+  };
+  for (int pair = 0; pair < 0x10000; ++pair) expectBack({static_cast<char>(pair >> 8), static_cast<char>(pair)});
+  for (int i = 0; i < 3000; ++i) {
+    std::string bytes(below(i % 100 == 0 ? 3000 : 40), '\0');
+    for (char& c : bytes) c = "'\"\\xn0a\n\t \x80"[below(12)];
+    expectBack(bytes);
+  }
+}
+
+TEST_F(ScalarText, AStringEndsAtItsOwnQuote) {
+  auto const content = [](std::string_view value) { return [value](char const*) { return String8{value}; }; };
+  expectReads<String8>(content("it's"), {"\"it's\"|", "'it\\'s'|'", "\"it\\'s\"|\"", "'\\x69t\\x27s'|"});
+  expectReads<String8>(content("a"), {"'a'|b'", "\"a\"|"});
+  expectReads<String8>(content(""), {"''|", "''|''"});
+  expectReads<String8>(content("\xaf\n"), {"'\\xaF\n'|", "'\\xAf\\n'|"});
+  expectRefuses<String8>("a string in quotes", {"", "a", " 'a'", "`a`"});
+  expectRefuses<String8>("a string with its closing quote", {"'", "'a", "'a\"", "'a\\'"});
+  expectRefuses<String8>("a string whose escapes are \\n \\r \\t \\\\ \\' \\\" or \\xHH",
+                         {"'\\", "'\\q'", "'\\x4'", "'\\xg0'", "'\\x"});
+}
+
+TEST_F(ScalarText, NoReaderLooksBehindTheEnd) {
+  EXPECT_EQ(readScalar<long long>("12345", 3).value, 123);
+  EXPECT_EQ(readScalar<long double>("12.545", 4).value, 12.5L);
+  EXPECT_EQ(readScalar<long double>("1e55", 3).value, 1e5L);
+  EXPECT_FALSE(readScalar<bool>("True", 3).value);
+  EXPECT_FALSE(readScalar<String8>("'abc'", 4).value);
+  EXPECT_EQ(readScalar<String8>("'abc'd'", 5).column, 5);
+  EXPECT_FALSE(readScalar<long long>("123", 0).value);
+}
+
+TEST_F(ScalarText, APatternsBlankMatchesAnyWhiteSpaceAndNone) {
+  auto const need = [](std::string_view text, char const* pattern, int length = -1) {
+    return readText(
+        text,
+        [pattern](auto& it, auto const& end) {
+          Vek::needString(it, end, pattern);
+          return true;
+        },
+        length);
+  };
+  EXPECT_EQ(need("(x", " (").column, 1);
+  EXPECT_EQ(need(" \t\r\n\v\f(x", " (").column, 7);
+  EXPECT_EQ(need("}  x", "} ").column, 3);
+  EXPECT_EQ(need("}", "} ").column, 1);
+  auto const bad = need("  **|{", " **");
+  EXPECT_EQ(bad.column, 4);
+  auto const worse = need("  * *", " **");
+  EXPECT_EQ(worse.column, 3);
+  EXPECT_EQ(worse.message, "expected ** at column 3, found ' *'");
+  EXPECT_EQ(need(" **", " **", 2).message, "expected ** at column 2, found the end of the text");
+  EXPECT_TRUE(need("", " ").value);
+}
+
+TEST_F(ScalarText, AttributesCutBitsAndNameThemselvesInFailures) {
+  auto const attribute = [](std::string_view text, auto tag) {
+    return readText(text, [tag](auto& it, auto const& end) {
+      return Vek::deserializeAttr(it, end, const_cast<decltype(tag)*>(&tag), "level");
+    });
+  };
+  EXPECT_EQ(attribute("259", Vek::U8{}).value, 3);
+  EXPECT_EQ(attribute("4294967301", Vek::U32{}).value, 5U);
+  EXPECT_EQ(attribute("-1", Vek::U32{}).value, ~0U);
+  EXPECT_EQ(attribute("18446744073709551615", U64{}).value, ~0ULL);
+  EXPECT_EQ(attribute("0.1", double{}).value, 0.1);
+  EXPECT_EQ(attribute("True", bool{}).value, true);
+  EXPECT_EQ(attribute("x", U64{}).message, "level: expected a whole number at column 0, found 'x'");
+  EXPECT_EQ(attribute("True", String8{}).message, "level: expected a string in quotes at column 0, found 'True'");
+}
+
+}  // namespace
