@@ -27,9 +27,7 @@ std::vector<Vek::VekType*> ourTypes() {
   return types;
 }
 
-bool isDeclared(Vek::VekType const& type, Vek::VekAttr const& attr) {
-  return type.isValue() || attr.id() >= 258;
-}
+bool isDeclared(Vek::VekType const& type, Vek::VekAttr const& attr) { return type.isValue() || attr.id() >= 258; }
 
 TEST(Registration, EveryAttributeHasTheNumberThatPeersKnow) {
   std::ifstream golden(DORNL3_SOURCE_DIR "/tests/schema/attributes.golden");
@@ -181,12 +179,13 @@ TEST(Registration, ConstructorArgumentsAreAllAttributesOfAValueAndTheNameOfAnEnt
 TEST(Registration, EntitiesEnterTheirBaseFileByFileAndAlphabetically) {
   std::vector<std::string> names;
   for (Vek::VekType* type : Vek::Entity::_fwkType()->derivedTypes()) {
-    if (std::string_view(type->fullName()).substr(0, 25) == ours) names.emplace_back(type->fullName().view().substr(25));
+    if (std::string_view(type->fullName()).substr(0, 25) == ours)
+      names.emplace_back(type->fullName().view().substr(25));
   }
-  EXPECT_EQ(names, (std::vector<std::string>{"AradVxlanRoutingStatus", "LemRouteStats", "Request", "RestartCompletionStatus",
-                                             "Status", "AuditRequest", "AuditStatus", "ShadowAuditInfo",
-                                             "TableAuditInfo", "TableFapAuditInfo", "CliConfig", "AclRoute::Config",
-                                             "AclRoute::Status"}));
+  EXPECT_EQ(names,
+            (std::vector<std::string>{"AradVxlanRoutingStatus", "LemRouteStats", "Request", "RestartCompletionStatus",
+                                      "Status", "AuditRequest", "AuditStatus", "ShadowAuditInfo", "TableAuditInfo",
+                                      "TableFapAuditInfo", "CliConfig", "AclRoute::Config", "AclRoute::Status"}));
 }
 
 TEST(Registration, LeavesNoScopeOpen) { EXPECT_TRUE(Vek::IntrospectionReactor::global()->openScopes().empty()); }

@@ -1,8 +1,9 @@
 // Status and the small entities beside it, by a few attributes of each kind.
+#include "schema/Status.h"
+
 #include "core/CountedHeap.h"
 #include "schema/AuditStatus.h"
 #include "schema/DornL3CliConfig.h"
-#include "schema/Status.h"
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,8 @@
 #include "platform/vek/IntrospectionReactor.h"
 #include "platform/vek/VekType.h"
 
-#include <gtest/gtest.h>
-
 #include <dlfcn.h>
+#include <gtest/gtest.h>
 
 namespace {
 
