@@ -1,7 +1,10 @@
 // dornl3: the command line.
 #include "apps/StandardOutput.h"
+#include "apps/attributes/CommandLine.h"
 #include "apps/kernel/NetlinkSocket.h"
+#include "apps/show/HostRoots.h"
 #include "apps/show/ShowLocal.h"
+#include "platform/vek/Dir.h"
 
 #include <CLI/CLI.hpp>
 #include <unistd.h>
@@ -23,7 +26,8 @@ constexpr int misused = 2;
 constexpr char const* exitStatus =
     "Exit status:\n"
     "  0  all went well\n"
-    "  1  the kernel could not be read, or the output not be written; the message says what to do\n"
+    "  1  what was asked for does not fit, the kernel could not be read, or the output not be written; the message\n"
+    "     says what to do\n"
     "  2  the command line is wrong\n";
 
 struct ShowOptions {
@@ -67,6 +71,18 @@ int runShow(ShowOptions const& options) {
   return print(shown.output);
 }
 
+int runOnAttributes(Attributes::CommandLine const& attributes) {
+  if (std::string const misuse = attributes.misuse(); !misuse.empty()) {
+    complain(misuse);
+    return misused;
+  }
+  if (!attributes.needsEntities()) return print(attributes.run(Vek::Dir::root()));
+  Kernel::NetlinkSocket kernel;
+  Show::HostRoots const host{kernel};
+  for (std::string const& notice : host.notices()) complain(notice);
+  return print(attributes.run(Vek::Dir::root()));
+}
+
 std::string misuseMessage(CLI::App const*, CLI::Error const& error) {
   return "dornl3: " + std::string{error.what()} + ". Type 'dornl3 --help' to see what there is.\n";
 }
@@ -86,12 +102,13 @@ int run(int argc, char** argv) {
   app.failure_message(misuseMessage);
   ShowOptions options;
   addShow(app, options);
+  Attributes::CommandLine const attributes{app};
   try {
     app.parse(argc, argv);
   } catch (CLI::ParseError const& outcome) {
     return answer(app, outcome);
   }
-  return runShow(options);
+  return attributes.isGiven() ? runOnAttributes(attributes) : runShow(options);
 }
 
 }  // namespace

@@ -35,12 +35,12 @@ void HashMapGeneric::emptyAllBuckets() noexcept {
 // Each bucket's chain is dealt out to two, in its order: nothing is sorted anew. Which of the two is no branch, since
 // nobody could guess it.
 void HashMapGeneric::grow() {
-  constexpr U32 ahead = 8;
   U32 const oldSize = mask_ + 1;
   U32 const nextBit = U32{0x80000000} >> bits_;
   auto larger = std::make_unique<HashLink[]>(std::size_t{2} * oldSize);
   for (U32 index = 0; index < oldSize; ++index) {
-    __builtin_prefetch(buckets_[(index + ahead) & mask_].ptr());
+    __builtin_prefetch(buckets_[(index + 16) & mask_].ptr());
+    if (mask_ >= farWalk) prefetchBehind(buckets_[(index + 8) & mask_].ptr());
     HashLink* ends[2] = {&larger[index], &larger[index + oldSize]};
     PtrInterface* lastStaying = nullptr;
     HashLink rest = std::move(buckets_[index]);
@@ -73,14 +73,23 @@ PtrInterface* HashMapGeneric::findNextBucket(int* bucket) const noexcept {
   return first != nullptr ? first : findNextBucket(0, bucket);
 }
 
-// The heads lie far apart, each in another page, and the members anywhere: the walk asks for both in good time.
+// Without a member it asks for anything that may be read: whether a bucket is empty is a branch nobody could guess.
+void HashMapGeneric::prefetchBehind(PtrInterface const* member) const noexcept {
+  auto const* const object = member != nullptr ? reinterpret_cast<unsigned char const*>(member)
+                                               : reinterpret_cast<unsigned char const*>(buckets_.get());
+  __builtin_prefetch(reinterpret_cast<HashLink const*>(object + linkOffset_)->ptr());
+}
+
+// The heads lie far apart, each in another page, and the members anywhere: the walk asks in good time for the head, for
+// its member, and for the one behind that.
 PtrInterface* HashMapGeneric::nextHeadFar(U32 index, int* bucket) const noexcept {
   U32 at = static_cast<U32>(*bucket);
   PtrInterface* found = nullptr;
   while (found == nullptr && at != mask_) {
     index = indexBehind(index, at++, 0);
-    __builtin_prefetch(&buckets_[indexBehind(index, at, 4)]);
-    __builtin_prefetch(buckets_[indexBehind(index, at, 3)].ptr());
+    __builtin_prefetch(&buckets_[indexBehind(index, at, 5)]);
+    __builtin_prefetch(buckets_[indexBehind(index, at, 4)].ptr());
+    prefetchBehind(buckets_[indexBehind(index, at, 3)].ptr());
     found = buckets_[index].ptr();
   }
   *bucket = static_cast<int>(found == nullptr ? at + 1 : at);

@@ -103,16 +103,16 @@ class HashMapGeneric {
   void takeOut(Ptr<PtrInterface> const& member);
 
  private:
-  // From this mask on the heads no longer lie in the first caches, and a walk fetches what it will come to.
-  static constexpr U32 farWalk = (U32{1} << 12) - 1;
+  // Tables from this mask on do not fit the caches, and a walk fetches far ahead what it will come to.
+  static constexpr U32 farWalk = (U32{1} << 16) - 1;
 
   [[nodiscard]] U32 indexOf(int bucket) const noexcept {
     return static_cast<U32>(U64{bitReverse(static_cast<U32>(bucket))} >> (32 - bits_));
   }
   [[nodiscard]] HashLink& headOf(U32 reversedHash) const noexcept { return buckets_[bitReverse(reversedHash) & mask_]; }
-  // The index of bucket `bucket + (1 << log2)`, from the index of `bucket`. Adding in the bucket's number flips its bits
-  // from there up to the first that is clear; in the index the same bits stand in reverse order. Behind the last bucket
-  // it comes to one near the first.
+  // The index of bucket `bucket + (1 << log2)`, from the index of `bucket`. Adding in the bucket's number flips its
+  // bits from there up to the first that is clear; in the index the same bits stand in reverse order. Behind the last
+  // bucket it comes to one near the first.
   [[nodiscard]] U32 indexBehind(U32 index, U32 bucket, U32 log2) const noexcept {
     U32 const wheel = mask_ >> log2;
     return index ^ wheel ^ (wheel >> 1 >> __builtin_ctz((bucket >> log2) + 1));
@@ -122,12 +122,14 @@ class HashMapGeneric {
     PtrInterface* found = nullptr;
     while (found == nullptr && at != mask_) {
       index = indexBehind(index, at++, 0);
+      __builtin_prefetch(buckets_[indexBehind(index, at, 2)].ptr());
       found = buckets_[index].ptr();
     }
     *bucket = static_cast<int>(found == nullptr ? at + 1 : at);
     return found;
   }
   [[nodiscard]] PtrInterface* nextHeadFar(U32 index, int* bucket) const noexcept;
+  void prefetchBehind(PtrInterface const* member) const noexcept;
 
   [[nodiscard]] HashLink& link(PtrInterface& member) const noexcept {
     return *reinterpret_cast<HashLink*>(reinterpret_cast<unsigned char*>(&member) + linkOffset_);

@@ -73,7 +73,6 @@ void Notifiee::onZeroReferences() {
 void Notifiee::follow(PtrInterface const* notifier, ListOf listOf) {
   Ptr<PtrInterface const> const old = notifier_;
   if (notifier == old) return;
-  Ptr<PtrInterface const> const held = notifier;  // the caller's reference may be the one that the old notifier gives
   notifierAssign(notifier);
   if (!registered_) return;
   if (old) listOf(*old).remove(*this);

@@ -9,6 +9,8 @@
 #include "core/RbTreeMapGeneric.h"
 
 #include <bit>
+#include <string_view>
+#include <type_traits>
 
 namespace Vek {
 
@@ -31,6 +33,19 @@ class RbElement : public PtrInterface {
   RbNode node_;
 };
 
+template <class K>
+inline constexpr bool isText = std::is_convertible_v<K, std::string_view>;
+
+/// How a key stands to another: below 0, 0, or above. Texts are compared once, not for "equal" and for "less".
+template <class K>
+[[nodiscard]] int compareKeys(K const& key, K const& other) noexcept {
+  if constexpr (isText<K>) {
+    return std::string_view(key).compare(std::string_view(other));
+  } else {
+    return key == other ? 0 : key < other ? -1 : 1;
+  }
+}
+
 template <class M, class K, class V>
 class RbTreeMap final : public RbTreeMapGeneric {
  public:
@@ -46,24 +61,31 @@ class RbTreeMap final : public RbTreeMapGeneric {
   /// The member with that key, or null.
   [[nodiscard]] M* operator[](K const& key) const noexcept {
     M* at = typed(root_);
-    while (at != nullptr && !(key == at->key()))
-      at = typed(key < at->key() ? at->vekNode().left_ : at->vekNode().right_);
+    while (at != nullptr) {
+      int const order = compareKeys(key, at->key());
+      if (order == 0) break;
+      at = towards(*at, order < 0);
+    }
     return at;
   }
 
   /// Enters a member; one that has its key leaves.
   void newMember(Ptr<M> const& member) {
     K const& key = member->key();
+    M* at = typed(root_);
     M* last = nullptr;
-    for (M* at = typed(root_); at != nullptr;) {
+    int order = -1;
+    while (at != nullptr && order != 0) {
       last = at;
-      if (key == at->key()) {
-        memberReplace(nodeOffset(), 0, Ptr<M>(at), member);
-        return;
-      }
-      at = typed(key < at->key() ? at->vekNode().left_ : at->vekNode().right_);
+      order = compareKeys(key, at->key());
+      at = towards(*at, order < 0);
     }
-    memberNewChild(nodeOffset(), 0, Ptr<M>(last), member, last == nullptr || key < last->key());
+    Ptr<PtrInterface> const place = last;
+    if (order == 0) {
+      memberReplace(nodeOffset(), 0, place, member);
+    } else {
+      memberNewChild(nodeOffset(), 0, place, member, order < 0);
+    }
   }
 
   /// Takes out a member that is in the map.
@@ -76,17 +98,36 @@ class RbTreeMap final : public RbTreeMapGeneric {
   static M* typed(Ptr<PtrInterface> const& link) noexcept { return static_cast<M*>(link.ptr()); }
   // A pointer to a data member is the member's offset in the ABI of all our platforms.
   static U32 nodeOffset() noexcept { return static_cast<U32>(std::bit_cast<std::ptrdiff_t>(M::vekNodeMember())); }
+  static M* below(M& member, RbNode::Side side) noexcept { return typed(member.vekNode().child_[side]); }
+
+  // The member below one on the side of a key, which is less than the member's or greater.
+  static M* towards(M& member, bool less) noexcept {
+    if constexpr (isText<K>) {
+      // A guess, right half of the time, fetches the next member while the texts are still being compared.
+      if (less) [[likely]]
+        return below(member, RbNode::left);
+      return below(member, RbNode::right);
+    } else {
+      // No branch: nobody could guess it, and numbers are compared at once.
+      return below(member, less ? RbNode::left : RbNode::right);
+    }
+  }
+  // The first of the members from `at` downwards. A walk comes to those on the right of the way soon.
   static M* leftmost(M* at) noexcept {
-    while (at != nullptr && at->vekNode().left_) at = typed(at->vekNode().left_);
+    for (M* next = at; next != nullptr; next = below(*at, RbNode::left)) {
+      at = next;
+      __builtin_prefetch(below(*at, RbNode::right));
+    }
     return at;
   }
   // The member behind one that is in the tree.
   static M* successor(M& member) noexcept {
-    RbNode* n = &member.vekNode();
-    if (n->right_) return leftmost(typed(n->right_));
-    for (RbNode* above = n->parent(); above != nullptr; n = above, above = above->parent()) {
-      M* const upper = static_cast<M*>(memberOf(*above, nodeOffset()));
-      if (above->left_ && &typed(above->left_)->vekNode() == n) return upper;
+    M* at = &member;
+    if (M* const right = below(*at, RbNode::right)) return leftmost(right);
+    while (RbNode const* const parent = at->vekNode().parent()) {
+      M* const above = static_cast<M*>(memberOf(*parent, nodeOffset()));
+      if (parent->child_[RbNode::left] == at) return above;
+      at = above;
     }
     return nullptr;
   }
@@ -94,12 +135,9 @@ class RbTreeMap final : public RbTreeMapGeneric {
   [[nodiscard]] M* firstAbove(K const& key) const noexcept {
     M* found = nullptr;
     for (M* at = typed(root_); at != nullptr;) {
-      if (key < at->key()) {
-        found = at;
-        at = typed(at->vekNode().left_);
-      } else {
-        at = typed(at->vekNode().right_);
-      }
+      bool const less = key < at->key();
+      if (less) found = at;
+      at = towards(*at, less);
     }
     return found;
   }
@@ -118,13 +156,11 @@ class RbTreeMap<M, K, V>::IteratorConstBase : public BaseIteratorConst<M, true> 
     M* const current = this->ptr();
     if (current == nullptr) return;
     RbTreeMap const& map = *static_cast<RbTreeMap const*>(this->collection());
-    if (version_ == map.version()) {
-      this->moveTo(successor(*current));
-      return;
-    }
-    this->moveTo(map.firstAbove(current->key()));
+    bool const unchanged = version_ == map.version();
     version_ = map.version();
     flags_ = 0;
+    // The last word: a member that dies here may change the map.
+    this->moveTo(unchanged ? successor(*current) : map.firstAbove(current->key()));
   }
 
  protected:

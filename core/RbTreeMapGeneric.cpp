@@ -9,29 +9,32 @@ namespace Vek {
 // The tree's shape, in terms of nodes. Rotations and removals move the owning pointers and change no count.
 class RbTreeMapGeneric::Shape {
  public:
-  Shape(Ptr<PtrInterface>& root, U32 nodeOffset) noexcept : root_(root), offset_(nodeOffset) {}
+  using Link = Ptr<PtrInterface>;
+  using Side = RbNode::Side;
+  static constexpr Side left = RbNode::left;
+  static constexpr Side right = RbNode::right;
+
+  Shape(Link& root, U32 nodeOffset) noexcept : root_(root), offset_(nodeOffset) {}
 
   RbNode& nodeOf(PtrInterface const& member) const noexcept { return node(member, offset_); }
-  RbNode* nodeOf(Ptr<PtrInterface> const& link) const noexcept { return link ? &nodeOf(*link) : nullptr; }
+  RbNode* nodeOf(Link const& link) const noexcept { return link ? &nodeOf(*link) : nullptr; }
 
-  // The pointer that owns the node.
-  Ptr<PtrInterface>& slot(RbNode const& n) const noexcept {
-    RbNode* const parent = n.parent();
-    if (parent == nullptr) return root_;
-    return isLeft(n) ? parent->left_ : parent->right_;
+  // On which side of its parent a node hangs; not for the root.
+  Side sideOf(RbNode const& n) const noexcept {
+    return n.parent()->child_[left] == memberOf(n, offset_) ? left : right;
   }
+  // The pointer that owns a node.
+  Link& slot(RbNode const& n) const noexcept { return n.parent() == nullptr ? root_ : n.parent()->child_[sideOf(n)]; }
 
-  bool isLeft(RbNode const& n) const noexcept { return nodeOf(n.parent()->left_) == &n; }
-
-  void rotate(RbNode& x, bool toLeft) const noexcept {
-    Ptr<PtrInterface>& outer = toLeft ? x.right_ : x.left_;
-    RbNode& y = *nodeOf(outer);
-    Ptr<PtrInterface>& inner = toLeft ? y.left_ : y.right_;
-    Ptr<PtrInterface>& place = slot(x);
-    Ptr<PtrInterface> risen = std::move(outer);
-    outer = std::move(inner);
-    if (RbNode* const moved = nodeOf(outer)) moved->parentIs(&x);
-    inner = std::move(place);
+  // x goes down on that side, and its other child comes up in its place.
+  void rotate(RbNode& x, Side down) const noexcept {
+    Side const up = RbNode::opposite(down);
+    Link& place = slot(x);
+    Link risen = std::move(x.child_[up]);
+    RbNode& y = nodeOf(*risen);
+    x.child_[up] = std::move(y.child_[down]);
+    if (RbNode* const moved = nodeOf(x.child_[up])) moved->parentIs(&x);
+    y.child_[down] = std::move(place);
     place = std::move(risen);
     y.parentIs(x.parent());
     x.parentIs(&y);
@@ -43,8 +46,8 @@ class RbTreeMapGeneric::Shape {
     while (n->parent() != nullptr && n->parent()->red()) {
       RbNode& parent = *n->parent();
       RbNode& grandparent = *parent.parent();  // a red node is no root
-      bool const parentIsLeft = isLeft(parent);
-      RbNode* const uncle = nodeOf(parentIsLeft ? grandparent.right_ : grandparent.left_);
+      Side const side = sideOf(parent);
+      RbNode* const uncle = nodeOf(grandparent.child_[RbNode::opposite(side)]);
       if (isRed(uncle)) {
         parent.redIs(false);
         uncle->redIs(false);
@@ -53,38 +56,28 @@ class RbTreeMapGeneric::Shape {
         continue;
       }
       RbNode* upper = &parent;
-      if (isLeft(*n) != parentIsLeft) {
-        rotate(parent, parentIsLeft);
+      if (sideOf(*n) != side) {
+        rotate(parent, side);
         upper = n;
       }
       upper->redIs(false);
       grandparent.redIs(true);
-      rotate(grandparent, !parentIsLeft);
+      rotate(grandparent, RbNode::opposite(side));
       break;
     }
-    nodeOf(root_)->redIs(false);
-  }
-
-  // Puts what `n` owns on its one side in its place; returns the pointer that owned n.
-  Ptr<PtrInterface> unhook(RbNode& n, Ptr<PtrInterface>& only) const noexcept {
-    Ptr<PtrInterface>& place = slot(n);
-    RbNode* const below = nodeOf(only);
-    if (below != nullptr) below->parentIs(n.parent());
-    Ptr<PtrInterface> owned = std::exchange(place, Ptr<PtrInterface>{});
-    place = std::move(only);
-    return owned;
+    nodeOf(*root_).redIs(false);
   }
 
   // Takes n out; the returned pointer owns it.
-  Ptr<PtrInterface> remove(RbNode& n) const noexcept {
-    if (n.left_ && n.right_) exchangeWithSuccessor(n);
-    Ptr<PtrInterface>& only = n.left_ ? n.left_ : n.right_;
+  Link remove(RbNode& n) const noexcept {
+    if (n.child_[left] && n.child_[right]) exchangeWithSuccessor(n);
+    Link only = std::move(n.child_[n.child_[left] ? left : right]);
     RbNode* const below = nodeOf(only);
     RbNode* const parent = n.parent();
-    bool const wasLeft = parent != nullptr && isLeft(n);
-    bool const wasRed = n.red();
-    Ptr<PtrInterface> owned = unhook(n, only);
-    if (!wasRed) balanceAfterRemoval(below, parent, wasLeft);
+    Side const side = parent == nullptr ? left : sideOf(n);
+    if (below != nullptr) below->parentIs(parent);
+    Link owned = std::exchange(slot(n), std::move(only));
+    if (!n.red()) balanceAfterRemoval(below, parent, side);
     n.parentIs(nullptr);
     n.redIs(false);
     return owned;
@@ -95,20 +88,20 @@ class RbTreeMapGeneric::Shape {
 
   // n and the node behind it change places and colours, so that n has a free side.
   void exchangeWithSuccessor(RbNode& n) const noexcept {
-    RbNode* next = nodeOf(n.right_);
-    while (next->left_) next = nodeOf(next->left_);
+    RbNode* next = nodeOf(n.child_[right]);
+    while (next->child_[left]) next = nodeOf(next->child_[left]);
     RbNode& successor = *next;
     bool const direct = successor.parent() == &n;
-    Ptr<PtrInterface>& upperPlace = slot(n);
+    Link& upperPlace = slot(n);
     RbNode* const upperParent = n.parent();
     RbNode* const lowerParent = successor.parent();
-    Ptr<PtrInterface> lower = std::exchange(slot(successor), Ptr<PtrInterface>{});
-    Ptr<PtrInterface> upper = std::exchange(upperPlace, Ptr<PtrInterface>{});
+    Link lower = std::move(slot(successor));
+    Link upper = std::move(upperPlace);
 
-    std::swap(n.left_, successor.left_);    // the successor has none
-    std::swap(n.right_, successor.right_);  // if direct, n's is empty now
+    std::swap(n.child_[left], successor.child_[left]);    // the successor has none
+    std::swap(n.child_[right], successor.child_[right]);  // if direct, n's is empty now
     upperPlace = std::move(lower);
-    (direct ? successor.right_ : lowerParent->left_) = std::move(upper);
+    (direct ? successor.child_[right] : lowerParent->child_[left]) = std::move(upper);
 
     bool const nRed = n.red();
     n.redIs(successor.red());
@@ -116,47 +109,49 @@ class RbTreeMapGeneric::Shape {
     successor.parentIs(upperParent);
     n.parentIs(direct ? &successor : lowerParent);
     for (RbNode* changed : {&n, &successor}) {
-      if (RbNode* const left = nodeOf(changed->left_)) left->parentIs(changed);
-      if (RbNode* const right = nodeOf(changed->right_)) right->parentIs(changed);
+      for (Link const& link : changed->child_) {
+        if (RbNode* const below = nodeOf(link)) below->parentIs(changed);
+      }
     }
   }
 
-  // The subtree at `n`, perhaps empty, under `parent` lacks one black node.
-  void balanceAfterRemoval(RbNode* n, RbNode* parent, bool left) const noexcept {
+  // The subtree at `n`, perhaps empty, on that side of `parent`, lacks one black node.
+  void balanceAfterRemoval(RbNode* n, RbNode* parent, Side side) const noexcept {
     while (parent != nullptr && !isRed(n)) {
-      RbNode* sibling = nodeOf(left ? parent->right_ : parent->left_);  // not empty: its side has a black node more
+      Side const away = RbNode::opposite(side);
+      RbNode* sibling = nodeOf(parent->child_[away]);  // not empty: its side has a black node more
       if (sibling->red()) {
         sibling->redIs(false);
         parent->redIs(true);
-        rotate(*parent, left);
-        sibling = nodeOf(left ? parent->right_ : parent->left_);
+        rotate(*parent, side);
+        sibling = nodeOf(parent->child_[away]);
       }
-      RbNode* const near = nodeOf(left ? sibling->left_ : sibling->right_);
-      RbNode* far = nodeOf(left ? sibling->right_ : sibling->left_);
+      RbNode* const near = nodeOf(sibling->child_[side]);
+      RbNode* far = nodeOf(sibling->child_[away]);
       if (!isRed(near) && !isRed(far)) {
         sibling->redIs(true);
         n = parent;
         parent = n->parent();
-        left = parent != nullptr && isLeft(*n);
+        if (parent != nullptr) side = sideOf(*n);
         continue;
       }
       if (!isRed(far)) {
         near->redIs(false);
         sibling->redIs(true);
-        rotate(*sibling, !left);
+        rotate(*sibling, away);
         far = sibling;
         sibling = near;
       }
       sibling->redIs(parent->red());
       parent->redIs(false);
       far->redIs(false);
-      rotate(*parent, left);
+      rotate(*parent, side);
       return;
     }
     if (n != nullptr) n->redIs(false);
   }
 
-  Ptr<PtrInterface>& root_;
+  Link& root_;
   U32 offset_;
 };
 
@@ -169,7 +164,7 @@ void RbTreeMapGeneric::memberNewChild(U32 nodeOffset, int, Ptr<PtrInterface> con
   if (parent) {
     RbNode& above = shape.nodeOf(*parent);
     n.parentIs(&above);
-    (left ? above.left_ : above.right_) = member;
+    above.child_[left ? RbNode::left : RbNode::right] = member;
   } else {
     root_ = member;
   }
@@ -185,10 +180,9 @@ void RbTreeMapGeneric::memberReplace(U32 nodeOffset, int, Ptr<PtrInterface> cons
   RbNode& from = shape.nodeOf(*old);
   RbNode& to = shape.nodeOf(*member);
   Ptr<PtrInterface>& place = shape.slot(from);
-  to.left_ = std::move(from.left_);
-  to.right_ = std::move(from.right_);
-  for (RbNode* below : {shape.nodeOf(to.left_), shape.nodeOf(to.right_)}) {
-    if (below != nullptr) below->parentIs(&to);
+  for (RbNode::Side const side : {RbNode::left, RbNode::right}) {
+    to.child_[side] = std::move(from.child_[side]);
+    if (RbNode* const below = shape.nodeOf(to.child_[side])) below->parentIs(&to);
   }
   to.parentIs(from.parent());
   to.redIs(from.red());
@@ -224,8 +218,8 @@ U32 RbTreeMapGeneric::verify(U32 nodeOffset) const {
       RbNode const& n = node(*link, offset);
       if (n.parent() != parent) broken("a node knows its parent");
       if (n.red() && (parent == nullptr || parent->red())) broken("a red node has a black parent");
-      Measured const left = (*this)(n.left_, &n);
-      Measured const right = (*this)(n.right_, &n);
+      Measured const left = (*this)(n.child_[RbNode::left], &n);
+      Measured const right = (*this)(n.child_[RbNode::right], &n);
       if (left.blacks != right.blacks) broken("both sides have the same black depth");
       return {left.count + right.count + 1, std::max(left.depth, right.depth) + 1, left.blacks + (n.red() ? 0U : 1U)};
     }

@@ -27,6 +27,9 @@ class RbNode {
   template <class M, class K, class V>
   friend class RbTreeMap;
 
+  enum Side : unsigned char { left, right };
+  static Side opposite(Side side) noexcept { return side == left ? right : left; }
+
   static constexpr std::uintptr_t redBit = 1;
   void parentIs(RbNode* parent) noexcept {
     parentAndColour_ = reinterpret_cast<std::uintptr_t>(parent) | (parentAndColour_ & redBit);
@@ -34,8 +37,7 @@ class RbNode {
   void redIs(bool red) noexcept { parentAndColour_ = (parentAndColour_ & ~redBit) | (red ? redBit : 0); }
 
   std::uintptr_t parentAndColour_ = 0;  // the parent's node; the lowest bit is set in a red one
-  Ptr<PtrInterface> left_;              // keys below this one; released behind right_
-  Ptr<PtrInterface> right_;             // keys above this one
+  Ptr<PtrInterface> child_[2];          // left: keys below this one; right: keys above, released first
 };
 
 /// Each operation takes the byte position of the node inside a member, and 0.

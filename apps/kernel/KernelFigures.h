@@ -1,6 +1,7 @@
 // KernelFigures: what one reading of the kernel found. Plain numbers.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -19,6 +20,14 @@ struct RouteCounts {
   friend bool operator==(RouteCounts const&, RouteCounts const&) = default;
 };
 
+/// The same routes by the length of their prefix.
+struct PrefixCounts {
+  std::uint32_t hosts = 0;                    // the prefix is a whole address
+  std::array<std::uint32_t, 128> byLength{};  // shorter ones
+
+  friend bool operator==(PrefixCounts const&, PrefixCounts const&) = default;
+};
+
 /// Distinct sets of next hops in use.
 struct SetCounts {
   std::uint32_t singlePath = 0;
@@ -30,11 +39,17 @@ struct SetCounts {
 struct KernelFigures {
   std::uint32_t vrfs = 0;  // with the default one
   std::uint32_t vxlanTunnels = 0;
+  std::uint32_t tunnels = 0;  // with the VXLAN ones
   bool routesVxlan = false;
 
   RouteCounts ipv4;
   RouteCounts ipv6;
   RouteCounts mpls;
+  PrefixCounts ipv4Prefixes;
+  PrefixCounts ipv6Prefixes;
+
+  std::uint32_t mplsPops = 0;    // MPLS routes with some path on which the packet leaves without the label it came with
+  std::uint32_t mplsPushes = 0;  // distinct paths in use on which labels are added
 
   SetCounts ipSets;      // of IP routes, without tunnels
   SetCounts mplsSets;    // of MPLS routes
@@ -44,11 +59,12 @@ struct KernelFigures {
   std::uint64_t routesTaken = 0;    // those that the figures count
   std::uint64_t routesFailed = 0;   // malformed
 
-  std::uint32_t failedNeighbours = 0;  // unresolvable, or malformed
-  std::uint32_t routesTrapped = 0;     // the hardware hands their packets to the CPU
-  std::uint32_t failedNextHops = 0;    // malformed next-hop objects
-  std::uint32_t nestedGroups = 0;      // next-hop groups with groups as members
-  std::uint32_t missingNextHops = 0;   // next-hop objects that routes name and the kernel did not tell
+  std::uint32_t linkLayerNeighbours = 0;  // with a link-layer address that was learnt or given
+  std::uint32_t failedNeighbours = 0;     // unresolvable, or malformed
+  std::uint32_t routesTrapped = 0;        // the hardware hands their packets to the CPU
+  std::uint32_t failedNextHops = 0;       // malformed next-hop objects
+  std::uint32_t nestedGroups = 0;         // next-hop groups with groups as members
+  std::uint32_t missingNextHops = 0;      // next-hop objects that routes name and the kernel did not tell
 
   std::vector<std::string_view> interrupted;  // names of tables that changed during every attempt to read them
 };

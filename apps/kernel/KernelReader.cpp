@@ -94,7 +94,9 @@ class Reader {
   void sumUp() {
     figures_.vrfs = links_.count(LinkKind::vrf) + 1;
     figures_.vxlanTunnels = links_.count(LinkKind::vxlan);
+    figures_.tunnels = links_.tunnelCount();
     figures_.routesVxlan = links_.routesVxlan();
+    figures_.linkLayerNeighbours = neighbours_.linkLayerCount();
     figures_.failedNeighbours = neighbours_.failedCount() + unreadableNeighbours_;
     figures_.nestedGroups = objects_.nestedGroupCount();
     figures_.missingNextHops = objects_.missingCount();

@@ -25,6 +25,8 @@ std::uint32_t LinkTable::count(LinkKind kind) const noexcept {
   return static_cast<std::uint32_t>(std::count_if(links_.begin(), links_.end(), isOfKind));
 }
 
+std::uint32_t LinkTable::tunnelCount() const noexcept { return count(LinkKind::tunnel) + count(LinkKind::vxlan); }
+
 bool LinkTable::needsNeighbours(std::uint32_t index) const noexcept {
   Entry const* entry = find(index);
   return entry == nullptr || (entry->link.flags & (IFF_NOARP | IFF_LOOPBACK)) == 0;

@@ -15,6 +15,7 @@ class LinkTable {
   void clearAddresses() noexcept;  // addresses alone
 
   [[nodiscard]] std::uint32_t count(LinkKind kind) const noexcept;
+  [[nodiscard]] std::uint32_t tunnelCount() const noexcept;  // links of which isTunnel() is true
   /// Whether gateways on the link have link-layer addresses to be resolved. True of an unknown link.
   [[nodiscard]] bool needsNeighbours(std::uint32_t index) const noexcept;
   /// Whether what leaves by the link is put into another packet.

@@ -26,6 +26,7 @@ std::optional<Neighbour> readNeighbour(Bytes body) {
   neighbour.resolution = resolutionOf(header.ndm_state);
   if (header.ndm_family != AF_INET && header.ndm_family != AF_INET6) return neighbour;
   bool const whole = walkAttributes(afterHeader<ndmsg>(body), [&](Attribute const& a) {
+    if (a.type == NDA_LLADDR) neighbour.hasLinkLayerAddress = !a.payload.empty() && (header.ndm_state & NUD_NOARP) == 0;
     return a.type != NDA_DST || neighbour.at.gateway.set(header.ndm_family, a.payload);
   });
   if (!whole) return std::nullopt;

@@ -17,6 +17,7 @@ enum class Resolution : std::uint8_t {
 struct Neighbour {
   Adjacency at;  // without an address if the kernel gives none
   Resolution resolution = Resolution::open;
+  bool hasLinkLayerAddress = false;  // learnt or given; not one that follows from the address itself (NUD_NOARP)
 };
 
 /// Nothing if the message is malformed.

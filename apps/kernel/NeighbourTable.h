@@ -1,4 +1,4 @@
-// NeighbourTable: the resolved neighbours of this host.
+// NeighbourTable: the neighbours of this host: which are resolved, and how many there are of some kinds.
 #pragma once
 
 #include "apps/kernel/AdjacencyTable.h"
@@ -13,10 +13,13 @@ class NeighbourTable {
 
   [[nodiscard]] bool isResolved(Adjacency const& adjacency) const { return resolved_.holds(adjacency); }
   [[nodiscard]] std::uint32_t failedCount() const noexcept { return failed_; }
+  /// Those with a link-layer address.
+  [[nodiscard]] std::uint32_t linkLayerCount() const noexcept { return linkLayer_; }
 
  private:
   AdjacencyTable resolved_;
   std::uint32_t failed_ = 0;
+  std::uint32_t linkLayer_ = 0;
 };
 
 }  // namespace Apps::Kernel

@@ -1,5 +1,7 @@
 #include "apps/kernel/NextHopTable.h"
 
+#include <linux/lwtunnel.h>
+
 #include <algorithm>
 
 namespace Apps::Kernel {
@@ -62,6 +64,12 @@ std::span<std::uint32_t const> NextHopTable::set(std::uint32_t number) const {
 
 bool NextHopTable::isTunnelled(Member const& path) const noexcept {
   return path.encapsulation != 0 && encapsulations_[path.encapsulation - 1].type != Path::labels;
+}
+
+bool NextHopTable::pushesLabels(Member const& path) const noexcept {
+  if (path.encapsulation == 0) return false;
+  Encapsulation const& e = encapsulations_[path.encapsulation - 1];
+  return e.type == LWTUNNEL_ENCAP_MPLS || (e.type == Path::labels && e.bytes.size() > labelSize);
 }
 
 }  // namespace Apps::Kernel

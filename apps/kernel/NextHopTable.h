@@ -29,12 +29,18 @@ class NextHopTable {
 
   [[nodiscard]] std::size_t setCount() const noexcept { return sets_.size(); }
   [[nodiscard]] std::span<std::uint32_t const> set(std::uint32_t number) const;  // rising numbers of paths
+  [[nodiscard]] std::size_t pathCount() const noexcept { return paths_.size(); }
   [[nodiscard]] Member const& path(std::uint32_t number) const { return paths_[number]; }
   [[nodiscard]] AdjacencyTable const& adjacencies() const noexcept { return adjacencies_; }
   /// Whether packets on the path go through a lightweight tunnel.
   [[nodiscard]] bool isTunnelled(Member const& path) const noexcept;
+  /// Whether packets on the path get more MPLS labels than they came with: labels around an IP packet, or several for
+  /// the one that was taken off.
+  [[nodiscard]] bool pushesLabels(Member const& path) const noexcept;
 
  private:
+  static constexpr std::size_t labelSize = 4;  // bytes of an entry of a label stack
+
   struct Encapsulation {
     std::uint16_t type;
     std::string bytes;

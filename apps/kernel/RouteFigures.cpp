@@ -26,6 +26,7 @@ void RouteFigures::add(Route const& route) {
 
   OfFamily& family = families_[static_cast<std::size_t>(route.family)];
   ++family.routes;
+  addPrefix(family.prefixes, route);
   ResolvedPaths const& paths = pathsOf(route);
   bool const isUnprogrammed = isDown(route.flags) || (route.flags & RTM_F_OFFLOAD_FAILED) != 0 || paths.allDown;
   if (isUnprogrammed) ++family.unprogrammed;
@@ -54,6 +55,12 @@ ResolvedPaths const& RouteFigures::pathsOf(Route const& route) {
   return paths_;
 }
 
+void RouteFigures::addPrefix(PrefixCounts& prefixes, Route const& route) {
+  unsigned const bits = addressBits(route.family);
+  if (bits == 0) return;
+  ++(route.prefixLength == bits ? prefixes.hosts : prefixes.byLength.at(route.prefixLength));
+}
+
 void RouteFigures::markUnprogrammed(OfFamily& family, std::uint32_t adjacency) {
   if (family.unprogrammedAdjacencies.size() <= adjacency) family.unprogrammedAdjacencies.resize(adjacency + 1);
   family.unprogrammedAdjacencies[adjacency] = true;
@@ -69,6 +76,9 @@ void RouteFigures::sumUp(KernelFigures& figures, std::function<bool(Adjacency co
   figures.ipv4 = counts(families_[static_cast<std::size_t>(Family::ipv4)], pending);
   figures.ipv6 = counts(families_[static_cast<std::size_t>(Family::ipv6)], pending);
   figures.mpls = counts(families_[static_cast<std::size_t>(Family::mpls)], pending);
+  figures.ipv4Prefixes = families_[static_cast<std::size_t>(Family::ipv4)].prefixes;
+  figures.ipv6Prefixes = families_[static_cast<std::size_t>(Family::ipv6)].prefixes;
+  countLabels(figures);
 
   auto const isTunnelled = [&](std::uint32_t number) {
     NextHopTable::Member const& path = nextHops_.path(number);
@@ -116,9 +126,23 @@ RouteCounts RouteFigures::counts(OfFamily const& family, std::vector<bool> const
   return result;
 }
 
-bool RouteFigures::isUsed(Family family, std::uint32_t set) const noexcept {
+void RouteFigures::countLabels(KernelFigures& figures) const {
+  std::vector<bool> pushing(nextHops_.pathCount());
+  figures.mplsPops = 0;
+  for (std::uint32_t set = 0; set < nextHops_.setCount(); ++set) {
+    auto const paths = nextHops_.set(set);
+    std::uint32_t const labelled = routesOfSet(Family::mpls, set);
+    auto const pops = [this](std::uint32_t path) { return nextHops_.path(path).encapsulation == 0; };
+    if (std::any_of(paths.begin(), paths.end(), pops)) figures.mplsPops += labelled;
+    if (labelled == 0 && !isUsed(Family::ipv4, set) && !isUsed(Family::ipv6, set)) continue;
+    for (std::uint32_t path : paths) pushing[path] = pushing[path] || nextHops_.pushesLabels(nextHops_.path(path));
+  }
+  figures.mplsPushes = static_cast<std::uint32_t>(std::count(pushing.begin(), pushing.end(), true));
+}
+
+std::uint32_t RouteFigures::routesOfSet(Family family, std::uint32_t set) const noexcept {
   auto const& routes = families_[static_cast<std::size_t>(family)].routesOfSet;
-  return set < routes.size() && routes[set] != 0;
+  return set < routes.size() ? routes[set] : 0;
 }
 
 }  // namespace Apps::Kernel

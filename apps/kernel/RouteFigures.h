@@ -22,8 +22,8 @@ class RouteFigures {
   void add(Route const& route);   // a route of another family is passed over
   void addUnreadable() noexcept;  // a route message that was malformed
 
-  /// Fills the figures about routes, next-hop sets and route messages. `isPending` tells whether an adjacency with a
-  /// gateway waits for its neighbour, `isTunnel` whether the link with an index is one.
+  /// Fills the figures about routes, their prefixes, next-hop sets, MPLS labels and route messages. `isPending` tells
+  /// whether an adjacency with a gateway waits for its neighbour, `isTunnel` whether the link with an index is one.
   void sumUp(KernelFigures& figures, std::function<bool(Adjacency const&)> const& isPending,
              std::function<bool(std::uint32_t)> const& isTunnel) const;
 
@@ -31,14 +31,18 @@ class RouteFigures {
   struct OfFamily {
     std::uint64_t routes = 0;
     std::uint64_t unprogrammed = 0;
+    PrefixCounts prefixes;                      // of IPv4 and IPv6
     std::vector<std::uint32_t> routesOfSet;     // by number of the set
     std::vector<bool> unprogrammedAdjacencies;  // by number of the adjacency
   };
 
   [[nodiscard]] ResolvedPaths const& pathsOf(Route const& route);
+  static void addPrefix(PrefixCounts& prefixes, Route const& route);
   void markUnprogrammed(OfFamily& family, std::uint32_t adjacency);
   [[nodiscard]] RouteCounts counts(OfFamily const& family, std::vector<bool> const& pending) const;
-  [[nodiscard]] bool isUsed(Family family, std::uint32_t set) const noexcept;
+  void countLabels(KernelFigures& figures) const;
+  [[nodiscard]] std::uint32_t routesOfSet(Family family, std::uint32_t set) const noexcept;
+  [[nodiscard]] bool isUsed(Family family, std::uint32_t set) const noexcept { return routesOfSet(family, set) != 0; }
 
   NextHopTable& nextHops_;
   NextHopObjects& objects_;

@@ -81,10 +81,13 @@ bool readRoute(Bytes body, Route& route) {
   if (!readFront(body, header)) return false;
   route.family = familyOf(header.rtm_family);
   route.type = header.rtm_type;
+  route.prefixLength = header.rtm_dst_len;
   route.flags = header.rtm_flags;
   route.nextHopId = 0;
   route.paths.clear();
   if (route.family == Family::other) return true;
+  unsigned const bits = addressBits(route.family);
+  if (bits != 0 && route.prefixLength > bits) return false;
 
   Path own;  // of a route with one path: its attributes stand in the route itself
   own.flags = static_cast<std::uint8_t>(header.rtm_flags);

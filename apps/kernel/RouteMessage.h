@@ -10,12 +10,18 @@ namespace Apps::Kernel {
 
 enum class Family : std::uint8_t { ipv4, ipv6, mpls, other };
 
+/// The bits of an address: the length of a host route's prefix. 0 for families without prefixes.
+[[nodiscard]] constexpr unsigned addressBits(Family family) noexcept {
+  return family == Family::ipv4 ? 32 : family == Family::ipv6 ? 128 : 0;
+}
+
 struct Route {
   Family family = Family::other;
-  std::uint8_t type = 0;        // RTN_*
-  std::uint32_t flags = 0;      // RTM_F_* and RTNH_F_*
-  std::uint32_t nextHopId = 0;  // of a next-hop object; 0: none
-  std::vector<Path> paths;      // empty: it forwards nowhere, or the object alone tells where
+  std::uint8_t type = 0;          // RTN_*
+  std::uint8_t prefixLength = 0;  // of IPv4 and IPv6, at most the bits of an address
+  std::uint32_t flags = 0;        // RTM_F_* and RTNH_F_*
+  std::uint32_t nextHopId = 0;    // of a next-hop object; 0: none
+  std::vector<Path> paths;        // empty: it forwards nowhere, or the object alone tells where
 
   /// Whether it is an entry of the forwarding table that sends packets on or discards them: not one of this host's own
   /// addresses, a broadcast, anycast or multicast address, nor a copy in a cache.

@@ -22,13 +22,21 @@ struct Time {
   double seconds;  // since 1970
 };
 
+/// One member of a collection.
+struct Member {
+  std::uint64_t key;
+  std::variant<bool, std::uint64_t> value;
+  std::string text;  // the value's text form
+};
+
 struct Figure {
-  std::string_view entity;     // "status"
+  std::string_view entity;     // its full name: "status", "status.lemV4RouteStats"
   std::string_view attribute;  // "ipv4RouteStats"
   std::string_view group;      // the heading under which a table has it
-  std::string_view label;      // what a table calls it there
-  std::variant<bool, std::uint64_t, Time, std::vector<Field>> value;
-  std::string text;  // the value's text form
+  std::string_view label;      // what a table calls it there: its line, or its column
+  std::variant<bool, std::uint64_t, Time, std::vector<Field>, std::vector<Member>> value;  // members by rising key
+  std::string text;           // the value's text form; of a collection empty, its members have their own
+  std::string_view row = {};  // what a table calls its row; of a collection, the rows: the key follows
 };
 
 [[nodiscard]] std::vector<Figure> figuresOf(Roots const& roots);

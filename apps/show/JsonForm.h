@@ -1,4 +1,5 @@
-// The figures as one JSON object: an object for each entity, in it a member for each attribute, by their names.
+// The figures as one JSON object: an object for each entity, in it a member for each attribute, by their names. A child
+// is an object in that of its parent, a collection one with its keys for names.
 #pragma once
 
 #include "apps/show/Figures.h"

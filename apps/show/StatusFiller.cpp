@@ -3,6 +3,7 @@
 namespace Apps::Show {
 
 using namespace Hardware::DornL3Unicast;
+using Hardware::Dorn::FapId;
 
 namespace {
 
@@ -37,6 +38,43 @@ RestartHelperStats restartHelperStats(Kernel::KernelFigures const& figures) {
   return stats;
 }
 
+// Calls `remove`, which takes the iterator, at each member of a collection whose key is gone.
+template <class Iterator, class IsGone, class Remove>
+void removeGone(Iterator it, IsGone const& isGone, Remove const& remove) {
+  for (; it; ++it) {
+    if (isGone(it->key())) remove(it);
+  }
+}
+
+void fillPrefixes(LemRouteStats& lem, Kernel::PrefixCounts const& counts) {
+  lem.hostsInLemIs(counts.hosts != 0);
+  lem.hostCountIs(counts.hosts);
+  auto const isGone = [&counts](Vek::U32 length) {
+    return length >= counts.byLength.size() || counts.byLength[length] == 0;
+  };
+  removeGone(lem.prefixLenInLemIterator(), isGone, [&lem](auto& it) { lem.prefixLenInLemDel(it); });
+  removeGone(lem.routeCountIterator(), isGone, [&lem](auto& it) { lem.routeCountDel(it); });
+  for (Vek::U32 length = 0; length < counts.byLength.size(); ++length) {
+    if (isGone(length)) continue;
+    lem.prefixLenInLemIs(length, true);
+    lem.routeCountIs(length, counts.byLength[length]);
+  }
+}
+
+// The kernel is the one forwarding processor of its host.
+void fillEntriesInUse(Status& status, Kernel::KernelFigures const& figures) {
+  FapId const kernel{0};
+  auto const isGone = [kernel](FapId fap) { return fap != kernel; };
+  removeGone(status.inUseArpEntriesIterator(), isGone, [&](auto& it) { status.inUseArpEntriesDel(it); });
+  removeGone(status.inUseIpTunnelEntriesIterator(), isGone, [&](auto& it) { status.inUseIpTunnelEntriesDel(it); });
+  removeGone(status.inUseMplsTailEntriesIterator(), isGone, [&](auto& it) { status.inUseMplsTailEntriesDel(it); });
+  removeGone(status.inUseMplsHeadEntriesIterator(), isGone, [&](auto& it) { status.inUseMplsHeadEntriesDel(it); });
+  status.inUseArpEntriesIs(kernel, figures.linkLayerNeighbours);
+  status.inUseIpTunnelEntriesIs(kernel, figures.tunnels);
+  status.inUseMplsTailEntriesIs(kernel, figures.mplsPops);
+  status.inUseMplsHeadEntriesIs(kernel, figures.mplsPushes);
+}
+
 }  // namespace
 
 void fill(Roots const& roots, Kernel::KernelFigures const& figures) {
@@ -49,6 +87,9 @@ void fill(Roots const& roots, Kernel::KernelFigures const& figures) {
   status.mplsFecsIs(fecCountStats(figures.mplsSets));
   status.tunnelFecsIs(fecCountStats(figures.tunnelSets));
   status.numVxlanTunnelsIs(figures.vxlanTunnels);
+  fillEntriesInUse(status, figures);
+  fillPrefixes(*status.lemV4RouteStatsIs("lemV4RouteStats"), figures.ipv4Prefixes);
+  fillPrefixes(*status.lemV6RouteStatsIs("lemV6RouteStats"), figures.ipv6Prefixes);
   status.lemCmdsStatsIs(lemCmdsStats(figures));
   status.restartHelperStatsIs(restartHelperStats(figures));
   roots.vxlanRouting->vxlanRoutingEnabledIs(figures.routesVxlan);

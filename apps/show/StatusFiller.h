@@ -6,8 +6,9 @@
 
 namespace Apps::Show {
 
-/// Sets every attribute that the kernel has a figure for. Reactors are told of those that change. The answer to a
-/// request (`statusResponseId`, `statusUpdatedTime`) stays as it is.
+/// Sets every attribute that the kernel has a figure for, and takes out of collections what the kernel no longer has.
+/// Reactors are told of what changes, and of nothing else. The answer to a request (`statusResponseId`,
+/// `statusUpdatedTime`) stays as it is.
 void fill(Roots const& roots, Kernel::KernelFigures const& figures);
 
 }  // namespace Apps::Show

@@ -5,9 +5,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <compare>
 #include <ctime>
 #include <iterator>
+#include <map>
 #include <span>
+#include <utility>
 
 namespace Apps::Show {
 
@@ -27,15 +30,79 @@ std::string timeText(Time const& time) {
   return {text.data(), length};
 }
 
-struct ScalarText {
-  std::string operator()(bool value) const { return value ? "yes" : "no"; }
-  std::string operator()(std::uint64_t value) const { return fmt::format("{}", value); }
-  std::string operator()(Time const& value) const { return timeText(value); }
-  std::string operator()(std::vector<Field> const&) const { return {}; }
+struct Row {
+  std::uint64_t place;
+  std::string label;
+
+  friend auto operator<=>(Row const&, Row const&) = default;
 };
 
-std::vector<Field> const* fieldsOf(Figure const& figure) noexcept {
-  return std::get_if<std::vector<Field>>(&figure.value);
+struct Cell {
+  Row row;
+  std::string text;
+};
+
+std::string scalarText(bool value) { return value ? "yes" : "no"; }
+std::string scalarText(std::uint64_t value) { return fmt::format("{}", value); }
+std::string scalarText(Time const& value) { return timeText(value); }
+
+// The cells of one figure.
+struct CellsOf {
+  std::string_view row;  // as the figure names it
+
+  template <class Scalar>
+  std::vector<Cell> operator()(Scalar const& value) const {
+    return {{{0, std::string{row}}, scalarText(value)}};
+  }
+  std::vector<Cell> operator()(std::vector<Field> const& fields) const {
+    std::vector<Cell> cells;
+    cells.reserve(fields.size());
+    for (Field const& field : fields)
+      cells.push_back({{cells.size(), std::string{field.label}}, scalarText(field.value)});
+    return cells;
+  }
+  std::vector<Cell> operator()(std::vector<Member> const& members) const {
+    auto const text = [](auto value) { return scalarText(value); };
+    std::vector<Cell> cells;
+    cells.reserve(members.size());
+    for (Member const& member : members) {
+      // The scalars beside a collection come first.
+      cells.push_back({{member.key + 1, fmt::format("{}{}", row, member.key)}, std::visit(text, member.value)});
+    }
+    return cells;
+  }
+};
+
+// The cells of a group, by row and column. Figures that share a label share a column.
+class Grid {
+ public:
+  explicit Grid(Group group) {
+    for (Figure const& figure : group) {
+      std::size_t const column = columnOf(figure.label);
+      for (Cell& cell : std::visit(CellsOf{figure.row}, figure.value)) rows_[cell.row][column] = std::move(cell.text);
+    }
+  }
+
+  [[nodiscard]] std::vector<std::string_view> const& columns() const { return columns_; }
+  [[nodiscard]] auto const& rows() const { return rows_; }
+
+ private:
+  std::size_t columnOf(std::string_view label) {
+    auto const found = std::find(columns_.begin(), columns_.end(), label);
+    auto const column = static_cast<std::size_t>(found - columns_.begin());
+    if (found == columns_.end()) columns_.push_back(label);
+    return column;
+  }
+
+  std::vector<std::string_view> columns_;
+  std::map<Row, std::map<std::size_t, std::string>> rows_;
+};
+
+// Whether the figure has a line of its own, instead of a column.
+bool isLine(Figure const& figure) noexcept {
+  bool const isScalar = !std::holds_alternative<std::vector<Field>>(figure.value) &&
+                        !std::holds_alternative<std::vector<Member>>(figure.value);
+  return isScalar && figure.row.empty();
 }
 
 class Writer {
@@ -44,32 +111,35 @@ class Writer {
 
   void write(Group group) {
     if (!text_.empty()) text_ += '\n';
-    if (fieldsOf(group.front()) != nullptr) {
-      writeRecords(group);
+    if (isLine(group.front())) {
+      writeLines(group);
     } else {
-      writeScalars(group);
+      writeGrid(group.front().group, Grid{group});
     }
   }
 
   std::string take() { return std::move(text_); }
 
  private:
-  void writeScalars(Group group) {
+  void writeLines(Group group) {
     heading(std::string{group.front().group});
     for (Figure const& figure : group) {
-      append("{:<{}}{}\n", figure.label, labelWidth, std::visit(ScalarText{}, figure.value));
+      for (Cell const& cell : std::visit(CellsOf{figure.row}, figure.value)) {
+        append("{:<{}}{}\n", figure.label, labelWidth, cell.text);
+      }
     }
   }
 
-  // The records of a group are of one type: they have the same attributes.
-  void writeRecords(Group group) {
-    std::string line = fmt::format("{:<{}}", group.front().group, labelWidth);
-    for (Figure const& figure : group) line += fmt::format("{:>{}}", figure.label, valueWidth);
+  void writeGrid(std::string_view name, Grid const& grid) {
+    std::string line = fmt::format("{:<{}}", name, labelWidth);
+    for (std::string_view column : grid.columns()) line += fmt::format("{:>{}}", column, valueWidth);
     heading(line.substr(0, line.find_last_not_of(' ') + 1));
-    std::vector<Field> const& rows = *fieldsOf(group.front());
-    for (std::size_t row = 0; row < rows.size(); ++row) {
-      append("{:<{}}", rows[row].label, labelWidth);
-      for (Figure const& figure : group) append("{:>{}}", fieldsOf(figure)->at(row).value, valueWidth);
+    for (auto const& [row, cells] : grid.rows()) {
+      append("{:<{}}", row.label, labelWidth);
+      for (std::size_t column = 0; column < grid.columns().size(); ++column) {
+        auto const cell = cells.find(column);
+        append("{:>{}}", cell == cells.end() ? "-" : cell->second, valueWidth);
+      }
       text_ += '\n';
     }
   }

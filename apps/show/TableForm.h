@@ -13,7 +13,8 @@ enum class Style {
   terminal  // headings stand out by escape sequences
 };
 
-/// One table a group; a record is a column, its attributes are the rows. Lines stay under 80 columns.
+/// One table a group. A record or a collection is a column, its attributes or members are the rows; what a column does
+/// not have is a dash. Lines stay under 80 columns.
 [[nodiscard]] std::string tableForm(std::vector<Figure> const& figures, Style style);
 
 }  // namespace Apps::Show

@@ -1,4 +1,5 @@
-// The figures in the text form of their values: one line each, 'status.numVrfs = 3'.
+// The figures in the text form of their values: one line each, 'status.numVrfs = 3'; a
+// collection has one a member, 'status.inUseArpEntries[0] = 3'.
 #pragma once
 
 #include "apps/show/Figures.h"

@@ -1,5 +1,7 @@
 #include "platform/vek/Dir.h"
 
+#include <algorithm>
+
 namespace Vek {
 
 Dir& Dir::root() {
@@ -14,6 +16,14 @@ Dir& Dir::root() {
 Ptr<Entity> Dir::entry(Name const& name) const {
   auto const place = entries_.find(name);
   return place == entries_.end() ? Ptr<Entity>{} : place->second;
+}
+
+std::vector<Name> Dir::names() const {
+  std::vector<Name> names;
+  names.reserve(entries_.size());
+  for (auto const& [name, entity] : entries_) names.push_back(name);
+  std::sort(names.begin(), names.end());
+  return names;
 }
 
 void Dir::entryIs(Ptr<Entity> const& entity) { entries_[entity->name()] = entity; }

@@ -5,6 +5,7 @@
 #include "platform/vek/Entity.h"
 
 #include <unordered_map>
+#include <vector>
 
 namespace Vek {
 
@@ -20,6 +21,8 @@ class Dir : public PtrInterface {
   /// Takes the entry out; returns it, or null where there was none.
   Ptr<Entity> entryDel(Name const& name);
 
+  /// The names of the entries, in their order.
+  [[nodiscard]] std::vector<Name> names() const;
   [[nodiscard]] U32 entryCount() const noexcept { return static_cast<U32>(entries_.size()); }
 
  private:

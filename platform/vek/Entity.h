@@ -23,6 +23,8 @@ class Entity : public PtrInterface {
   static constexpr AttributeId readCountAttr = 133;
   /// The parent attribute of an entity that has no parent.
   static constexpr AttributeId noParentAttr = 136;
+  /// Where the numbers of a type's own attributes begin.
+  static constexpr AttributeId firstOwnAttr = 258;
   /// The event that the last reference has gone.
   static constexpr AttributeId zeroReferencesEvent = 5;
   /// Every entity's marker attribute: it can be written to an attribute log.
@@ -81,6 +83,11 @@ class Entity : public PtrInterface {
   AttributeId parentAttrId_ = noParentAttr;
   Entity* parent_ = nullptr;
 };
+
+/// Whether an attribute of a type is the type's own, and not one that every entity has.
+[[nodiscard]] inline bool isOwn(VekType const& type, VekAttr const& attr) noexcept {
+  return !type.isEntity() || attr.id() >= Entity::firstOwnAttr;
+}
 
 /// Base of the reactors of entities.
 class Entity::NotifieeConst : public PtrInterface::NotifieeConst {

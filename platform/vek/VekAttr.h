@@ -2,6 +2,7 @@
 // Owner: its type's record. Thread: as VekType.
 #pragma once
 
+#include "core/HashMap.h"
 #include "core/Name.h"
 #include "core/Ptr.h"
 
@@ -78,9 +79,14 @@ class VekAttr : public PtrInterface {
   void keyArgIs(U32 position) noexcept { keyArg_ = position; }
   [[nodiscard]] U32 keyArg() const noexcept { return keyArg_; }
 
+  // As a member of its type's attributes by name:
+  [[nodiscard]] Name const& vekKey() const noexcept { return name_; }
+  [[nodiscard]] HashLink& vekLink() noexcept { return link_; }
+  static constexpr auto vekLinkMember() noexcept { return &VekAttr::link_; }
+
  private:
   VekType* owner_;
-  Name name_;
+  Name const name_;
   VekType const* valueType_;
   VekType const* keyType_;
   AttrFlags flags_;
@@ -89,6 +95,7 @@ class VekAttr : public PtrInterface {
   std::vector<ConstructorArgument> constructorArgs_;
   Name keyAttrName_;
   U32 keyArg_ = 0;
+  HashLink link_;
 };
 
 }  // namespace Vek

@@ -32,7 +32,10 @@ void VekType::flagIs(U32& word, U32 bit, bool on) {
   typeFlagsDoEmbeddedWriteConstraints();
 }
 
-void VekType::attributeQEnq(Ptr<VekAttr> const& attr) { attributes_.enqueue(attr); }
+void VekType::attributeQEnq(Ptr<VekAttr> const& attr) {
+  attributes_.enqueue(attr);
+  if (attributesByName_[attr->name()] == nullptr) attributesByName_.newMember(attr);
+}
 
 VekAttr* VekType::attribute(AttributeId id) const noexcept {
   for (auto const& attr : attributes_) {
@@ -41,14 +44,12 @@ VekAttr* VekType::attribute(AttributeId id) const noexcept {
   return nullptr;
 }
 
-VekAttr* VekType::AttrNode::attr(Name const& name) const noexcept {
-  for (auto const& attr : type_->attributes_) {
-    if (attr->name() == name) return attr.ptr();
-  }
-  return nullptr;
-}
+VekAttr* VekType::AttrNode::attr(Name const& name) const noexcept { return type_->attributesByName_[name]; }
 
 void VekType::AttrNode::attrDel(Name const& name) {
+  Ptr<VekAttr> const gone = attr(name);
+  if (!gone) return;
+  type_->attributesByName_.deleteMember(gone);
   VekAttributeQ& attributes = type_->attributes_;
   for (VekAttributeQ::Iterator it(&attributes); it; ++it) {
     if (it->value()->name() == name) attributes.deleteMember(it);

@@ -126,6 +126,7 @@ class VekType : public PtrInterface {
   std::size_t size_ = 0;
   std::vector<ConstructorArgument> constructorArgs_;
   VekAttributeQ attributes_;
+  HashMap<VekAttr, Name, VekAttr> attributesByName_;  // of several with one name, the first
   std::vector<VekType*> derivedTypes_;
   Ptr<VekAttr> valAttr_;
 };

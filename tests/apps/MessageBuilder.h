@@ -159,6 +159,15 @@ inline Message route(std::uint8_t family, std::uint8_t type = RTN_UNICAST, std::
   return Message{RTM_NEWROUTE, header};
 }
 
+// A route that discards what goes to a prefix of that length.
+inline Message prefix(std::uint8_t family, std::uint8_t length, std::uint8_t type = RTN_BLACKHOLE) {
+  rtmsg header{};
+  header.rtm_family = family;
+  header.rtm_dst_len = length;
+  header.rtm_type = type;
+  return Message{RTM_NEWROUTE, header};
+}
+
 inline Message routeVia(std::uint32_t link, char const* gateway, std::uint32_t flags = 0) {
   return route(familyOf(gateway), RTN_UNICAST, flags).put(RTA_OIF, link).put(RTA_GATEWAY, ip(gateway));
 }

@@ -43,7 +43,34 @@ TEST_F(Host, CountsLinks) {
   KernelFigures const figures = with({});
   EXPECT_EQ(figures.vrfs, 2U);
   EXPECT_EQ(figures.vxlanTunnels, 1U);
+  EXPECT_EQ(figures.tunnels, 2U) << "GRE and VXLAN";
   EXPECT_EQ(figures.failedNeighbours, 1U);
+}
+
+TEST_F(Host, CountsNeighboursWithALinkLayerAddress) {
+  Buffer const mac(6);
+  RecordedSource kernel;
+  kernel.messages(RTM_GETNEIGH,
+                  {neighbour(1, "10.0.0.1", NUD_REACHABLE).put(NDA_LLADDR, mac),
+                   neighbour(1, "fd00::1", NUD_STALE).put(NDA_LLADDR, mac), neighbour(1, "10.0.0.8", NUD_INCOMPLETE),
+                   neighbour(1, "10.0.0.9", NUD_FAILED), neighbour(1, "ff02::2", NUD_NOARP).put(NDA_LLADDR, mac)});
+  EXPECT_EQ(readKernel(kernel).linkLayerNeighbours, 2U);
+}
+
+TEST_F(Host, CountsRoutesByTheLengthOfTheirPrefix) {
+  KernelFigures const figures = with({
+      prefix(AF_INET, 0), prefix(AF_INET, 24), prefix(AF_INET, 24), prefix(AF_INET, 31), prefix(AF_INET, 32),
+      prefix(AF_INET, 32), prefix(AF_INET, 24, RTN_LOCAL), prefix(AF_INET, 32, RTN_BROADCAST), prefix(AF_INET6, 0),
+      prefix(AF_INET6, 32), prefix(AF_INET6, 127), prefix(AF_INET6, 128), prefix(AF_MPLS, 20),  // a label is no prefix
+  });
+  PrefixCounts ipv4{.hosts = 2};
+  ipv4.byLength[0] = 1;
+  ipv4.byLength[24] = 2;
+  ipv4.byLength[31] = 1;
+  EXPECT_EQ(figures.ipv4Prefixes, ipv4);
+  PrefixCounts ipv6{.hosts = 1};
+  ipv6.byLength[0] = ipv6.byLength[32] = ipv6.byLength[127] = 1;
+  EXPECT_EQ(figures.ipv6Prefixes, ipv6);
 }
 
 TEST_F(Host, CountsRoutesThatForwardOrDiscardAndNoOthers) {
@@ -154,6 +181,48 @@ TEST_F(Host, ReadsMplsRoutes) {
   EXPECT_EQ(figures.ipSets, SetCounts{});
 }
 
+// An MPLS route by link 1 with so many labels for the one it takes off.
+Message labelRoute(std::size_t labels, char const* gateway = "10.0.0.1") {
+  Message message = route(AF_MPLS).put(RTA_OIF, 1U).put(RTA_VIA, via(gateway));
+  if (labels != 0) message.put(RTA_NEWDST, Buffer(labels * 4));
+  return message;
+}
+
+TEST_F(Host, CountsEachMplsRouteThatPops) {
+  Buffer const swapping = nested(RTA_NEWDST, Buffer(4));
+  rtnexthop swap{};
+  swap.rtnh_len = static_cast<std::uint16_t>(sizeof swap + swapping.size());
+  swap.rtnh_ifindex = 1;
+  Buffer paths = bytesOf(swap);
+  paths.insert(paths.end(), swapping.begin(), swapping.end());
+  rtnexthop pop{};
+  pop.rtnh_len = sizeof pop;
+  pop.rtnh_ifindex = 2;
+  Buffer const popping = bytesOf(pop);
+  paths.insert(paths.end(), popping.begin(), popping.end());
+  KernelFigures const figures =
+      with({labelRoute(0), labelRoute(0), labelRoute(1), route(AF_MPLS).put(RTA_MULTIPATH, paths), connected(1)});
+  EXPECT_EQ(figures.mplsPops, 3U) << "two to one next hop, and one that pops on one path of two";
+  EXPECT_EQ(figures.mplsPushes, 0U) << "a swap adds no label";
+}
+
+TEST_F(Host, CountsDistinctPathsThatPushLabels) {
+  Message const otherLabels = routeVia(1, "10.0.0.1")
+                                  .put(RTA_ENCAP_TYPE, std::uint16_t{LWTUNNEL_ENCAP_MPLS})
+                                  .put(RTA_ENCAP, Buffer(8, std::byte{1}));
+  Message const noLabels =
+      routeVia(1, "10.0.0.1").put(RTA_ENCAP_TYPE, std::uint16_t{LWTUNNEL_ENCAP_IP}).put(RTA_ENCAP, Buffer(8));
+  KernelFigures const figures = with(
+      {
+          labelled(routeVia(1, "10.0.0.1")), labelled(routeVia(1, "10.0.0.1")),  // one path
+          labelled(routeVia(1, "10.0.0.2")), otherLabels, noLabels, connected(1),
+          labelRoute(2),  // a swap and a push
+      },
+      {nextHop(1, 1, "10.0.0.77").put(NHA_ENCAP_TYPE, std::uint16_t{LWTUNNEL_ENCAP_MPLS}).put(NHA_ENCAP, Buffer(8))});
+  EXPECT_EQ(figures.mplsPushes, 4U) << "no route uses the next-hop object";
+  EXPECT_EQ(figures.mplsPops, 0U);
+}
+
 TEST_F(Host, ResolvesNextHopObjects) {
   auto const named = [](std::uint32_t id) { return route(AF_INET).put(RTA_NH_ID, id); };
   KernelFigures const figures =
@@ -191,8 +260,10 @@ TEST_F(Host, CountsRoutesWhosePacketsTheHardwareHandsUp) {
 }
 
 TEST_F(Host, StartsTheFiguresOverWithEachAttempt) {
-  kernel_.answer(RTM_GETROUTE, {.messages = {routeVia(2, "10.0.0.7"), connected(1)}, .interrupted = true});
+  kernel_.answer(RTM_GETROUTE,
+                 {.messages = {routeVia(2, "10.0.0.7"), connected(1), prefix(AF_INET, 24)}, .interrupted = true});
   KernelFigures const figures = with({connected(1)});
+  EXPECT_EQ(figures.ipv4Prefixes.byLength[24], 0U);
   EXPECT_EQ(figures.ipv4, (RouteCounts{.routes = 1, .adjacencies = 1}));
   EXPECT_EQ(figures.routeMessages, 1U);
   EXPECT_TRUE(figures.interrupted.empty());

@@ -40,6 +40,7 @@ TEST(RouteMessage, ReadsARecordedMultiPathRouteThatNamesAnObject) {
   Route route;
   ASSERT_TRUE(readRoute(body, route));
   EXPECT_EQ(route.family, Family::ipv4);
+  EXPECT_EQ(route.prefixLength, 24U);
   EXPECT_EQ(route.nextHopId, 10U);
   ASSERT_EQ(route.paths.size(), 2U);
   EXPECT_EQ(route.paths[0].adjacency, at(3, "10.0.0.2"));
@@ -123,6 +124,8 @@ TEST(RouteMessage, RefusesLengthsThatDoNotFit) {
                                                             }())},
       {"next hop longer than its list", route(AF_INET).put(RTA_MULTIPATH, tooLong)},
       {"next hop shorter than its header", route(AF_INET).put(RTA_MULTIPATH, tooShort)},
+      {"prefix longer than an IPv4 address", prefix(AF_INET, 33)},
+      {"prefix longer than an IPv6 address", prefix(AF_INET6, 129)},
       {"half a next hop", route(AF_INET).put(RTA_MULTIPATH, Buffer(4))},
   };
   for (auto const& one : cases) {
@@ -140,6 +143,17 @@ TEST(NeighbourMessage, TellsWhetherPacketsCanBeSent) {
   EXPECT_EQ(readNeighbour(neighbour(1, "10.0.0.1", NUD_NONE).body())->resolution, Resolution::open);
   EXPECT_EQ(readNeighbour(neighbour(1, "10.0.0.1", NUD_INCOMPLETE).body())->resolution, Resolution::open);
   EXPECT_EQ(readNeighbour(neighbour(1, "10.0.0.1", NUD_FAILED).body())->resolution, Resolution::failed);
+}
+
+TEST(NeighbourMessage, TellsWhetherALinkLayerAddressWasLearntOrGiven) {
+  auto const has = [](std::uint16_t state, Buffer const& address) {
+    return readNeighbour(neighbour(1, "10.0.0.1", state).put(NDA_LLADDR, address).body())->hasLinkLayerAddress;
+  };
+  EXPECT_TRUE(has(NUD_STALE, Buffer(6)));
+  EXPECT_TRUE(has(NUD_PERMANENT, Buffer(6)));
+  EXPECT_FALSE(has(NUD_STALE, Buffer{})) << "a link without addresses of its own";
+  EXPECT_FALSE(has(NUD_NOARP, Buffer(6))) << "a multicast address, or a link without ARP";
+  EXPECT_FALSE(readNeighbour(neighbour(1, "10.0.0.1", NUD_INCOMPLETE).body())->hasLinkLayerAddress);
 }
 
 TEST(LinkMessage, DoesNotTakeALinkElsewhereForOneHere) {

@@ -5,6 +5,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <string>
+#include <vector>
+
 namespace Apps::Show {
 namespace {
 
@@ -21,6 +25,14 @@ Kernel::KernelFigures someFigures() {
   figures.ipSets = {1, 2};
   figures.mplsSets = {3, 4};
   figures.tunnelSets = {5, 6};
+  figures.tunnels = 4;
+  figures.linkLayerNeighbours = 7;
+  figures.mplsPops = 8;
+  figures.mplsPushes = 9;
+  figures.ipv4Prefixes.hosts = 40;
+  figures.ipv4Prefixes.byLength[0] = 1;
+  figures.ipv4Prefixes.byLength[24] = 50;
+  figures.ipv6Prefixes.byLength[127] = 60;
   figures.routeMessages = 100;
   figures.routesTaken = 60;
   figures.routesFailed = 1;
@@ -60,6 +72,101 @@ TEST_F(Responder, FillsTheEntities) {
   EXPECT_EQ(status.restartHelperStats(), (RestartHelperStats{11, 12, 13, 14, 15}));
   EXPECT_TRUE(roots_.vxlanRouting->vxlanRoutingEnabled());
   EXPECT_TRUE(roots_.restartCompletion->restartComplete());
+}
+
+// What a collection holds, by key.
+template <class Iterator>
+std::map<unsigned, unsigned> contents(Iterator it) {
+  std::map<unsigned, unsigned> all;
+  for (; it; ++it) all[it->key()] = it->value();
+  return all;
+}
+
+TEST_F(Responder, FillsTheCollectionsAndTheChildren) {
+  roots_.request->statusRequestIdInc(1);
+  Status const& status = *roots_.status;
+  Hardware::Dorn::FapId const kernel{0};
+  EXPECT_EQ(status.inUseArpEntries(kernel), 7U);
+  EXPECT_EQ(status.inUseIpTunnelEntries(kernel), 4U);
+  EXPECT_EQ(status.inUseMplsTailEntries(kernel), 8U);
+  EXPECT_EQ(status.inUseMplsHeadEntries(kernel), 9U);
+  EXPECT_EQ(status.inUseArpEntriesCount(), 1U);
+
+  LemRouteStats const& v4 = *status.lemV4RouteStats();
+  EXPECT_TRUE(v4.hostsInLem());
+  EXPECT_EQ(v4.hostCount(), 40U);
+  EXPECT_EQ(contents(v4.prefixLenInLemIteratorConst()), (std::map<unsigned, unsigned>{{0, true}, {24, true}}));
+  EXPECT_EQ(contents(v4.routeCountIteratorConst()), (std::map<unsigned, unsigned>{{0, 1}, {24, 50}}));
+  LemRouteStats const& v6 = *status.lemV6RouteStats();
+  EXPECT_FALSE(v6.hostsInLem());
+  EXPECT_EQ(contents(v6.routeCountIteratorConst()), (std::map<unsigned, unsigned>{{127, 60}}));
+}
+
+// Writes down what it hears of a child of Status.
+struct PrefixWatcher : LemRouteStats::Notifiee {
+  void onHostsInLem() override { heard.push_back("hostsInLem"); }
+  void onHostCount() override { heard.push_back("hostCount"); }
+  void onPrefixLenInLem(Vek::U32 length) override { heard.push_back("prefixLenInLem " + std::to_string(length)); }
+  void onRouteCount(Vek::U32 length) override { heard.push_back("routeCount " + std::to_string(length)); }
+  std::vector<std::string> heard;
+};
+
+// Writes down what it hears of the collections and children of Status.
+struct StatusWatcher : Status::Notifiee {
+  void onInUseArpEntries(Hardware::Dorn::FapId fap) override { hear("ARP", fap); }
+  void onInUseIpTunnelEntries(Hardware::Dorn::FapId fap) override { hear("IP tunnel", fap); }
+  void onInUseMplsTailEntries(Hardware::Dorn::FapId fap) override { hear("MPLS tail", fap); }
+  void onInUseMplsHeadEntries(Hardware::Dorn::FapId fap) override { hear("MPLS head", fap); }
+  void onLemV4RouteStats() override { heard.push_back("lemV4RouteStats"); }
+  void onLemV6RouteStats() override { heard.push_back("lemV6RouteStats"); }
+  void hear(char const* what, Hardware::Dorn::FapId fap) {
+    heard.push_back(std::string{what} + ' ' + std::to_string(fap.value()));
+  }
+  std::vector<std::string> heard;
+};
+
+TEST_F(Responder, TellsOfWhatChangedAndOfNothingElse) {
+  roots_.request->statusRequestIdInc(1);
+  auto const prefixes = Vek::make<PrefixWatcher>();
+  prefixes->notifierIs(roots_.status->lemV4RouteStats());
+  prefixes->isRegisteredNotifieeIs(true);
+  auto const watcher = Vek::make<StatusWatcher>();
+  watcher->notifierIs(roots_.status);
+  watcher->isRegisteredNotifieeIs(true);
+
+  roots_.request->statusRequestIdInc(1);
+  EXPECT_TRUE(prefixes->heard.empty() && watcher->heard.empty()) << "the kernel is as it was";
+
+  kernel_ = [] {
+    Kernel::KernelFigures figures = someFigures();
+    figures.tunnels = 5;
+    figures.ipv4Prefixes.byLength[0] = 0;    // gone
+    figures.ipv4Prefixes.byLength[8] = 3;    // new
+    figures.ipv4Prefixes.byLength[24] = 49;  // another number
+    return figures;
+  };
+  roots_.request->statusRequestIdInc(1);
+  EXPECT_EQ(prefixes->heard, (std::vector<std::string>{"prefixLenInLem 0", "routeCount 0", "prefixLenInLem 8",
+                                                       "routeCount 8", "routeCount 24"}));
+  EXPECT_EQ(watcher->heard, std::vector<std::string>{"IP tunnel 0"});
+  EXPECT_EQ(roots_.status->lemV4RouteStats()->prefixLenInLemCount(), 2U);
+}
+
+TEST_F(Responder, TakesOutWhatTheKernelDoesNotHave) {
+  Status& status = *roots_.status;
+  status.inUseArpEntriesIs(1, 10);
+  status.inUseIpTunnelEntriesIs(2, 10);
+  status.inUseMplsTailEntriesIs(3, 10);
+  status.inUseMplsHeadEntriesIs(4, 10);
+  status.lemV4RouteStatsIs("lemV4RouteStats")->routeCountIs(1000, 1);
+  status.lemV4RouteStats()->prefixLenInLemIs(25, true);
+  roots_.request->statusRequestIdInc(1);
+  EXPECT_EQ(status.inUseArpEntriesCount() + status.inUseIpTunnelEntriesCount() + status.inUseMplsTailEntriesCount() +
+                status.inUseMplsHeadEntriesCount(),
+            4U);
+  EXPECT_EQ(status.inUseMplsHeadEntries(0), 9U);
+  EXPECT_EQ(status.lemV4RouteStats()->routeCountCount(), 2U);
+  EXPECT_FALSE(status.lemV4RouteStats()->prefixLenInLem(25));
 }
 
 // Notes what stands in Status at the moment of the answer.

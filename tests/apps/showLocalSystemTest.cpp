@@ -8,8 +8,10 @@
 
 #include <cerrno>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
 #include <fstream>
+#include <map>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -70,6 +72,28 @@ Json fecCountStats(int single, int multi) {
   return {{"numNonEcmpFecs", single}, {"numEcmpFecs", multi}, {"numFecEntries", single + multi}};
 }
 
+// The figures of one family by prefix length: `routes` shorter ones by their lengths.
+Json prefixes(int hosts, std::map<std::string, int> const& routes) {
+  Json lengths = Json::object();
+  for (auto const& [length, count] : routes) lengths[length] = true;
+  return {{"hostsInLem", hosts != 0}, {"hostCount", hosts}, {"prefixLenInLem", lengths}, {"routeCount", routes}};
+}
+
+// 'ip' lines that add, or delete, IPv4 routes of each length from 8 to 32: one of /8, two of /9 and so on; and an IPv6
+// route four times as long for each length.
+std::string routesOfManyLengths(char const* command) {
+  std::ostringstream lines;
+  for (unsigned length = 8; length <= 32; ++length) {
+    for (unsigned i = 0; i < length - 7; ++i) {
+      std::uint32_t const address = (40U << 24U) + (i << (32 - length));
+      lines << "route " << command << " blackhole " << (address >> 24U) << '.' << (address >> 16U & 255U) << '.'
+            << (address >> 8U & 255U) << '.' << (address & 255U) << '/' << length << '\n';
+    }
+    lines << "route " << command << " blackhole fd10:" << length << "::/" << length * 4 << '\n';
+  }
+  return lines.str();
+}
+
 // Two veth links of which the second has no carrier, and a VXLAN link over the first.
 constexpr char const* links = R"(
 link set lo up
@@ -114,7 +138,34 @@ std::string hostRoutes(int count) {
   return lines.str();
 }
 
+void checkPrefixLengths() {
+  // Besides the hosts: two connected ones and eight; one connected one and two.
+  Json const ipv4 = prefixes(1000, {{"24", 10}});
+  Json const ipv6 = prefixes(0, {{"64", 3}});
+  Json const before = figures().at("status");
+  EXPECT_EQ(before.at("lemV4RouteStats"), ipv4);
+  EXPECT_EQ(before.at("lemV6RouteStats"), ipv6);
+
+  ASSERT_TRUE(ip(routesOfManyLengths("add")));
+  std::map<std::string, int> ipv4Routes;
+  std::map<std::string, int> ipv6Routes;
+  for (int length = 8; length < 32; ++length) {
+    ipv4Routes[std::to_string(length)] = length - 7;
+    ipv6Routes[std::to_string(length * 4)] = 1;
+  }
+  ipv4Routes["24"] += 10;
+  ipv6Routes["64"] += 3;
+  Json const now = figures().at("status");
+  EXPECT_EQ(now.at("lemV4RouteStats"), prefixes(1025, ipv4Routes));
+  EXPECT_EQ(now.at("lemV6RouteStats"), prefixes(1, ipv6Routes));
+
+  ASSERT_TRUE(ip(routesOfManyLengths("del")));
+  EXPECT_EQ(figures().at("status").at("lemV4RouteStats"), ipv4);
+}
+
 void checkFigures() {
+  // The kernel may put tunnel links of its own into each namespace.
+  int const tunnelsBefore = figures().at("status").at("inUseIpTunnelEntries").at("0");
   ASSERT_TRUE(ip(links)) << "is iproute2 installed?";
   ASSERT_TRUE(ip(routes));
   ASSERT_TRUE(ip(hostRoutes(1000)));
@@ -132,6 +183,11 @@ void checkFigures() {
   EXPECT_EQ(status.at("ipFecs"), fecCountStats(6, 2));
   EXPECT_EQ(status.at("mplsFecs"), fecCountStats(0, 0));
   EXPECT_EQ(status.at("tunnelFecs"), fecCountStats(1, 0));
+  EXPECT_EQ(status.at("inUseArpEntries"), (Json{{"0", 2}}));
+  EXPECT_EQ(status.at("inUseIpTunnelEntries"), (Json{{"0", tunnelsBefore + 1}}));
+  EXPECT_EQ(status.at("inUseMplsTailEntries"), (Json{{"0", 0}}));
+  EXPECT_EQ(status.at("inUseMplsHeadEntries"), (Json{{"0", 0}}));
+  checkPrefixLengths();
   EXPECT_EQ(json.at("restartCompletionStatus").at("restartComplete"), true);
   EXPECT_EQ(json.at("aradVxlanRoutingStatus").at("vxlanRoutingEnabled"), false);
 
@@ -144,7 +200,9 @@ void checkFigures() {
   EXPECT_EQ(figures().at("aradVxlanRoutingStatus").at("vxlanRoutingEnabled"), true);
 
   ASSERT_TRUE(ip("neigh add 10.0.0.3 lladdr 02:00:00:00:00:03 dev a0\n"));
-  EXPECT_EQ(figures().at("status").at("ipv4RouteStats").at("pendingRoutes"), 1) << "all but the one without carrier";
+  Json const resolved = figures().at("status");
+  EXPECT_EQ(resolved.at("ipv4RouteStats").at("pendingRoutes"), 1) << "all but the one without carrier";
+  EXPECT_EQ(resolved.at("inUseArpEntries"), (Json{{"0", 3}}));
 
   if (!ip("link add red type vrf table 10\n", "ip -batch - 2>/dev/null"))
     return;  // a kernel without VRFs has the default one alone

@@ -31,14 +31,32 @@ TEST_F(ShowLocal, PrintsTheSameFiguresInEachForm) {
   EXPECT_EQ(json.at("status").at("ipv4RouteStats").at("pendingRoutes"), 1);
   EXPECT_EQ(json.at("restartCompletionStatus").at("restartComplete"), true);
 
+  EXPECT_EQ(json.at("status").at("inUseArpEntries"), (nlohmann::json{{"0", 0}}));
+  EXPECT_EQ(
+      json.at("status").at("lemV4RouteStats"),
+      (nlohmann::json{
+          {"hostsInLem", false}, {"hostCount", 0}, {"prefixLenInLem", {{"0", true}}}, {"routeCount", {{"0", 2}}}}));
+
   std::string const text = showLocal(kernel_, Form::text, Style::plain).output;
   EXPECT_NE(text.find("status.ipFecs = Value('Hardware::DornL3Unicast::FecCountStats', "
                       "** {'numNonEcmpFecs': 1, 'numEcmpFecs': 0, 'numFecEntries': 1})\n"),
             std::string::npos)
       << text;
 
+  EXPECT_NE(text.find("status.inUseArpEntries[0] = 0\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("status.lemV4RouteStats.prefixLenInLem[0] = True\n"), std::string::npos) << text;
+
   std::string const table = showLocal(kernel_, Form::table, Style::plain).output;
   EXPECT_NE(table.find("\nroutes                                 2           0           0\n"), std::string::npos)
+      << table;
+  EXPECT_NE(table.find("IN USE                               ARP  IP tunnels   MPLS pops MPLS pushes\n"
+                       "FAP 0                                  0           0           0           0\n"),
+            std::string::npos)
+      << table;
+  EXPECT_NE(table.find("ROUTES BY PREFIX LENGTH      IPv4 in LEM IPv4 routes IPv6 in LEM IPv6 routes\n"
+                       "hosts                                 no           0          no           0\n"
+                       "/0                                   yes           2           -           -\n"),
+            std::string::npos)
       << table;
 }
 
@@ -74,6 +92,38 @@ TEST(TableForm, PutsRecordsOfAGroupSideBySide) {
                                                   "SETS                                  IP        MPLS\n"
                                                   "single                      18446744073709551615           2\n"
                                                   "in all                                 0           3\n");
+}
+
+// Two collections with different keys, in an entity and in a child of it.
+std::vector<Figure> const someCollections{
+    {"status", "hosts", "ROUTES", "IPv4", std::uint64_t{7}, "7", "hosts"},
+    {"status", "banks", "ROUTES", "IPv4", std::vector<Member>{{2, true, "True"}, {10, false, "False"}}, "", "/"},
+    {"status.child.grandchild", "faps", "ROUTES", "IPv6", std::vector<Member>{{0, std::uint64_t{5}, "5"}}, "", "/"},
+    {"status.child", "none", "ROUTES", "none", std::vector<Member>{}, "", "/"},
+};
+
+TEST(TableForm, HasARowForEachKeyAndADashWhereAColumnHasNone) {
+  EXPECT_EQ(tableForm(someCollections, Style::plain),
+            "ROUTES                              IPv4        IPv6        none\n"
+            "hosts                                  7           -           -\n"
+            "/0                                     -           5           -\n"
+            "/2                                   yes           -           -\n"
+            "/10                                   no           -           -\n");
+}
+
+TEST(JsonForm, PutsChildrenIntoTheirParentsAndMembersUnderTheirKeys) {
+  auto const json = nlohmann::json::parse(jsonForm(someCollections));
+  EXPECT_EQ(json, nlohmann::json::parse(R"({"status": {
+    "hosts": 7,
+    "banks": {"2": true, "10": false},
+    "child": {"grandchild": {"faps": {"0": 5}}, "none": {}}}})"));
+}
+
+TEST(TextForm, IsOneLineAMemberOfACollection) {
+  EXPECT_EQ(textForm(someCollections), "status.hosts = 7\n"
+                                       "status.banks[2] = True\n"
+                                       "status.banks[10] = False\n"
+                                       "status.child.grandchild.faps[0] = 5\n");
 }
 
 TEST(TableForm, LiftsHeadingsOnATerminalOnly) {

@@ -1,0 +1,129 @@
+#include "apps/attributes/Commands.h"
+
+#include "apps/attributes/Misfit.h"
+#include "generic/Digest.h"
+#include "platform/vek/Path.h"
+#include "platform/vek/TextReader.h"
+
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace Apps::Attributes {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string print(Reading const& reading, Form form) { return form == Form::json ? jsonOf(reading) : linesOf(reading); }
+
+// JSON is for programs, which pick what they want: it tells all.
+Depth depthOf(Form form) { return form == Form::json ? Depth::all : Depth::one; }
+
+[[noreturn]] void refuse(Place const& place, std::string_view why) {
+  throw Misfit(fmt::format("{} {}.", place.path, why));
+}
+
+std::string whyReadOnly(Place const& place) {
+  if (place.holder->type()->isEntity()) return "is read only";
+  return fmt::format("is part of a value, which is set as a whole: set {}",
+                     place.path.substr(0, place.path.rfind('.')));
+}
+
+void needMember(Place const& place) {
+  if (place.isCollection()) refuse(place, "is a collection: " + keyHint(place));
+}
+
+void setValue(Place const& place, std::optional<std::string> const& text) {
+  Vek::VekType const& type = *place.attr->valueType();
+  if (!text) refuse(place, fmt::format("needs a value: {}", wanted(type)));
+  assign(place, fromText(type, *text, "The value of " + place.path));
+}
+
+void setChild(Place const& place, std::optional<std::string> const& text) {
+  bool const isPresent = static_cast<bool>(entityOf(*valueAt(place)));
+  if (isPresent && !text) return;
+  std::optional<Vek::Name> name;
+  if (text) {
+    Vek::String8 const all{*text};
+    Vek::String8::IteratorConst it{all};
+    try {
+      name = Vek::readPathComponent(it, it.end());
+      Vek::needEnd(it, it.end());
+    } catch (Vek::RangeException const& complaint) {
+      refuse(place,
+             fmt::format("is a child, whose value is its name; {} is none: {}", inQuotes(*text), complaint.what()));
+    }
+  }
+  makeChild(place, name);
+}
+
+void setMemberChild(Place const& place, std::optional<std::string> const& text) {
+  if (text) refuse(place, "is a child that is made by its key alone: leave out the value");
+  makeChild(place, std::nullopt);
+}
+
+}  // namespace
+
+std::string get(Vek::Dir const& roots, std::vector<std::string> const& paths, Depth depth, Form form) {
+  std::vector<Reading> readings;
+  readings.reserve(paths.size());
+  for (std::string const& path : paths) {
+    readings.push_back(read(resolve(roots, path), form == Form::json ? Depth::all : depth));
+  }
+  if (form == Form::json) return readings.size() == 1 ? jsonOf(readings.front()) : jsonOf(readings);
+  if (readings.size() == 1 && readings.front().value) {
+    return fmt::format("{}\n", readings.front().value->strRep().view());
+  }
+  std::string lines;
+  for (Reading const& reading : readings) lines += linesOf(reading);
+  return lines;
+}
+
+std::string digests(Vek::Dir const& roots, std::vector<std::string> const& paths, Form form) {
+  std::string lines;
+  Json all = Json::object();
+  for (std::string const& path : paths) {
+    Place const place = resolve(roots, path);
+    Vek::Ptr<Vek::Entity> const entity = place.isCollection() ? nullptr : entityOf(*valueAt(place));
+    if (!entity) refuse(place, "is no entity: only an entity has a digest");
+    std::string const digits = fmt::format("{:016x}", Vek::digest(*entity));
+    lines += paths.size() == 1 ? digits + '\n' : fmt::format("{} = {}\n", place.path, digits);
+    all[place.path] = digits;
+  }
+  if (form == Form::text) return lines;
+  return (paths.size() == 1 ? all.front() : all).dump(2) + '\n';
+}
+
+std::string set(Vek::Dir const& roots, std::string const& path, std::optional<std::string> const& value,
+                Missing missing, Form form) {
+  Place const place = resolve(roots, path, missing);
+  if (place.attr == nullptr) refuse(place, "is a root entity, which is there already: set one of its attributes");
+  needMember(place);
+  switch (place.kind()) {
+  case Kind::readOnly: refuse(place, whyReadOnly(place));
+  case Kind::scalar:
+  case Kind::elements: setValue(place, value); break;
+  case Kind::child: setChild(place, value); break;
+  case Kind::children: setMemberChild(place, value); break;
+  }
+  return print(read(place, depthOf(form)), form);
+}
+
+std::string del(Vek::Dir const& roots, std::string const& path, Form form) {
+  Place const place = resolve(roots, path);
+  needMember(place);
+  bool const isRemovable = place.isMember() || (place.attr != nullptr && place.kind() == Kind::child);
+  if (!isRemovable) refuse(place, "is always there: only members of collections and children can be removed");
+  if (!place.isMember() && !entityOf(*valueAt(place))) refuse(place, "is not there: there is nothing to remove");
+  std::string const gone = print(read(place, Depth::all), form);
+  remove(place);
+  return gone;
+}
+
+std::string count(Vek::Dir const& roots, std::string const& path, Form form) {
+  Place const place = resolve(roots, path);
+  if (!place.isCollection()) refuse(place, "is no collection: only a collection has a count");
+  return form == Form::json ? Json(countAt(place)).dump() + '\n' : fmt::format("{}\n", countAt(place));
+}
+
+}  // namespace Apps::Attributes

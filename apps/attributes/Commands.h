@@ -1,0 +1,36 @@
+// The commands on attributes by path: get, set, del, count, ls, and types. Each returns what it prints. They work on
+// whatever entities a directory holds, through the registry and the generic interface alone.
+#pragma once
+
+#include "apps/attributes/Reading.h"
+#include "apps/attributes/Resolve.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Apps::Attributes {
+
+enum class Form { text, json };
+
+// All throw Misfit where the path, the value or the operation does not fit; nothing is changed then, but that children
+// on the way, made by Missing::make, stay.
+
+/// What is at each path. A single value stands by itself; otherwise each line tells its path.
+[[nodiscard]] std::string get(Vek::Dir const& roots, std::vector<std::string> const& paths, Depth depth, Form form);
+/// The digests of the entities at the paths, 16 hexadecimal digits each.
+[[nodiscard]] std::string digests(Vek::Dir const& roots, std::vector<std::string> const& paths, Form form);
+/// Assigns a value or a member, or makes a child; gives what is there afterwards. `value`: the text of the value, or
+/// the name of a child that has no key.
+[[nodiscard]] std::string set(Vek::Dir const& roots, std::string const& path, std::optional<std::string> const& value,
+                              Missing missing, Form form);
+/// Removes a member or a child; gives what was there.
+[[nodiscard]] std::string del(Vek::Dir const& roots, std::string const& path, Form form);
+/// The number of a collection's members.
+[[nodiscard]] std::string count(Vek::Dir const& roots, std::string const& path, Form form);
+/// The roots; or the attributes of an entity or value with their types; or the keys of a collection.
+[[nodiscard]] std::string ls(Vek::Dir const& roots, std::optional<std::string> const& path, Form form);
+/// The registered types; or the attributes of the type of that name, full or, where only one has it, short.
+[[nodiscard]] std::string types(std::optional<std::string> const& name, Form form);
+
+}  // namespace Apps::Attributes

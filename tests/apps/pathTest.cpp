@@ -1,0 +1,128 @@
+// Paths that people and programs type, good and bad.
+#include "tests/apps/AttributeTest.h"
+
+#include <random>
+
+namespace Apps::Attributes {
+namespace {
+
+using testing::HasSubstr;
+
+class Path : public AttributeTest {
+ protected:
+  Path() {
+    roots_.status->inUseArpEntriesIs(Hardware::Dorn::FapId(0), 5);
+    roots_.auditStatus->auditInfoIs("kernel")->tableIs("ipv4 main")->perFapInfoIs("Fap0");
+    roots_.auditStatus->auditDoneIs("a.b", true);
+    roots_.aclRouteConfig->ipv4EgAclLabelIs(Bridging::VlanIdOrNone(7), {});
+  }
+
+  std::string canonical(std::string_view path) { return resolve(*directory_, path).path; }
+  std::string refused(std::string_view path) {
+    return refusal([&] { return resolve(*directory_, path); });
+  }
+};
+
+TEST_F(Path, LeadsToEveryKindOfPlaceAndIsWrittenOneWay) {
+  struct Case {
+    char const* typed;
+    char const* canonical;
+  };
+  for (Case const& c : {
+           Case{"status", "status"},
+           Case{"'status'", "status"},
+           Case{"status.numVrfs", "status.numVrfs"},
+           Case{"status.\"numVrfs\"", "status.numVrfs"},
+           Case{"status.ipv4RouteStats.routes", "status.ipv4RouteStats.routes"},
+           Case{"status.inUseArpEntries", "status.inUseArpEntries"},
+           Case{"status.inUseArpEntries[0]", "status.inUseArpEntries[0]"},
+           Case{"status.inUseArpEntries[+0002]", "status.inUseArpEntries[2]"},
+           Case{"status.lemV4RouteStats", "status.lemV4RouteStats"},
+           Case{"status.writeCount", "status.writeCount"},
+           Case{"auditStatus.auditInfo[kernel].table['ipv4 main'].perFapInfo[\"Fap0\"].totalEntriesFixed",
+                "auditStatus.auditInfo[kernel].table['ipv4 main'].perFapInfo[Fap0].totalEntriesFixed"},
+           Case{"auditStatus.auditInfo[not there]", "refused"},
+           Case{"auditStatus.auditInfo['not there']", "auditStatus.auditInfo['not there']"},
+           Case{"auditStatus.auditDone['a.b']", "auditStatus.auditDone['a.b']"},
+           Case{"auditStatus.auditDone['']", "auditStatus.auditDone['']"},
+           Case{"auditStatus.auditInfo[None]", "auditStatus.auditInfo['None']"},
+           Case{"aclRouteConfig.ipv4EgAclLabel[7].value", "aclRouteConfig.ipv4EgAclLabel[7].value"},
+           Case{"auditStatus.auditInfo[kernel].parent.numAudits", "auditStatus.auditInfo[kernel].parent.numAudits"},
+       }) {
+    SCOPED_TRACE(c.typed);
+    if (std::string_view(c.canonical) == "refused") {
+      EXPECT_NE(refused(c.typed), "accepted");
+    } else {
+      EXPECT_EQ(canonical(c.typed), c.canonical);
+    }
+  }
+}
+
+TEST_F(Path, IsRefusedWithWhatWouldFit) {
+  struct Case {
+    std::string path;
+    char const* says;
+  };
+  std::string deep = "auditStatus.auditInfo[kernel]";
+  for (int i = 0; i < 20; ++i) deep += ".parent.auditInfo[kernel]";
+  for (Case const& c : {
+           Case{"statusx", "There is no root entity 'statusx'; did you mean 'status'? There are: aclRouteConfig, "},
+           Case{"status.numVrf", "status has no attribute 'numVrf'; did you mean 'numVrfs'? 'dornl3 types "},
+           Case{"status.numVrfs.x", "status.numVrfs is a U32, which has no attributes."},
+           Case{"status.numVrfs[3]", "status.numVrfs is no collection: leave out the key"},
+           Case{"status.inUseArpEntries[0][0]", "expected . at column 25, found '[0]'"},
+           Case{"status.inUseArpEntries.x", "is a collection: name one member, as status.inUseArpEntries[KEY]. The key "
+                                            "is a Hardware::Dorn::FapId, such as 2048."},
+           Case{"status.inUseArpEntries[x]", "The key of status.inUseArpEntries is a Hardware::Dorn::FapId, such as "
+                                             "2048; 'x' is none: expected a whole number at column 0, found 'x'."},
+           Case{"status.inUseArpEntries[]", "is none: expected a whole number at column 0, found the end"},
+           Case{"status.inUseArpEntries[5000]", "is none: "},
+           Case{"status.aradLpmBankPercentFree[4294967296]", "'4294967296' does not fit into one."},
+           Case{"status.inUseArpEntries[0", "expected ] at column 24, found the end of the text"},
+           Case{"status.lemV4RouteStats.hostCount", "status.lemV4RouteStats is not there. Make it first: "},
+           Case{"auditStatus.auditInfo[x].table", "auditStatus.auditInfo[x] is not there. Make it first: "},
+           Case{"aclRouteConfig.ipv4EgAclLabel[8].value", "aclRouteConfig.ipv4EgAclLabel[8] is not there."},
+           Case{"auditStatus.auditInfo[a b]", "expected ] at column 23"},
+           Case{"", "'' is no path: "},
+           Case{".", "'.' is no path: "},
+           Case{"status.", "'status.' is no path: "},
+           Case{"status numVrfs", "expected . at column 6, found ' numVrfs'"},
+           Case{"'status", "is no path: "},
+           Case{"\x1b[31m", "'\\x1b[31m' is no path: "},
+           Case{deep, "The path has more than 32 attributes."},
+           Case{std::string(5000, 'a'), "The path is longer than 4096 bytes."},
+           Case{std::string(4000, 'a'), "aaa'..."},
+       }) {
+    SCOPED_TRACE(c.path);
+    EXPECT_THAT(refused(c.path), HasSubstr(c.says));
+  }
+}
+
+TEST_F(Path, OfAnyBytesIsAPlaceOrARefusal) {
+  std::mt19937 random{7};
+  constexpr std::string_view pieces[] = {
+      "status", "auditStatus", ".",      "[", "]", "'",    "\"",   "\\",   "inUseArpEntries",
+      "0",      "auditInfo",   "kernel", " ", "-", "\xff", "None", "table"};
+  for (int i = 0; i < 20000; ++i) {
+    std::string path;
+    for (auto n = random() % 12; n > 0; --n) path += pieces[random() % std::size(pieces)];
+    try {
+      std::string const once = canonical(path);
+      EXPECT_EQ(canonical(once), once) << path;
+    } catch (Misfit const&) {
+    }
+  }
+  EXPECT_EQ(roots_.status->writeCount(), 1U) << "looking changes nothing";
+}
+
+TEST_F(Path, MakesWhatIsMissingOnTheWayWhereItIsAskedTo) {
+  Place const place =
+      resolve(*directory_, "auditStatus.auditInfo[new].table[t].perFapInfo[f].lastAuditTime", Missing::make);
+  EXPECT_EQ(valueAt(place)->strRep(), "0.0");
+  EXPECT_TRUE(roots_.auditStatus->auditInfo("new")->table("t"));
+  static_cast<void>(resolve(*directory_, "status.lemV6RouteStats.hostCount", Missing::make));
+  EXPECT_EQ(roots_.status->lemV6RouteStats()->name(), "lemV6RouteStats");
+}
+
+}  // namespace
+}  // namespace Apps::Attributes
