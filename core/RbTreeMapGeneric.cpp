@@ -3,6 +3,7 @@
 #include "core/Assertion.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace Vek {
 
@@ -136,6 +137,7 @@ class RbTreeMapGeneric::Shape {
         continue;
       }
       if (!isRed(far)) {
+        assert(near != nullptr && "one of a black sibling's children is red here");
         near->redIs(false);
         sibling->redIs(true);
         rotate(*sibling, away);

@@ -72,7 +72,7 @@ class Comparison {
       }
     }
     for (Type const& is : after_.types) {
-      if (met.count(&is) == 0) inNew(Effect::note, is.where("name"), fmt::format("type '{}' is new", is.name));
+      if (!met.contains(&is)) inNew(Effect::note, is.where("name"), fmt::format("type '{}' is new", is.name));
     }
     return std::move(out_);
   }

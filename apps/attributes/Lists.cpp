@@ -13,7 +13,6 @@ namespace Apps::Attributes {
 namespace {
 
 using Json = nlohmann::ordered_json;
-using Vek::VekAttr;
 using Vek::VekType;
 
 // Rows of equal shape; the last column is not padded.
@@ -51,7 +50,7 @@ class Table {
     for (auto const& cells : rows_) {
       Json object = Json::object();
       for (std::size_t i = 0; i < cells.size(); ++i) {
-        if (cells[i] != "") object[columns_[i]] = cells[i];
+        if (!textOf(cells[i]).empty()) object[columns_[i]] = cells[i];
       }
       all.push_back(object);
     }

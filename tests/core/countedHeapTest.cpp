@@ -3,6 +3,7 @@
 #include "tests/core/Counted.h"
 #include "tests/core/LeakCheck.h"
 
+#include <atomic>
 #include <cstring>
 #include <set>
 #include <thread>
@@ -104,22 +105,33 @@ TEST_F(Heap, ThreadsShareAndHandOverObjects) {
   EXPECT_EQ(common->text.data().references(), 1U);
 }
 
-// The keeper gives up the object just while its last words are being spoken.
+// The keeper gives the object up just as the thread that dropped it sees that it is kept.
 TEST_F(Heap, AnObjectKeptByAnotherThreadInItsLastWordsGoesOnce) {
   ThreadSafePointers const threadSafe;
+  constexpr int rounds = 3000;
+  std::atomic<Counted*> kept{nullptr};
+  std::thread keeper{[&kept] {
+    for (int round = 0; round < rounds; ++round) {
+      Counted* object = nullptr;
+      while ((object = kept.load()) == nullptr) std::this_thread::yield();
+      object->referencesDec();
+      kept = nullptr;
+    }
+  }};
   int destroyed = 0;
-  for (int round = 0; round < 500; ++round) {
-    std::thread keeper;
+  for (int round = 0; round < rounds; ++round) {
     auto object = make<Counted>(destroyed);
-    object->lastWords = [&keeper, round](Counted& self) {
-      if (keeper.joinable()) return;
-      keeper = std::thread{[kept = Ptr<Counted>{&self}]() mutable { kept = nullptr; }};
-      if (round % 2 == 0) std::this_thread::yield();
+    object->lastWords = [&kept, delay = 1 + round % 200](Counted& self) mutable {
+      if (delay == 0) return;
+      self.referencesInc();
+      kept = &self;
+      while (--delay > 0) static_cast<void>(kept.load());  // so that some round ends the words just then
     };
     object = nullptr;
-    keeper.join();
-    ASSERT_EQ(destroyed, round + 1);
+    while (kept.load() != nullptr) std::this_thread::yield();
+    EXPECT_EQ(destroyed, round + 1);
   }
+  keeper.join();
 }
 
 }  // namespace

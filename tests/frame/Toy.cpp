@@ -58,13 +58,10 @@ std::ostream& operator<<(std::ostream& os, ToyPoint const& value) { return Vek::
 Vek::Ptr<ToyPoint::GenericIf_> ToyPoint::GenericIf_::GenericIf_Is(ToyPoint const& value, bool isConst) {
   return Vek::activeGeneric<GenericIf_>(value, isConst);
 }
-Vek::Ptr<Vek::GenericIf>
-ToyPoint::GenericIf_::genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments) {
+Vek::Ptr<Vek::GenericIf> ToyPoint::GenericIf_::genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments) {
   return GenericIf_Is(Vek::valueFromList<Attr, ToyPoint>(arguments.ptr()), false);
 }
-Vek::Ptr<Vek::GenericIf> ToyPoint::GenericIf_::attributeOp(AttributeOp const& op,
-                                                           Vek::Ptr<Vek::GenericIf const> const& key,
-                                                           Vek::Ptr<Vek::GenericIf> const& value) {
+Vek::Ptr<Vek::GenericIf> ToyPoint::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
   return Vek::valueAttributeOp<Attr>(*this, op, key, value);
 }
 
@@ -102,13 +99,10 @@ std::ostream& operator<<(std::ostream& os, ToyVlan const& value) { return Vek::w
 Vek::Ptr<ToyVlan::GenericIf_> ToyVlan::GenericIf_::GenericIf_Is(ToyVlan value, bool isConst) {
   return Vek::activeGeneric<GenericIf_>(value, isConst);
 }
-Vek::Ptr<Vek::GenericIf>
-ToyVlan::GenericIf_::genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments) {
+Vek::Ptr<Vek::GenericIf> ToyVlan::GenericIf_::genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments) {
   return GenericIf_Is(Vek::valueFromList<Attr, ToyVlan>(arguments.ptr()), false);
 }
-Vek::Ptr<Vek::GenericIf> ToyVlan::GenericIf_::attributeOp(AttributeOp const& op,
-                                                          Vek::Ptr<Vek::GenericIf const> const& key,
-                                                          Vek::Ptr<Vek::GenericIf> const& value) {
+Vek::Ptr<Vek::GenericIf> ToyVlan::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
   return Vek::valueAttributeOp<Attr>(*this, op, key, value);
 }
 
@@ -182,16 +176,14 @@ class Toy::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<Toy
   void onPlace() override { forward(262); }
 };
 
-Toy::GenericIf_::GenericIf_(Vek::Ptr<Toy> const& entity, bool isConst)
-    : GenericIfEntity(Toy::_fwkType(), entity.ptr(), isConst) {
+Toy::GenericIf_::GenericIf_(Vek::Ptr<Toy> const& entity, bool isConst) : GenericIfEntity(Toy::_fwkType(), entity.ptr(), isConst) {
   adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
 }
 Toy::GenericIf_::~GenericIf_() = default;
 Vek::Ptr<Vek::GenericIf> Toy::GenericIf_::genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments) {
   return Vek::entityFromList<Attr, Toy>(arguments);
 }
-Vek::Ptr<Vek::GenericIf> Toy::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key,
-                                                      Vek::Ptr<Vek::GenericIf> const& value) {
+Vek::Ptr<Vek::GenericIf> Toy::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
   return Vek::entityAttributeOp<Attr, Toy>(*this, op, key, value);
 }
 
@@ -234,13 +226,11 @@ class Lid::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<Lid
   void onOpen() override { forward(258); }
 };
 
-Lid::GenericIf_::GenericIf_(Vek::Ptr<Lid> const& entity, bool isConst)
-    : GenericIfEntity(Lid::_fwkType(), entity.ptr(), isConst) {
+Lid::GenericIf_::GenericIf_(Vek::Ptr<Lid> const& entity, bool isConst) : GenericIfEntity(Lid::_fwkType(), entity.ptr(), isConst) {
   adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
 }
 Lid::GenericIf_::~GenericIf_() = default;
-Vek::Ptr<Vek::GenericIf> Lid::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key,
-                                                      Vek::Ptr<Vek::GenericIf> const& value) {
+Vek::Ptr<Vek::GenericIf> Lid::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
   return Vek::entityAttributeOp<Attr, Lid>(*this, op, key, value);
 }
 
@@ -289,14 +279,11 @@ class Drawer::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<
   void onThings() override { forward(259); }
 };
 
-Drawer::GenericIf_::GenericIf_(Vek::Ptr<Drawer> const& entity, bool isConst)
-    : GenericIfEntity(Drawer::_fwkType(), entity.ptr(), isConst) {
+Drawer::GenericIf_::GenericIf_(Vek::Ptr<Drawer> const& entity, bool isConst) : GenericIfEntity(Drawer::_fwkType(), entity.ptr(), isConst) {
   adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
 }
 Drawer::GenericIf_::~GenericIf_() = default;
-Vek::Ptr<Vek::GenericIf> Drawer::GenericIf_::attributeOp(AttributeOp const& op,
-                                                         Vek::Ptr<Vek::GenericIf const> const& key,
-                                                         Vek::Ptr<Vek::GenericIf> const& value) {
+Vek::Ptr<Vek::GenericIf> Drawer::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
   return Vek::entityAttributeOp<Attr, Drawer>(*this, op, key, value);
 }
 
@@ -348,21 +335,17 @@ class Shelf::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<S
   void onDrawers() override { forwardWhole(258); }
 };
 
-Shelf::GenericIf_::GenericIf_(Vek::Ptr<Shelf> const& entity, bool isConst)
-    : GenericIfEntity(Shelf::_fwkType(), entity.ptr(), isConst) {
+Shelf::GenericIf_::GenericIf_(Vek::Ptr<Shelf> const& entity, bool isConst) : GenericIfEntity(Shelf::_fwkType(), entity.ptr(), isConst) {
   adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
 }
 Shelf::GenericIf_::~GenericIf_() = default;
-Vek::Ptr<Vek::GenericIf> Shelf::GenericIf_::attributeOp(AttributeOp const& op,
-                                                        Vek::Ptr<Vek::GenericIf const> const& key,
-                                                        Vek::Ptr<Vek::GenericIf> const& value) {
+Vek::Ptr<Vek::GenericIf> Shelf::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
   return Vek::entityAttributeOp<Attr, Shelf>(*this, op, key, value);
 }
 Vek::GenericIf::AttributeIteratorConst Shelf::GenericIf_::attributeIteratorConst(Vek::AttributeId id) const {
   return Vek::entityIterator<Attr, Shelf>(*this, id);
 }
-Vek::GenericIf::AttributeIteratorConst
-Shelf::GenericIf_::attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const {
+Vek::GenericIf::AttributeIteratorConst Shelf::GenericIf_::attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const {
   return Vek::entityIteratorAt<Attr, Shelf>(*this, id, key);
 }
 
@@ -437,9 +420,7 @@ void ToyBox::countsDelAll() { Vek::collectionDelAll<Attr::counts>(*this); }
 void ToyBox::countsNotify(Vek::U32 key) { Vek::notifyKey<Attr::counts>(*this, key); }
 
 ToyBox::VekFaps::~VekFaps() = default;
-void ToyBox::fapsIs(Hardware::Dorn::FapId key, Vek::U64 const& value) {
-  Vek::collectionIs<Attr::faps>(*this, key, value);
-}
+void ToyBox::fapsIs(Hardware::Dorn::FapId key, Vek::U64 const& value) { Vek::collectionIs<Attr::faps>(*this, key, value); }
 Vek::Ptr<ToyBox::VekFaps> ToyBox::newFaps(Hardware::Dorn::FapId key, Vek::U64 const& value) {
   return Vek::collectionNew<Attr::faps>(*this, key, value);
 }
@@ -470,9 +451,7 @@ void ToyBox::notesDelAll() { Vek::collectionDelAll<Attr::notes>(*this); }
 void ToyBox::notesNotify(Vek::String8 key) { Vek::notifyKey<Attr::notes>(*this, key); }
 
 ToyBox::VekVlans::~VekVlans() = default;
-void ToyBox::vlansIs(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value) {
-  Vek::collectionIs<Attr::vlans>(*this, key, value);
-}
+void ToyBox::vlansIs(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value) { Vek::collectionIs<Attr::vlans>(*this, key, value); }
 Vek::Ptr<ToyBox::VekVlans> ToyBox::newVlans(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value) {
   return Vek::collectionNew<Attr::vlans>(*this, key, value);
 }
@@ -524,24 +503,20 @@ class ToyBox::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<
   void onShelves() override { forwardWhole(266); }
 };
 
-ToyBox::GenericIf_::GenericIf_(Vek::Ptr<ToyBox> const& entity, bool isConst)
-    : GenericIfEntity(ToyBox::_fwkType(), entity.ptr(), isConst) {
+ToyBox::GenericIf_::GenericIf_(Vek::Ptr<ToyBox> const& entity, bool isConst) : GenericIfEntity(ToyBox::_fwkType(), entity.ptr(), isConst) {
   adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
 }
 ToyBox::GenericIf_::~GenericIf_() = default;
 Vek::Ptr<Vek::GenericIf> ToyBox::GenericIf_::genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments) {
   return Vek::entityFromList<Attr, ToyBox>(arguments);
 }
-Vek::Ptr<Vek::GenericIf> ToyBox::GenericIf_::attributeOp(AttributeOp const& op,
-                                                         Vek::Ptr<Vek::GenericIf const> const& key,
-                                                         Vek::Ptr<Vek::GenericIf> const& value) {
+Vek::Ptr<Vek::GenericIf> ToyBox::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
   return Vek::entityAttributeOp<Attr, ToyBox>(*this, op, key, value);
 }
 Vek::GenericIf::AttributeIteratorConst ToyBox::GenericIf_::attributeIteratorConst(Vek::AttributeId id) const {
   return Vek::entityIterator<Attr, ToyBox>(*this, id);
 }
-Vek::GenericIf::AttributeIteratorConst
-ToyBox::GenericIf_::attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const {
+Vek::GenericIf::AttributeIteratorConst ToyBox::GenericIf_::attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const {
   return Vek::entityIteratorAt<Attr, ToyBox>(*this, id, key);
 }
 
@@ -549,19 +524,33 @@ ToyBox::GenericIf_::attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek:
 
 namespace {
 
-using Defined =
-    Vek::List<ToyPoint::_Type, ToyVlan::_Type, Toy::_Type, Lid::_Type, Drawer::_Type, Shelf::_Type, ToyBox::_Type>;
+using Defined = Vek::List<
+    ToyPoint::_Type,
+    ToyVlan::_Type,
+    Toy::_Type,
+    Lid::_Type,
+    Drawer::_Type,
+    Shelf::_Type,
+    ToyBox::_Type>;
 
-using Alphabetical = Vek::List<Drawer, Lid, Shelf, Toy, ToyBox, ToyPoint, ToyVlan>;
+using Alphabetical = Vek::List<
+    Drawer,
+    Lid,
+    Shelf,
+    Toy,
+    ToyBox,
+    ToyPoint,
+    ToyVlan>;
 
 bool done = false;
 
 }  // namespace
 
-static void vekInitToy() { Vek::initSchemaFile(done, std::array{"Toys"}, Alphabetical{}, Defined{}); }
+static void vekInitToy() {
+  Vek::initSchemaFile(done, std::array{"Toys"}, Alphabetical{}, Defined{});
+}
 
-[[gnu::section(".vek.type"), gnu::used, gnu::aligned(32)]] static constinit auto vekTypeNames =
-    Vek::typeNames(Defined{});
+[[gnu::section(".vek.type"), gnu::used, gnu::aligned(32)]] static constinit auto vekTypeNames = Vek::typeNames(Defined{});
 
 static std::ios_base::Init const vekStreams;
 [[maybe_unused]] static bool const vekLoaded = Vek::loadSchemaFile(vekInitToy, Defined{});

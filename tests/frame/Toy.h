@@ -71,8 +71,7 @@ class ToyPoint::GenericIf_ final : public Vek::ValueGeneric<ToyPoint> {
   static Vek::Ptr<GenericIf_> GenericIf_Is(ToyPoint const& value, bool isConst);
   static Vek::Ptr<Vek::GenericIf> genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments);
 
-  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key,
-                                       Vek::Ptr<Vek::GenericIf> const& value) override;
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
   Vek::Ptr<Vek::GenericIf> clone() override { return GenericIf_Is(value(), isConst()); }
 };
 
@@ -115,8 +114,7 @@ class ToyVlan::GenericIf_ final : public Vek::ValueGeneric<ToyVlan> {
   static Vek::Ptr<GenericIf_> GenericIf_Is(ToyVlan value, bool isConst);
   static Vek::Ptr<Vek::GenericIf> genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments);
 
-  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key,
-                                       Vek::Ptr<Vek::GenericIf> const& value) override;
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
   Vek::Ptr<Vek::GenericIf> clone() override { return GenericIf_Is(value(), isConst()); }
 };
 
@@ -204,8 +202,7 @@ class Toy::GenericIf_ final : public Vek::GenericIfEntity {
   ~GenericIf_() override;
   static Vek::Ptr<Vek::GenericIf> genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments);
 
-  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key,
-                                       Vek::Ptr<Vek::GenericIf> const& value) override;
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
 };
 
 /// The lid of a box.
@@ -267,8 +264,7 @@ class Lid::GenericIf_ final : public Vek::GenericIfEntity {
   GenericIf_(Vek::Ptr<Lid> const& entity, bool isConst);
   ~GenericIf_() override;
 
-  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key,
-                                       Vek::Ptr<Vek::GenericIf> const& value) override;
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
 };
 
 /// A drawer of a box, by its label.
@@ -340,8 +336,7 @@ class Drawer::GenericIf_ final : public Vek::GenericIfEntity {
   GenericIf_(Vek::Ptr<Drawer> const& entity, bool isConst);
   ~GenericIf_() override;
 
-  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key,
-                                       Vek::Ptr<Vek::GenericIf> const& value) override;
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
 };
 
 /// A shelf of a box, by its name.
@@ -419,11 +414,9 @@ class Shelf::GenericIf_ final : public Vek::GenericIfEntity {
   GenericIf_(Vek::Ptr<Shelf> const& entity, bool isConst);
   ~GenericIf_() override;
 
-  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key,
-                                       Vek::Ptr<Vek::GenericIf> const& value) override;
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
   AttributeIteratorConst attributeIteratorConst(Vek::AttributeId id) const override;
-  AttributeIteratorConst attributeIteratorKeyConst(Vek::AttributeId id,
-                                                   Vek::Ptr<Vek::GenericIf const> const& key) const override;
+  AttributeIteratorConst attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const override;
 };
 
 /// A box of toys.
@@ -613,11 +606,9 @@ class ToyBox::GenericIf_ final : public Vek::GenericIfEntity {
   ~GenericIf_() override;
   static Vek::Ptr<Vek::GenericIf> genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments);
 
-  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key,
-                                       Vek::Ptr<Vek::GenericIf> const& value) override;
+  Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
   AttributeIteratorConst attributeIteratorConst(Vek::AttributeId id) const override;
-  AttributeIteratorConst attributeIteratorKeyConst(Vek::AttributeId id,
-                                                   Vek::Ptr<Vek::GenericIf const> const& key) const override;
+  AttributeIteratorConst attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const override;
 };
 
 }  // namespace Toys

@@ -1,0 +1,255 @@
+#include "core/HashMap.h"
+
+#include "tests/core/LeakCheck.h"
+#include "tests/core/MapScript.h"
+#include "tests/core/SmallStack.h"
+
+#include <algorithm>
+#include <functional>
+#include <set>
+#include <unordered_map>
+#include <vector>
+
+using Vek::make;
+using Vek::Ptr;
+using Vek::String8;
+using Vek::U32;
+using Vek::U64;
+
+namespace {
+
+using Numbers = Hashed<U32>;
+using Coarse = Hashed<CoarseKey>;
+using Texts = Hashed<String8>;
+using Children = Hashed<String8, ChildLike>;
+
+// What a map makes for good on first use, its key operations, is no counted object.
+template <class Kind>
+struct HashMaps : LeakCheck {};
+using HashMapKinds = testing::Types<Numbers, Coarse, Texts, Children>;
+TYPED_TEST_SUITE(HashMaps, HashMapKinds);
+
+TYPED_TEST(HashMaps, KeepTheirWordWhateverHappens) { expectMapKeepsItsWord<TypeParam>(150); }
+
+template <class Map>
+std::vector<typename Map::Key> walked(Map const& map) {
+  std::vector<typename Map::Key> keys;
+  for (typename Map::IteratorConst it(&map); it; ++it) keys.push_back(it->vekKey());
+  return keys;
+}
+
+template <class Map>
+void enter(Map& map, typename Map::Key const& key, U32 value = 0) {
+  map.newMember(make<typename Map::Member>(key, value));
+}
+
+template <class Map>
+void takeOut(Map& map, typename Map::Key const& key) {
+  map.deleteMember(Ptr<typename Map::Member>(map[key]));
+}
+
+TYPED_TEST(HashMaps, WalkInAnOrderThatDependsOnTheKeysAlone) {
+  using Map = typename TypeParam::Map;
+  expectLaw(50, [] {
+    auto const numbers = *rc::gen::container<std::set<U32>>(rc::gen::inRange<U32>(0, 100));
+    U32 const passing = *rc::gen::inRange<U32>(0, 300);
+    Map plain;
+    for (U32 n : numbers) enter(plain, keyNumber<typename Map::Key>(n));
+    Map larger;
+    for (U32 n = 1000; n < 1000 + passing; ++n) enter(larger, keyNumber<typename Map::Key>(n));
+    for (auto n = numbers.rbegin(); n != numbers.rend(); ++n) enter(larger, keyNumber<typename Map::Key>(*n));
+    for (U32 n = 1000; n < 1000 + passing; ++n) takeOut(larger, keyNumber<typename Map::Key>(n));
+    RC_ASSERT(walked(plain) == walked(larger));
+    RC_TAG(plain.bits() == larger.bits() ? "same size" : "another size");
+  });
+}
+
+struct HashMapOf : LeakCheck {};
+
+TEST_F(HashMapOf, NumbersIsWalkedByReversedBits) {
+  Numbers::Map map;
+  for (U32 key : {0U, 1U, 2U, 3U}) enter(map, key);
+  EXPECT_EQ(map.bits(), 4U);
+  std::vector<int> buckets;
+  std::vector<U32> keys;
+  for (Numbers::Map::IteratorConst it(&map); it; ++it) {
+    keys.push_back(it->key());
+    buckets.push_back(it.bucket());
+  }
+  EXPECT_EQ(keys, (std::vector<U32>{0, 2, 1, 3}));
+  EXPECT_EQ(buckets, (std::vector<int>{0, 4, 8, 12}));
+}
+
+TEST_F(HashMapOf, NothingGivesAnEmptyPosition) {
+  Numbers::Map const map;
+  for (Numbers::Map::IteratorConst const& it :
+       {Numbers::Map::IteratorConst(&map), Numbers::Map::IteratorConst(nullptr), Numbers::Map::IteratorConst()}) {
+    EXPECT_FALSE(it);
+    EXPECT_EQ(it.bucket(), -1);
+  }
+  EXPECT_FALSE(Numbers::Map::IteratorConst(&map, 7));
+  EXPECT_EQ(map[7], nullptr);
+}
+
+// The framework's half, in the hands of one who starts with a single bucket.
+class OneBucket : public Vek::HashMapGeneric {
+ public:
+  OneBucket() : HashMapGeneric(0, Numbers::Map::vekVTable(), linkOffset()) {}
+  ~OneBucket() { emptyAllBuckets(); }
+  void enter(U32 key) { newMemberG(make<Numbers::Member>(key, 0U), &key); }
+  std::vector<U32> keys() const {
+    std::vector<U32> found;
+    int bucket = -1;
+    for (auto* at = findNextG(nullptr, &bucket); at != nullptr; at = findNextG(at, &bucket)) {
+      found.push_back(static_cast<Numbers::Member*>(at)->key());
+      EXPECT_EQ(bucket, bucketOf(Vek::bitReverse(found.back())));
+    }
+    EXPECT_GE(bucket, 1 << bits());
+    return found;
+  }
+
+ private:
+  static std::size_t linkOffset() {
+    Numbers::Member member{0, 0};
+    return static_cast<std::size_t>(reinterpret_cast<char*>(&member.vekLink()) - reinterpret_cast<char*>(&member));
+  }
+};
+
+TEST_F(HashMapOf, OneBucketHasAllKeysInBucket0AndGrowsLikeAnyOther) {
+  OneBucket table;
+  EXPECT_EQ(table.bits(), 0U);
+  EXPECT_EQ(table.bucketOf(~0U), 0);
+  EXPECT_TRUE(table.keys().empty());
+  table.enter(3);
+  EXPECT_EQ(table.bits(), 0U);
+  EXPECT_EQ(table.keys(), (std::vector<U32>{3}));
+  for (U32 key : {0U, 2U, 1U, 0xffffffffU}) {
+    table.enter(key);
+    table.verify();
+  }
+  EXPECT_EQ(table.bits(), 3U);
+  EXPECT_EQ(table.keys(), (std::vector<U32>{0, 2, 1, 3, 0xffffffff}));
+}
+
+TEST_F(HashMapOf, StartAtHashWithAnAbsentKeyGivesTheMemberBehindItsPlace) {
+  Coarse::Map map;
+  for (U32 number : {0U, 6U, 4U, 10U}) enter(map, CoarseKey{number});  // hashes 0, 0, 1, 1: buckets 0 and 8
+  struct Case {
+    U32 number;
+    U32 expected;
+  };
+  for (auto const& [number, expected] : {Case{3, 6}, Case{6, 6}, Case{9, 4}, Case{2, 4}, Case{1, 4}, Case{7, 10}}) {
+    Coarse::Map::IteratorConst const it(&map, CoarseKey{number});
+    ASSERT_TRUE(it) << number;
+    EXPECT_EQ(it->key().number, expected) << number;
+    EXPECT_EQ(it.bucket(), expected % 3 == 0 ? 0 : 8);
+  }
+  Coarse::Map::IteratorConst const behindAll(&map, CoarseKey{13});
+  EXPECT_FALSE(behindAll);
+  EXPECT_GE(behindAll.bucket(), 16);
+}
+
+TEST_F(HashMapOf, AnIteratorGoesOnBehindAMemberThatLeftWithAllItsNeighbours) {
+  Coarse::Map map;
+  for (U32 number = 0; number < 30; number += 3) enter(map, CoarseKey{number});  // one chain
+  Coarse::Map::Iterator it(&map, CoarseKey{12});
+  for (U32 number : {6U, 9U, 12U, 15U, 18U}) takeOut(map, CoarseKey{number});
+  EXPECT_EQ(it->references(), 1U) << "the iterator alone holds it";
+  ++it;
+  EXPECT_EQ(it->key().number, 21U);
+}
+
+// Calls back when it goes.
+struct Dying : Vek::HashElement<U32, U32> {
+  using HashElement::HashElement;
+  ~Dying() override {
+    if (atEnd) atEnd();
+  }
+  std::function<void()> atEnd;
+};
+using DyingMap = Vek::HashMap<Dying, U32, U32>;
+
+TEST_F(HashMapOf, AMemberThatDiesUnderAnIteratorMayTakeOutTheNextOne) {
+  DyingMap map;
+  for (U32 key : {0U, 16U, 32U, 48U, 1U}) enter(map, key);
+  DyingMap::Iterator it(&map);
+  it->atEnd = [&map] { takeOut(map, 32); };
+  takeOut(map, 0);
+  ++it;
+  ASSERT_EQ(it->key(), 32U) << "it was the next one when the step was taken";
+  EXPECT_EQ(map[32], nullptr);
+  ++it;
+  ASSERT_TRUE(it);
+  EXPECT_EQ(it->key(), 16U);
+}
+
+TEST_F(HashMapOf, AMemberThatDiesWithItsMapFindsItInOrder) {
+  std::vector<U32> left;
+  {
+    DyingMap map;
+    for (U32 key : {0U, 16U, 1U, 2U}) {
+      enter(map, key);
+      map[key]->atEnd = [&map, &left] {
+        map.verify();
+        left.push_back(map.count());
+      };
+    }
+  }
+  EXPECT_EQ(left, (std::vector<U32>{3, 2, 1, 0}));
+}
+
+TEST_F(HashMapOf, ChildrenCountsWritesByTheOperationThatLinksThem) {
+  auto const& operations = Children::Map::vekVTable();
+  auto const child = make<ChildLike>("a", 0U);
+  auto const next = make<ChildLike>("b", 0U);
+  operations.setNext(child.ptr(), next.ptr());
+  EXPECT_EQ(child->writeCount(), 1U);
+  EXPECT_EQ(next->references(), 2U);
+  operations.setNext(child.ptr(), next.ptr());
+  EXPECT_EQ(child->writeCount(), 2U) << "an unchanged link counts too";
+  EXPECT_EQ(next->references(), 2U);
+  operations.setNext(child.ptr(), nullptr);
+  EXPECT_EQ(child->writeCount(), 3U);
+  EXPECT_EQ(next->references(), 1U);
+}
+
+TEST_F(HashMapOf, TextsTellsKeysOfOneHashApart) {
+  std::unordered_map<U32, String8> seen;
+  std::vector<String8> equal;
+  for (U32 n = 0; equal.empty(); ++n) {
+    auto const text = keyNumber<String8>(n);
+    auto const [place, isNew] = seen.try_emplace(text.hash(), text);
+    if (!isNew) equal = {place->second, text};
+  }
+  Texts::Map map;
+  enter(map, equal[0], 10);
+  EXPECT_EQ(map[equal[1]], nullptr);
+  enter(map, equal[1], 11);
+  EXPECT_EQ(map[equal[0]]->value(), 10U);
+  EXPECT_EQ(map[equal[1]]->value(), 11U);
+  takeOut(map, equal[0]);
+  EXPECT_EQ(map[equal[0]], nullptr);
+  EXPECT_EQ(map[equal[1]]->value(), 11U);
+}
+
+TEST_F(HashMapOf, AMillionHasNoMoreMembersThanBucketsAndGoesOnASmallStack) {
+  withSmallStack([] {
+    Numbers::Map map;
+    for (U32 n = 0; n < 1'000'000; ++n) enter(map, n * 0x10001);
+    EXPECT_EQ(map.count(), 1'000'000U);
+    EXPECT_LE(map.count(), U64{1} << map.bits());
+    EXPECT_GE(map.count(), U64{1} << (map.bits() - 1)) << "nor fewer than half";
+  });
+}
+
+TEST_F(HashMapOf, OneChainOf100000GoesOnASmallStack) {
+  withSmallStack([] {
+    Coarse::Map map;
+    for (U32 n = 300'000; n > 0; n -= 3) enter(map, CoarseKey{n});  // from behind, so that each is entered at once
+    U32 count = 0;
+    for (Coarse::Map::IteratorConst it(&map); it; ++it) ++count;
+    EXPECT_EQ(count, 100'000U);
+  });
+}
+
+}  // namespace

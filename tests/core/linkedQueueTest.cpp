@@ -1,0 +1,148 @@
+#include "core/LinkedQueue.h"
+
+#include "tests/core/LeakCheck.h"
+#include "tests/core/Property.h"
+#include "tests/core/SmallStack.h"
+
+#include <deque>
+#include <vector>
+
+using Vek::make;
+using Vek::Ptr;
+using Vek::U32;
+
+namespace {
+
+struct Thing : Vek::PtrInterface {
+  explicit Thing(U32 n) : number(n) {}
+  U32 number;
+};
+
+using Member = Vek::LinkedQueueElement<Ptr<Thing>>;
+
+struct Queue : Vek::LinkedQueue<Member, Thing, Ptr<Thing>> {
+  void onDeleteMemberNotFound(Member const& member) override { notFound.push_back(member.value()->number); }
+  void add(U32 number) { enqueue(make<Thing>(number)); }
+  std::vector<U32> numbers() const {
+    std::vector<U32> found;
+    for (Iterator it(this); it; ++it) found.push_back(it->value()->number);
+    return found;
+  }
+  std::vector<U32> notFound;
+};
+
+struct LinkedQueues : LeakCheck {
+  LinkedQueues() {
+    for (U32 number : {1U, 2U, 3U, 4U}) queue.add(number);
+  }
+  Queue queue;
+};
+
+TEST_F(LinkedQueues, CountAVersionForEachChange) {
+  EXPECT_EQ(Queue().version(), 0U);
+  EXPECT_EQ(queue.version(), 4U);
+  EXPECT_EQ(queue.count(), 4U);
+  queue.deleteAll();
+  EXPECT_EQ(queue.version(), 5U);
+  EXPECT_EQ(queue.count(), 0U);
+  EXPECT_EQ(queue.head(), nullptr);
+  EXPECT_EQ(queue.tail(), nullptr);
+}
+
+TEST_F(LinkedQueues, AreCopiedIntoMembersOfTheirOwnThatHoldTheSameValues) {
+  Queue copy = queue;
+  EXPECT_EQ(copy.numbers(), queue.numbers());
+  EXPECT_EQ(copy.version(), 5U) << "one for the emptying, one a member";
+  EXPECT_NE(copy.head(), queue.head());
+  EXPECT_EQ(copy.head()->value(), queue.head()->value());
+  EXPECT_EQ(copy.head()->value()->references(), 2U);
+  copy.add(5);
+  EXPECT_EQ(queue.numbers(), (std::vector<U32>{1, 2, 3, 4}));
+  queue = copy;
+  EXPECT_EQ(queue.numbers(), (std::vector<U32>{1, 2, 3, 4, 5}));
+}
+
+TEST_F(LinkedQueues, AssignedToThemselvesDoNotChange) {
+  Member const* const head = queue.head();
+  Queue const& same = queue;
+  queue = same;
+  EXPECT_EQ(queue.version(), 4U);
+  EXPECT_EQ(queue.head(), head);
+  EXPECT_EQ(queue.count(), 4U);
+}
+
+TEST_F(LinkedQueues, TellOfAMemberThatIsNotThere) {
+  Ptr<Member> const elsewhere = make<Member>(make<Thing>(9U));
+  queue.deleteMember(elsewhere);
+  EXPECT_EQ(queue.notFound, (std::vector<U32>{9}));
+  EXPECT_EQ(queue.version(), 4U);
+  Queue::Iterator it(&queue);
+  queue.deleteMember(Ptr<Member>(queue.head()));
+  queue.deleteMember(it);
+  EXPECT_EQ(queue.notFound, (std::vector<U32>{9, 1}));
+  EXPECT_EQ(queue.numbers(), (std::vector<U32>{2, 3, 4}));
+}
+
+TEST_F(LinkedQueues, LetAnIteratorTakeOutAsItGoesAlsoWhereOthersHaveDoneSoBefore) {
+  Queue::Iterator it(&queue);
+  ++it;
+  ++it;
+  queue.deleteMember(Ptr<Member>(Queue::next(*queue.head())));  // the one that the iterator has just left
+  queue.deleteMember(it);
+  EXPECT_EQ(queue.numbers(), (std::vector<U32>{1, 4}));
+  ASSERT_TRUE(it);
+  EXPECT_EQ(it->value()->number, 4U);
+  ++it;
+  EXPECT_EQ(it->value()->number, 4U) << "it stood there already";
+  queue.deleteMember(it);
+  EXPECT_FALSE(it);
+  EXPECT_EQ(queue.tail(), queue.head());
+  queue.add(5);
+  EXPECT_EQ(queue.numbers(), (std::vector<U32>{1, 5}));
+}
+
+// A walk that takes out, or appends, at each member as told.
+enum class Turn { pass, takeOut, append, takeOutAndAppend };
+
+TEST(LinkedQueueLaws, AWalkMeetsEveryMemberOnceWhateverIsTakenOutAndAppended) {
+  expectLaw(200, [] {
+    auto const size = *rc::gen::inRange<U32>(0, 20);
+    auto const turns = *rc::gen::container<std::vector<U32>>(rc::gen::inRange<U32>(0, 4));
+    Queue queue;
+    std::vector<U32> left;
+    std::vector<U32> visited;
+    U32 made = 0;
+    for (; made < size; ++made) queue.add(made);
+    for (Queue::Iterator it(&queue); it; ++it) {
+      U32 const number = it->value()->number;
+      auto const turn = visited.size() < turns.size() ? static_cast<Turn>(turns[visited.size()]) : Turn::pass;
+      visited.push_back(number);
+      if (turn == Turn::append || turn == Turn::takeOutAndAppend) queue.add(made++);
+      if (turn == Turn::takeOut || turn == Turn::takeOutAndAppend) {
+        queue.deleteMember(it);
+      } else {
+        left.push_back(number);
+      }
+    }
+    RC_ASSERT(visited.size() == made);
+    for (U32 i = 0; i < made; ++i) RC_ASSERT(visited[i] == i);
+    RC_ASSERT(queue.numbers() == left);
+    RC_ASSERT(queue.count() == left.size());
+    RC_ASSERT((queue.tail() == nullptr) == left.empty());
+    if (!left.empty()) RC_ASSERT(queue.tail()->value()->number == left.back());
+  });
+}
+
+TEST_F(LinkedQueues, OfAMillionGoOnASmallStackEvenUnderAnIterator) {
+  withSmallStack([] {
+    Queue large;
+    for (U32 n = 0; n < 1'000'000; ++n) large.add(n);
+    Queue copy = large;
+    Queue::Iterator const it(&copy);
+    copy.deleteAll();
+    EXPECT_EQ(it->value()->number, 0U);
+    EXPECT_EQ(Queue::next(*it), nullptr);
+  });
+}
+
+}  // namespace
