@@ -44,7 +44,7 @@ std::string_view kindOf(Mustache::data const& data) {
 // knows which tag asks, what it wants, and where it stands.
 class StrictContext : public Mustache::basic_context<std::string> {
  public:
-  StrictContext(Mustache::data const& root, std::vector<TemplateTag> const& tags) : tags_(tags) { push(&root); }
+  StrictContext(Mustache::data const& root, std::vector<TemplateTag> const& tags) : tags_(tags), sections_{&root} {}
 
   void push(Mustache::data const* data) override { sections_.push_back(data); }
   void pop() override { sections_.pop_back(); }
