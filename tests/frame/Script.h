@@ -75,7 +75,7 @@ class Stage {
   /// Makes the reactors that are there from the start.
   void begin();
   /// An act from outside; an exception that gets there is noted.
-  void perform(Act const& act);
+  void perform(Act const& doIt);
   /// Gives up all references from outside.
   void end();
 

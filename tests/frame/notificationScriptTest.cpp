@@ -30,9 +30,9 @@ class Reality final : public Stage {
       os << "t" << i << ": references " << t->references() << ", size " << t->size() << ", broken " << t->broken()
          << ", writes " << t->writeCount() << ", reads " << reads << ", version " << list.version() << ", list";
       Vek::U32 count = 0;
-      for (auto const* member = list.head(); member != nullptr; member = list.next(*member), ++count) {
+      for (auto const* member = list.head(); member != nullptr; member = Vek::ReactorChain::next(*member), ++count) {
         os << " r" << static_cast<Scripted const*>(member)->number();
-        if (list.next(*member) == nullptr) RC_ASSERT(member == list.tail());
+        if (Vek::ReactorChain::next(*member) == nullptr) RC_ASSERT(member == list.tail());
       }
       RC_ASSERT(count == list.count());
       os << '\n';

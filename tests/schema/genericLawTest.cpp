@@ -199,11 +199,11 @@ TEST_F(GenericLaw, ACollectionEqualsAMapOfItsTexts) {
         EXPECT_EQ(before.writesSince(entity), isThere ? 1U : 0U);
         model.erase(k);
       }
-      EXPECT_EQ(op(GenericIf::OpContains, key)->strRep(), model.count(k) != 0 ? "True" : "False");
+      EXPECT_EQ(op(GenericIf::OpContains, key)->strRep(), model.contains(k) ? "True" : "False");
       EXPECT_EQ(str(op(GenericIf::OpCount)->strRep()), std::to_string(model.size()));
       EXPECT_EQ(before.readsSince(entity), 0U);
-      EXPECT_EQ(str(op(GenericIf::OpGet, key)->strRep()), model.count(k) != 0 ? model[k] : none);
-      EXPECT_EQ(static_cast<bool>(entity->attributeIteratorKeyConst(attr.id(), key)), model.count(k) != 0);
+      EXPECT_EQ(str(op(GenericIf::OpGet, key)->strRep()), model.contains(k) ? model[k] : none);
+      EXPECT_EQ(static_cast<bool>(entity->attributeIteratorKeyConst(attr.id(), key)), model.contains(k));
       std::map<std::string, std::string> walked;
       for (auto it = entity->attributeIteratorConst(attr.id()); it; ++it) {
         EXPECT_TRUE(walked.emplace(it.key()->strRep(), it.object()->strRep()).second);
