@@ -1,6 +1,7 @@
 // dornl3: the command line.
 #include "apps/StandardOutput.h"
 #include "apps/attributes/CommandLine.h"
+#include "apps/kernel/KernelReader.h"
 #include "apps/kernel/NetlinkSocket.h"
 #include "apps/show/HostRoots.h"
 #include "apps/show/ShowLocal.h"
@@ -78,7 +79,7 @@ int runOnAttributes(Attributes::CommandLine const& attributes) {
   }
   if (!attributes.needsEntities()) return print(attributes.run(Vek::Dir::root()));
   Kernel::NetlinkSocket kernel;
-  Show::HostRoots const host{kernel};
+  Show::HostRoots const host{[&kernel] { return Kernel::readKernel(kernel); }};
   for (std::string const& notice : host.notices()) complain(notice);
   return print(attributes.run(Vek::Dir::root()));
 }

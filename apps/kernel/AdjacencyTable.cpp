@@ -4,24 +4,20 @@
 
 namespace Apps::Kernel {
 
-namespace {
-
-HashValue hash(Adjacency const& adjacency) noexcept {
+HashValue hashOf(Adjacency const& adjacency) noexcept {
   std::array<char, sizeof adjacency.link + Address::limit + 1> bytes{};
   std::memcpy(bytes.data(), &adjacency.link, sizeof adjacency.link);
   std::memcpy(bytes.data() + sizeof adjacency.link, adjacency.gateway.bytes.data(), Address::limit);
   bytes.back() = static_cast<char>(adjacency.gateway.family);
-  return hashOf({bytes.data(), bytes.size()});
+  return hashOf(std::string_view{bytes.data(), bytes.size()});
 }
-
-}  // namespace
 
 std::uint32_t AdjacencyTable::find(HashValue hash, Adjacency const& adjacency) const {
   return index_.find(hash, [&](std::uint32_t number) { return all_[number] == adjacency; });
 }
 
 std::uint32_t AdjacencyTable::numberOf(Adjacency const& adjacency) {
-  HashValue const hashed = hash(adjacency);
+  HashValue const hashed = hashOf(adjacency);
   std::uint32_t number = find(hashed, adjacency);
   if (number == HashIndex::none) {
     number = static_cast<std::uint32_t>(all_.size());
@@ -29,15 +25,6 @@ std::uint32_t AdjacencyTable::numberOf(Adjacency const& adjacency) {
     index_.add(hashed, number);
   }
   return number;
-}
-
-bool AdjacencyTable::holds(Adjacency const& adjacency) const {
-  return find(hash(adjacency), adjacency) != HashIndex::none;
-}
-
-void AdjacencyTable::clear() noexcept {
-  all_.clear();
-  index_.clear();
 }
 
 }  // namespace Apps::Kernel

@@ -9,15 +9,15 @@
 
 namespace Apps::Kernel {
 
+[[nodiscard]] HashValue hashOf(Adjacency const& adjacency) noexcept;
+
 class AdjacencyTable {
  public:
   /// The number of `adjacency`, which is entered if it is new.
   std::uint32_t numberOf(Adjacency const& adjacency);
 
-  [[nodiscard]] bool holds(Adjacency const& adjacency) const;
   [[nodiscard]] Adjacency const& operator[](std::uint32_t number) const { return all_[number]; }
   [[nodiscard]] std::size_t size() const noexcept { return all_.size(); }
-  void clear() noexcept;
 
  private:
   [[nodiscard]] std::uint32_t find(HashValue hash, Adjacency const& adjacency) const;

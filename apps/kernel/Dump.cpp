@@ -1,6 +1,6 @@
 #include "apps/kernel/Dump.h"
 
-#include "apps/kernel/Attributes.h"
+#include "apps/kernel/Datagram.h"
 #include "apps/kernel/KernelError.h"
 
 #include <libmnl/libmnl.h>
@@ -76,33 +76,31 @@ void Dumper::request(Table table) {
 
 Dumper::Attempt Dumper::attempt(Table table, std::function<void(Bytes)> const& take) {
   bool interrupted = false;
-  for (;;) {
+  std::optional<Attempt> end;
+  auto const message = [&](nlmsghdr const& header, Bytes body) {
+    if (header.nlmsg_seq != sequence_) return true;  // left over from an answer that was given up
+
+    interrupted = interrupted || (header.nlmsg_flags & NLM_F_DUMP_INTR) != 0;
+    if (header.nlmsg_type == NLMSG_OVERRUN) {
+      end = Attempt::overrun;
+    } else if (header.nlmsg_type == NLMSG_DONE || header.nlmsg_type == NLMSG_ERROR) {
+      // A done message without a word is an old kernel's way of saying that all is well.
+      bool const bare = header.nlmsg_type == NLMSG_DONE && body.empty();
+      int const error = bare ? 0 : errorNumber(body);
+      bool const isMissing = isAbsence(table, error);
+      if (error != 0 && !isMissing) throw kernelError(tableName(table), error);
+      end = isMissing ? Attempt::absent : interrupted ? Attempt::interrupted : Attempt::whole;
+    } else if (header.nlmsg_type == traits(table).reply) {
+      take(body);
+    }
+    return !end;
+  };
+  while (!end) {
     std::optional<Bytes> const datagram = source_.receive();
     if (!datagram) return Attempt::overrun;
-    Bytes rest = *datagram;
-    while (!rest.empty()) {
-      nlmsghdr header{};  // mnl_nlmsg_ok takes a length beyond 2 GiB for a negative one, and lets it pass
-      bool const isWhole =
-          readFront(rest, header) && header.nlmsg_len >= MNL_NLMSG_HDRLEN && header.nlmsg_len <= rest.size();
-      if (!isWhole) throw kernelError(tableName(table), EBADMSG);
-      Bytes const body = rest.subspan(MNL_NLMSG_HDRLEN, header.nlmsg_len - MNL_NLMSG_HDRLEN);
-      std::size_t const step = MNL_ALIGN(header.nlmsg_len);
-      rest = step < rest.size() ? rest.subspan(step) : Bytes{};
-      if (header.nlmsg_seq != sequence_) continue;  // left over from an answer that was given up
-
-      interrupted = interrupted || (header.nlmsg_flags & NLM_F_DUMP_INTR) != 0;
-      if (header.nlmsg_type == NLMSG_OVERRUN) return Attempt::overrun;
-      if (header.nlmsg_type == NLMSG_DONE || header.nlmsg_type == NLMSG_ERROR) {
-        // A done message without a word is an old kernel's way of saying that all is well.
-        bool const bare = header.nlmsg_type == NLMSG_DONE && body.empty();
-        int const error = bare ? 0 : errorNumber(body);
-        if (isAbsence(table, error)) return Attempt::absent;
-        if (error != 0) throw kernelError(tableName(table), error);
-        return interrupted ? Attempt::interrupted : Attempt::whole;
-      }
-      if (header.nlmsg_type == traits(table).reply) take(body);
-    }
+    if (forEachMessage(*datagram, message) == Walked::broken) throw kernelError(tableName(table), EBADMSG);
   }
+  return *end;
 }
 
 }  // namespace Apps::Kernel

@@ -1,4 +1,4 @@
-// KernelFigures: what one reading of the kernel found. Plain numbers.
+// KernelFigures: what is known of the kernel's forwarding state. Plain numbers.
 #pragma once
 
 #include <array>
@@ -36,6 +36,34 @@ struct SetCounts {
   friend bool operator==(SetCounts const&, SetCounts const&) = default;
 };
 
+/// Route messages of IPv4, IPv6 and MPLS that were handled, local and broadcast ones included, and what they did to the
+/// routes that the figures count.
+struct RouteCommands {
+  std::uint64_t processed = 0;
+  std::uint64_t added = 0;
+  std::uint64_t deleted = 0;  // also found gone by a fresh reading, without a message
+  std::uint64_t overwritten = 0;
+  std::uint64_t failed = 0;  // malformed
+
+  friend bool operator==(RouteCommands const&, RouteCommands const&) = default;
+};
+
+/// When the forwarding state last changed, in seconds since 1970; 0: not since it is followed.
+struct ChangeTimes {
+  struct OfFamily {
+    double route = 0;
+    double defaultRoute = 0;
+    double forwardingOn = 0;  // of the switch for all interfaces
+    double forwardingOff = 0;
+
+    friend bool operator==(OfFamily const&, OfFamily const&) = default;
+  };
+  OfFamily ipv4;
+  OfFamily ipv6;
+
+  friend bool operator==(ChangeTimes const&, ChangeTimes const&) = default;
+};
+
 struct KernelFigures {
   std::uint32_t vrfs = 0;  // with the default one
   std::uint32_t vxlanTunnels = 0;
@@ -55,9 +83,8 @@ struct KernelFigures {
   SetCounts mplsSets;    // of MPLS routes
   SetCounts tunnelSets;  // of IP routes, with some path through a tunnel
 
-  std::uint64_t routeMessages = 0;  // of these families, local and broadcast ones included
-  std::uint64_t routesTaken = 0;    // those that the figures count
-  std::uint64_t routesFailed = 0;   // malformed
+  RouteCommands commands;
+  ChangeTimes times;
 
   std::uint32_t linkLayerNeighbours = 0;  // with a link-layer address that was learnt or given
   std::uint32_t failedNeighbours = 0;     // unresolvable, or malformed
@@ -67,6 +94,8 @@ struct KernelFigures {
   std::uint32_t missingNextHops = 0;      // next-hop objects that routes name and the kernel did not tell
 
   std::vector<std::string_view> interrupted;  // names of tables that changed during every attempt to read them
+
+  friend bool operator==(KernelFigures const&, KernelFigures const&) = default;
 };
 
 }  // namespace Apps::Kernel

@@ -5,6 +5,7 @@
 #include <linux/if_addr.h>
 #include <linux/if_link.h>
 #include <linux/rtnetlink.h>
+#include <sys/socket.h>
 
 #include <algorithm>
 #include <array>
@@ -37,7 +38,7 @@ LinkKind kindOf(std::string_view name) noexcept {
 
 std::optional<Link> readLink(Bytes body) {
   ifinfomsg header{};
-  if (!readFront(body, header)) return std::nullopt;
+  if (!readFront(body, header) || header.ifi_family != AF_UNSPEC) return std::nullopt;
   Link link;
   link.index = static_cast<std::uint32_t>(header.ifi_index);
   link.flags = header.ifi_flags;
@@ -63,7 +64,13 @@ std::optional<Link> readLink(Bytes body) {
 std::optional<LinkAddress> readLinkAddress(Bytes body) {
   ifaddrmsg header{};
   if (!readFront(body, header)) return std::nullopt;
-  return LinkAddress{header.ifa_index, header.ifa_scope < RT_SCOPE_LINK};
+  LinkAddress result{header.ifa_index, header.ifa_scope < RT_SCOPE_LINK, header.ifa_prefixlen};
+  bool const whole = walkAttributes(afterHeader<ifaddrmsg>(body), [&](Attribute const& a) {
+    if (a.type == IFA_ADDRESS) return result.address.set(header.ifa_family, a.payload);
+    return a.type != IFA_LOCAL || result.local.set(header.ifa_family, a.payload);
+  });
+  if (!whole) return std::nullopt;
+  return result;
 }
 
 }  // namespace Apps::Kernel

@@ -1,7 +1,7 @@
 // Readers of link and address messages. Each answers nothing if the message is malformed.
 #pragma once
 
-#include "apps/kernel/MessageSource.h"
+#include "apps/kernel/NextHop.h"
 
 #include <cstdint>
 #include <optional>
@@ -27,8 +27,16 @@ struct Link {
 struct LinkAddress {
   std::uint32_t link = 0;
   bool reachesBeyondLink = false;  // its scope is wider than the link
+  std::uint8_t prefixLength = 0;
+  Address address = {};  // with `local` and the prefix, what tells it from others of its link
+  Address local = {};
+
+  [[nodiscard]] bool isSame(LinkAddress const& other) const noexcept {
+    return link == other.link && prefixLength == other.prefixLength && address == other.address && local == other.local;
+  }
 };
 
+/// Nothing also of a message that tells another family's view of a link, such as a bridge's of its ports.
 [[nodiscard]] std::optional<Link> readLink(Bytes body);
 [[nodiscard]] std::optional<LinkAddress> readLinkAddress(Bytes body);
 

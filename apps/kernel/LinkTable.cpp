@@ -1,5 +1,7 @@
 #include "apps/kernel/LinkTable.h"
 
+#include "apps/kernel/AdjacencyTable.h"
+
 #include <net/if.h>
 
 #include <algorithm>
@@ -7,17 +9,42 @@
 
 namespace Apps::Kernel {
 
-void LinkTable::add(Link const& link) { links_.insert_or_assign(link.index, Entry{link}); }
+void LinkTable::add(Link const& link) { links_[link.index].link = link; }
 
 void LinkTable::add(LinkAddress const& address) {
+  remove(address);
   auto const found = links_.find(address.link);
-  if (found != links_.end() && address.reachesBeyondLink) found->second.hasAddress = true;
+  if (found == links_.end() || !address.reachesBeyondLink) return;
+  addresses_.insert(address);
+  ++found->second.addresses;
 }
 
-void LinkTable::clear() noexcept { links_.clear(); }
+void LinkTable::remove(std::uint32_t index) {
+  links_.erase(index);
+  std::erase_if(addresses_, [index](LinkAddress const& address) { return address.link == index; });
+}
+
+void LinkTable::remove(LinkAddress const& address) {
+  if (addresses_.erase(address) != 0) --links_[address.link].addresses;
+}
+
+void LinkTable::clear() noexcept {
+  links_.clear();
+  addresses_.clear();
+}
 
 void LinkTable::clearAddresses() noexcept {
-  for (auto& [index, entry] : links_) entry.hasAddress = false;
+  for (auto& [index, entry] : links_) entry.addresses = 0;
+  addresses_.clear();
+}
+
+std::size_t LinkTable::Hash::operator()(LinkAddress const& address) const noexcept {
+  return hashOf(Adjacency{address.link, address.address}) ^ address.prefixLength;
+}
+
+Link const* LinkTable::link(std::uint32_t index) const noexcept {
+  Entry const* const entry = find(index);
+  return entry == nullptr ? nullptr : &entry->link;
 }
 
 std::uint32_t LinkTable::count(LinkKind kind) const noexcept {
@@ -63,7 +90,7 @@ LinkTable::Entry const* LinkTable::find(std::uint32_t index) const noexcept {
 bool LinkTable::routes(Entry const& entry) const noexcept {
   if (!isUp(entry)) return false;
   Entry const* master = find(entry.link.master);
-  return entry.hasAddress || (master != nullptr && master->link.kind == LinkKind::vrf);
+  return entry.addresses != 0 || (master != nullptr && master->link.kind == LinkKind::vrf);
 }
 
 bool LinkTable::isUp(Entry const& entry) const noexcept { return (entry.link.flags & IFF_UP) != 0; }

@@ -4,16 +4,21 @@
 #include "apps/kernel/LinkMessage.h"
 
 #include <unordered_map>
+#include <unordered_set>
 
 namespace Apps::Kernel {
 
 class LinkTable {
  public:
-  void add(Link const& link);
+  void add(Link const& link);  // takes the place of what was told of it; its addresses stay
   void add(LinkAddress const& address);
+  void remove(std::uint32_t index);
+  void remove(LinkAddress const& address);
   void clear() noexcept;           // links and addresses
   void clearAddresses() noexcept;  // addresses alone
 
+  /// The link with an index; null if it is not known. Holds until the next change.
+  [[nodiscard]] Link const* link(std::uint32_t index) const noexcept;
   [[nodiscard]] std::uint32_t count(LinkKind kind) const noexcept;
   [[nodiscard]] std::uint32_t tunnelCount() const noexcept;  // links of which isTunnel() is true
   /// Whether gateways on the link have link-layer addresses to be resolved. True of an unknown link.
@@ -27,7 +32,14 @@ class LinkTable {
  private:
   struct Entry {
     Link link;
-    bool hasAddress = false;
+    std::uint32_t addresses = 0;  // those that reach beyond the link
+  };
+
+  struct Hash {
+    std::size_t operator()(LinkAddress const& address) const noexcept;
+  };
+  struct Same {
+    bool operator()(LinkAddress const& a, LinkAddress const& b) const noexcept { return a.isSame(b); }
   };
 
   [[nodiscard]] Entry const* find(std::uint32_t index) const noexcept;
@@ -35,6 +47,7 @@ class LinkTable {
   [[nodiscard]] bool isUp(Entry const& entry) const noexcept;
 
   std::unordered_map<std::uint32_t, Entry> links_;
+  std::unordered_set<LinkAddress, Hash, Same> addresses_;  // that are counted in links_
 };
 
 }  // namespace Apps::Kernel

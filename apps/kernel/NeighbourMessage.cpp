@@ -24,7 +24,8 @@ std::optional<Neighbour> readNeighbour(Bytes body) {
   Neighbour neighbour;
   neighbour.at.link = static_cast<std::uint32_t>(header.ndm_ifindex);
   neighbour.resolution = resolutionOf(header.ndm_state);
-  if (header.ndm_family != AF_INET && header.ndm_family != AF_INET6) return neighbour;
+  bool const isProxy = (header.ndm_flags & NTF_PROXY) != 0;
+  if (isProxy || (header.ndm_family != AF_INET && header.ndm_family != AF_INET6)) return neighbour;
   bool const whole = walkAttributes(afterHeader<ndmsg>(body), [&](Attribute const& a) {
     if (a.type == NDA_LLADDR) neighbour.hasLinkLayerAddress = !a.payload.empty() && (header.ndm_state & NUD_NOARP) == 0;
     return a.type != NDA_DST || neighbour.at.gateway.set(header.ndm_family, a.payload);

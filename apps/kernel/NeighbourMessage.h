@@ -15,7 +15,7 @@ enum class Resolution : std::uint8_t {
 };
 
 struct Neighbour {
-  Adjacency at;  // without an address if the kernel gives none
+  Adjacency at;  // without an address if the kernel gives none, or only answers in another's name
   Resolution resolution = Resolution::open;
   bool hasLinkLayerAddress = false;  // learnt or given; not one that follows from the address itself (NUD_NOARP)
 };

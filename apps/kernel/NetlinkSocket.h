@@ -1,13 +1,10 @@
-// NetlinkSocket: the rtnetlink socket of this process's network namespace, as a MessageSource.
+// NetlinkSocket: an rtnetlink socket for questions and their answers, as a MessageSource.
 // Owner: whoever reads the kernel. Thread: one at a time. Reading needs no privilege.
 #pragma once
 
-#include "apps/kernel/MessageSource.h"
+#include "apps/kernel/NetlinkChannel.h"
 
-#include <memory>
-#include <vector>
-
-struct mnl_socket;
+#include <optional>
 
 namespace Apps::Kernel {
 
@@ -21,12 +18,7 @@ class NetlinkSocket final : public MessageSource {
   void reopen() override;
 
  private:
-  struct Close {
-    void operator()(mnl_socket* socket) const noexcept;
-  };
-
-  std::unique_ptr<mnl_socket, Close> socket_;
-  std::vector<std::byte> buffer_;
+  std::optional<NetlinkChannel> channel_;
 };
 
 }  // namespace Apps::Kernel

@@ -1,5 +1,6 @@
 #include "apps/kernel/NextHop.h"
 
+#include <linux/rtnetlink.h>
 #include <sys/socket.h>
 
 #include <algorithm>
@@ -27,5 +28,7 @@ bool Address::set(std::uint8_t newFamily, Bytes from) noexcept {
   family = newFamily;
   return true;
 }
+
+bool isDown(std::uint32_t flags) noexcept { return (flags & (RTNH_F_DEAD | RTNH_F_LINKDOWN)) != 0; }
 
 }  // namespace Apps::Kernel

@@ -42,4 +42,7 @@ struct Path {
   static constexpr std::uint16_t labels = 0xffff;  // the outgoing label stack of an MPLS route
 };
 
+/// Whether the flags of a path (RTNH_F_*) say that it is dead or that its link is down.
+[[nodiscard]] bool isDown(std::uint32_t flags) noexcept;
+
 }  // namespace Apps::Kernel

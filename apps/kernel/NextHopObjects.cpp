@@ -1,17 +1,11 @@
 #include "apps/kernel/NextHopObjects.h"
 
-#include <linux/rtnetlink.h>
-
 #include <algorithm>
 
 namespace Apps::Kernel {
 
-bool isDown(std::uint32_t flags) noexcept { return (flags & (RTNH_F_DEAD | RTNH_F_LINKDOWN)) != 0; }
-
 void NextHopObjects::add(NextHopObject const& object) {
-  singles_.erase(object.id);
-  groups_.erase(object.id);
-  resolved_.clear();
+  remove(object.id);
   if (object.isGroup) {
     groups_.emplace(object.id, object.members);
   } else if (object.discards) {
@@ -21,43 +15,42 @@ void NextHopObjects::add(NextHopObject const& object) {
   }
 }
 
+void NextHopObjects::remove(std::uint32_t id) {
+  singles_.erase(id);
+  groups_.erase(id);
+}
+
 void NextHopObjects::clear() noexcept {
   singles_.clear();
   groups_.clear();
-  resolved_.clear();
-  missing_.clear();
 }
 
-ResolvedPaths const& NextHopObjects::resolve(std::uint32_t id) {
-  auto const [entry, isNew] = resolved_.try_emplace(id);
-  ResolvedPaths& result = entry->second;
-  if (!isNew) return result;
-
+ResolvedPaths NextHopObjects::resolve(std::uint32_t id, std::unordered_set<std::uint32_t>& missing) const {
   std::vector<std::uint32_t> ids{id};  // each id once, so that groups which name each other come to an end
   std::unordered_set<std::uint32_t> seen{id};
   std::vector<std::uint32_t> paths;
-  bool someUp = false;
+  std::vector<std::uint32_t> down;
   while (!ids.empty()) {
     std::uint32_t const next = ids.back();
     ids.pop_back();
     if (auto const single = singles_.find(next); single != singles_.end()) {
       if (single->second.path == NextHopTable::noSet) continue;
       paths.push_back(single->second.path);
-      if (single->second.isDown) {
-        result.downAdjacencies.push_back(table_.path(single->second.path).adjacency);
-      } else {
-        someUp = true;
-      }
+      if (single->second.isDown) down.push_back(single->second.path);
     } else if (auto const group = groups_.find(next); group != groups_.end()) {
       std::copy_if(group->second.begin(), group->second.end(), std::back_inserter(ids),
                    [&seen](std::uint32_t member) { return seen.insert(member).second; });
     } else {
-      missing_.insert(next);
+      missing.insert(next);
     }
   }
-  result.allDown = !paths.empty() && !someUp;
-  result.set = table_.setOf(paths);
-  return result;
+  return {table_.setOf(paths), table_.setOf(down)};
+}
+
+void NextHopObjects::moveTo(NextHopTable& fresh) {
+  for (auto& [id, single] : singles_) {
+    if (single.path != NextHopTable::noSet) single.path = fresh.pathLike(table_, single.path);
+  }
 }
 
 std::uint32_t NextHopObjects::nestedGroupCount() const {

@@ -10,30 +10,28 @@
 
 namespace Apps::Kernel {
 
-/// The paths of one route.
+/// The paths that an object stands for.
 struct ResolvedPaths {
   std::uint32_t set = NextHopTable::noSet;
-  std::vector<std::uint32_t> downAdjacencies;  // of paths marked dead or link-down
-  bool allDown = false;                        // there are paths, and all are marked so
+  std::uint32_t downSet = NextHopTable::noSet;  // those marked dead or link-down
 };
-
-/// Whether the flags of a path (RTNH_F_*) say that it is dead or that its link is down.
-[[nodiscard]] bool isDown(std::uint32_t flags) noexcept;
 
 class NextHopObjects {
  public:
   explicit NextHopObjects(NextHopTable& table) noexcept : table_{table} {}  // uses the table, does not own it
 
   void add(NextHopObject const& object);
+  void remove(std::uint32_t id);
   void clear() noexcept;
 
   /// The paths of the object `id`, of a group those of its members and of theirs; no paths if it discards packets or is
-  /// not known. The answer holds until the next add or clear.
-  [[nodiscard]] ResolvedPaths const& resolve(std::uint32_t id);
+  /// not known. Enters in `missing` the ids that are not known, `id` or of members.
+  [[nodiscard]] ResolvedPaths resolve(std::uint32_t id, std::unordered_set<std::uint32_t>& missing) const;
 
   [[nodiscard]] std::uint32_t nestedGroupCount() const;  // groups with another group among their members
-  /// Ids that were asked for, or stand in a group that was, and are not known.
-  [[nodiscard]] std::uint32_t missingCount() const noexcept { return static_cast<std::uint32_t>(missing_.size()); }
+
+  /// Goes over to the numbers that paths of the table have in `fresh`, where they are entered.
+  void moveTo(NextHopTable& fresh);
 
  private:
   struct Single {
@@ -44,8 +42,6 @@ class NextHopObjects {
   NextHopTable& table_;
   std::unordered_map<std::uint32_t, Single> singles_;
   std::unordered_map<std::uint32_t, std::vector<std::uint32_t>> groups_;
-  std::unordered_map<std::uint32_t, ResolvedPaths> resolved_;
-  std::unordered_set<std::uint32_t> missing_;
 };
 
 }  // namespace Apps::Kernel

@@ -57,6 +57,41 @@ std::uint32_t NextHopTable::setOf(std::vector<std::uint32_t>& paths) {
   return number;
 }
 
+std::uint32_t NextHopTable::without(std::uint32_t set, std::uint32_t others) {
+  if (set == noSet || others == noSet) return set;
+  auto const from = this->set(set);
+  auto const taken = this->set(others);
+  std::vector<std::uint32_t> left;
+  std::set_difference(from.begin(), from.end(), taken.begin(), taken.end(), std::back_inserter(left));
+  return setOf(left);
+}
+
+bool NextHopTable::overlap(std::uint32_t a, std::uint32_t b) const {
+  if (a == noSet || b == noSet) return false;
+  auto const those = set(b);
+  auto const isOfBoth = [&those](std::uint32_t path) { return std::binary_search(those.begin(), those.end(), path); };
+  auto const these = set(a);
+  return std::any_of(these.begin(), these.end(), isOfBoth);
+}
+
+std::uint32_t NextHopTable::pathLike(NextHopTable const& other, std::uint32_t path) {
+  Member const& member = other.path(path);
+  Path same{.adjacency = other.adjacencies()[member.adjacency], .encapsulation = {}};
+  if (member.encapsulation != 0) {
+    Encapsulation const& e = other.encapsulations_[member.encapsulation - 1];
+    same.encapsulationType = e.type;
+    same.encapsulation = std::as_bytes(std::span{e.bytes});
+  }
+  return pathOf(same);
+}
+
+std::uint32_t NextHopTable::setLike(NextHopTable const& other, std::uint32_t set) {
+  if (set == noSet) return noSet;
+  std::vector<std::uint32_t> paths;
+  for (std::uint32_t path : other.set(set)) paths.push_back(pathLike(other, path));
+  return setOf(paths);
+}
+
 std::span<std::uint32_t const> NextHopTable::set(std::uint32_t number) const {
   Run const& run = sets_[number];
   return std::span{pathsOfSets_}.subspan(run.first, run.count);

@@ -1,6 +1,7 @@
 // NextHopTable: the next hops that routes use, each distinct one kept once: adjacencies, paths (an adjacency with what
 // is put around the packet) and sets of paths. Routes refer to a set by its number, so that memory follows the distinct
-// next hops and sets, not the routes. Entries stay for the table's life. Owner: the reader of the kernel.
+// next hops and sets, not the routes. Entries stay for the table's life: who lets routes go
+// moves to a fresh table now and then. Owner: who reads the kernel.
 #pragma once
 
 #include "apps/kernel/AdjacencyTable.h"
@@ -26,6 +27,15 @@ class NextHopTable {
   /// The number of the set of `paths`, in any order and each as often as it likes; noSet if there are none. Sorts
   /// `paths` and drops what stands twice.
   std::uint32_t setOf(std::vector<std::uint32_t>& paths);
+
+  /// The number of the set of those paths of `set` that are not in `others`.
+  std::uint32_t without(std::uint32_t set, std::uint32_t others);
+  /// Whether two sets have some path in common; noSet has none.
+  [[nodiscard]] bool overlap(std::uint32_t a, std::uint32_t b) const;
+
+  /// The number, in this table, of the path or set that has another one in `other`.
+  std::uint32_t pathLike(NextHopTable const& other, std::uint32_t path);
+  std::uint32_t setLike(NextHopTable const& other, std::uint32_t set);
 
   [[nodiscard]] std::size_t setCount() const noexcept { return sets_.size(); }
   [[nodiscard]] std::span<std::uint32_t const> set(std::uint32_t number) const;  // rising numbers of paths

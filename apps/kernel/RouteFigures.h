@@ -1,13 +1,14 @@
-// RouteFigures: sums up routes as they stream by. What it keeps grows with the distinct adjacencies and sets of next
-// hops, not with the routes. Owner: the reader of the kernel.
+// RouteFigures: sums up routes as they come and go. What it keeps grows with the distinct adjacencies, sets of next
+// hops and next-hop objects, not with the routes. Owner: who reads the kernel.
 #pragma once
 
 #include "apps/kernel/KernelFigures.h"
 #include "apps/kernel/NextHopObjects.h"
-#include "apps/kernel/RouteMessage.h"
+#include "apps/kernel/RouteUse.h"
 
 #include <array>
 #include <functional>
+#include <unordered_map>
 #include <vector>
 
 namespace Apps::Kernel {
@@ -15,44 +16,49 @@ namespace Apps::Kernel {
 class RouteFigures {
  public:
   /// Uses both, owns neither.
-  RouteFigures(NextHopTable& nextHops, NextHopObjects& objects) noexcept : nextHops_{nextHops}, objects_{objects} {}
+  RouteFigures(NextHopTable& nextHops, NextHopObjects const& objects) noexcept
+      : nextHops_{nextHops}, objects_{objects} {}
 
   void clear() noexcept;
+  void add(RouteUse const& route);
+  void remove(RouteUse const& route);  // one that was added
 
-  void add(Route const& route);   // a route of another family is passed over
-  void addUnreadable() noexcept;  // a route message that was malformed
-
-  /// Fills the figures about routes, their prefixes, next-hop sets, MPLS labels and route messages. `isPending` tells
-  /// whether an adjacency with a gateway waits for its neighbour, `isTunnel` whether the link with an index is one.
+  /// Fills the figures about routes, their prefixes, next-hop sets and MPLS labels. `isPending` tells whether an
+  /// adjacency with a gateway waits for its neighbour, `isTunnel` whether the link with an index is one.
   void sumUp(KernelFigures& figures, std::function<bool(Adjacency const&)> const& isPending,
-             std::function<bool(std::uint32_t)> const& isTunnel) const;
+             std::function<bool(std::uint32_t)> const& isTunnel);
+
+  /// How many sets of next hops routes used at the last sumUp(): the table may hold more.
+  [[nodiscard]] std::size_t usedSets() const noexcept { return usedSets_; }
 
  private:
+  using Counts = std::vector<std::uint32_t>;  // of routes, by number of the set
+
+  struct ObjectUse {
+    std::uint32_t routes = 0;
+    std::uint32_t off = 0;
+  };
   struct OfFamily {
     std::uint64_t routes = 0;
     std::uint64_t unprogrammed = 0;
-    PrefixCounts prefixes;                      // of IPv4 and IPv6
-    std::vector<std::uint32_t> routesOfSet;     // by number of the set
-    std::vector<bool> unprogrammedAdjacencies;  // by number of the adjacency
+    PrefixCounts prefixes;  // of IPv4 and IPv6
+    Counts routesOfSet;
+    Counts downOfSet;                                       // routes whose paths of that set are down
+    std::unordered_map<std::uint32_t, ObjectUse> byObject;  // routes that an object alone tells the paths of, by its id
   };
+  using Families = std::array<OfFamily, 3>;  // by Family
 
-  [[nodiscard]] ResolvedPaths const& pathsOf(Route const& route);
-  static void addPrefix(PrefixCounts& prefixes, Route const& route);
-  void markUnprogrammed(OfFamily& family, std::uint32_t adjacency);
+  void count(RouteUse const& route, std::uint32_t one);
+  void resolveObjects(Families& families, KernelFigures& figures) const;
   [[nodiscard]] RouteCounts counts(OfFamily const& family, std::vector<bool> const& pending) const;
-  void countLabels(KernelFigures& figures) const;
-  [[nodiscard]] std::uint32_t routesOfSet(Family family, std::uint32_t set) const noexcept;
-  [[nodiscard]] bool isUsed(Family family, std::uint32_t set) const noexcept { return routesOfSet(family, set) != 0; }
+  void countSets(Families const& families, KernelFigures& figures, std::function<bool(std::uint32_t)> const& isTunnel);
+  void countLabels(Families const& families, KernelFigures& figures) const;
 
   NextHopTable& nextHops_;
-  NextHopObjects& objects_;
-  std::array<OfFamily, 3> families_;  // by Family
-  std::uint64_t messages_ = 0;
-  std::uint64_t taken_ = 0;
-  std::uint64_t failed_ = 0;
+  NextHopObjects const& objects_;
+  Families families_;
   std::uint32_t trapped_ = 0;
-  ResolvedPaths paths_;              // room that each route uses again
-  std::vector<std::uint32_t> room_;  // likewise
+  std::size_t usedSets_ = 0;
 };
 
 }  // namespace Apps::Kernel

@@ -5,6 +5,8 @@
 #include <linux/rtnetlink.h>
 #include <sys/socket.h>
 
+#include <algorithm>
+
 namespace Apps::Kernel {
 
 namespace {
@@ -61,6 +63,26 @@ bool readPaths(Bytes region, std::uint8_t routeFamily, std::vector<Path>& paths)
   return true;
 }
 
+// The bytes that an address of the family has; of MPLS, a label of a stack.
+std::size_t addressSize(Family family) noexcept { return family == Family::ipv6 ? 16 : 4; }
+
+bool readPrefix(Bytes payload, Family family, PrefixBytes& into) noexcept {
+  if (payload.size() != addressSize(family)) return false;
+  std::copy(payload.begin(), payload.end(), into.begin());
+  return true;
+}
+
+// An attribute that tells which route it is.
+bool readIdentity(Attribute const& a, Route& route) noexcept {
+  switch (a.type) {
+  case RTA_DST: return readPrefix(a.payload, route.family, route.prefix);
+  case RTA_SRC: return readPrefix(a.payload, route.family, route.source);
+  case RTA_TABLE: return a.read(route.table);
+  case RTA_PRIORITY: return a.read(route.priority);
+  default: return true;
+  }
+}
+
 }  // namespace
 
 bool Route::forwardsOrDiscards() const noexcept {
@@ -85,6 +107,11 @@ bool readRoute(Bytes body, Route& route) {
   route.flags = header.rtm_flags;
   route.nextHopId = 0;
   route.paths.clear();
+  route.typeOfService = header.rtm_tos;
+  route.sourceLength = header.rtm_src_len;
+  route.prefix = route.source = {};
+  route.table = header.rtm_table;
+  route.priority = 0;
   if (route.family == Family::other) return true;
   unsigned const bits = addressBits(route.family);
   if (bits != 0 && route.prefixLength > bits) return false;
@@ -93,6 +120,7 @@ bool readRoute(Bytes body, Route& route) {
   own.flags = static_cast<std::uint8_t>(header.rtm_flags);
   bool const whole = walkAttributes(afterHeader<rtmsg>(body), [&](Attribute const& a) {
     if (a.type == RTA_NH_ID) return a.read(route.nextHopId);
+    if (!readIdentity(a, route)) return false;
     if (a.type != RTA_MULTIPATH) return readPathAttribute(a, header.rtm_family, own);
     route.paths.clear();
     return readPaths(a.payload, header.rtm_family, route.paths);

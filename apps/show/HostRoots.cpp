@@ -1,19 +1,14 @@
 #include "apps/show/HostRoots.h"
 
-#include "apps/kernel/KernelReader.h"
 #include "apps/show/RequestResponder.h"
+#include "apps/show/WallClock.h"
 #include "platform/vek/Dir.h"
 
-#include <chrono>
 #include <string_view>
 
 namespace Apps::Show {
 
 namespace {
-
-double secondsSince1970() {
-  return std::chrono::duration<double>{std::chrono::system_clock::now().time_since_epoch()}.count();
-}
 
 std::string interruptionNotice(std::string_view table) {
   return std::string{table} +
@@ -22,9 +17,8 @@ std::string interruptionNotice(std::string_view table) {
 
 }  // namespace
 
-std::vector<std::string> fillFromKernel(Roots const& roots, Kernel::MessageSource& source) {
-  auto const responder = Vek::make<RequestResponder>(
-      roots, [&source] { return Kernel::readKernel(source); }, secondsSince1970);
+std::vector<std::string> fillFrom(ReadFigures const& read, Roots const& roots) {
+  auto const responder = Vek::make<RequestResponder>(roots, read, secondsSince1970);
   responder->notifierIs(roots.request);
   responder->isRegisteredNotifieeIs(true);
 
@@ -35,7 +29,7 @@ std::vector<std::string> fillFromKernel(Roots const& roots, Kernel::MessageSourc
   return notices;
 }
 
-HostRoots::HostRoots(Kernel::MessageSource& source) : notices_{fillFromKernel(roots_, source)} {
+HostRoots::HostRoots(ReadFigures const& read) : notices_{fillFrom(read, roots_)} {
   roots_.forEach([](Vek::Ptr<Vek::Entity> const& root) { Vek::Dir::root().entryIs(root); });
 }
 

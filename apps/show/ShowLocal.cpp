@@ -1,5 +1,6 @@
 #include "apps/show/ShowLocal.h"
 
+#include "apps/kernel/KernelReader.h"
 #include "apps/show/HostRoots.h"
 #include "apps/show/JsonForm.h"
 #include "apps/show/TextForm.h"
@@ -23,7 +24,7 @@ std::string print(std::vector<Figure> const& figures, Form form, Style style) {
 
 Shown showLocal(Kernel::MessageSource& source, Form form, Style style) {
   Roots const roots;
-  std::vector<std::string> notices = fillFromKernel(roots, source);
+  std::vector<std::string> notices = fillFrom([&source] { return Kernel::readKernel(source); }, roots);
   return {print(figuresOf(roots), form, style), std::move(notices)};
 }
 

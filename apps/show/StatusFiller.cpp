@@ -22,10 +22,25 @@ FecCountStats fecCountStats(Kernel::SetCounts const& counts) {
 
 LemCmdsStats lemCmdsStats(Kernel::KernelFigures const& figures) {
   LemCmdsStats stats;
-  stats.totalProcessedIs(figures.routeMessages);
-  stats.failedIs(figures.routesFailed);
-  stats.addedIs(figures.routesTaken);  // a first reading neither deletes nor overwrites
+  stats.totalProcessedIs(figures.commands.processed);
+  stats.failedIs(figures.commands.failed);
+  stats.addedIs(figures.commands.added);
+  stats.deletedIs(figures.commands.deleted);
+  stats.overwrittenIs(figures.commands.overwritten);
   return stats;
+}
+
+TimingMarkers timingMarkers(Kernel::ChangeTimes const& times) {
+  TimingMarkers markers;
+  markers.lastRouteUpdateTimeIs(times.ipv4.route);
+  markers.lastDefaultRouteUpdateTimeIs(times.ipv4.defaultRoute);
+  markers.routingEnabledLastUpdTimeIs(times.ipv4.forwardingOn);
+  markers.routingDisabledLastUpdTimeIs(times.ipv4.forwardingOff);
+  markers.lastV6RouteUpdateTimeIs(times.ipv6.route);
+  markers.lastV6DefaultRouteUpdateTimeIs(times.ipv6.defaultRoute);
+  markers.v6RoutingEnabledLastUpdTimeIs(times.ipv6.forwardingOn);
+  markers.v6RoutingDisabledLastUpdTimeIs(times.ipv6.forwardingOff);
+  return markers;
 }
 
 RestartHelperStats restartHelperStats(Kernel::KernelFigures const& figures) {
@@ -91,6 +106,7 @@ void fill(Roots const& roots, Kernel::KernelFigures const& figures) {
   fillPrefixes(*status.lemV4RouteStatsIs("lemV4RouteStats"), figures.ipv4Prefixes);
   fillPrefixes(*status.lemV6RouteStatsIs("lemV6RouteStats"), figures.ipv6Prefixes);
   status.lemCmdsStatsIs(lemCmdsStats(figures));
+  status.timingMarkersIs(timingMarkers(figures.times));
   status.restartHelperStatsIs(restartHelperStats(figures));
   roots.vxlanRouting->vxlanRoutingEnabledIs(figures.routesVxlan);
   roots.restartCompletion->restartCompleteIs(figures.interrupted.empty());

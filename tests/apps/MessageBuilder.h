@@ -77,6 +77,12 @@ class Message {
   }
 
   [[nodiscard]] std::uint16_t type() const { return type_; }
+  // The same message of another type: of the end of what it tells.
+  [[nodiscard]] Message as(std::uint16_t type) const {
+    Message other = *this;
+    other.type_ = type;
+    return other;
+  }
   [[nodiscard]] Buffer const& body() const { return bytes_; }
 
   // The whole message.

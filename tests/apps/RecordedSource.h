@@ -28,6 +28,12 @@ class RecordedSource final : public MessageSource {
   void answer(std::uint16_t table, Answer answer) { answers_[table].push_back(std::move(answer)); }
   void messages(std::uint16_t table, std::vector<Message> messages) { answer(table, {std::move(messages)}); }
 
+  // Forgets earlier answers.
+  void onlyMessages(std::uint16_t table, std::vector<Message> messages) {
+    answers_[table].clear();
+    answer(table, {std::move(messages)});
+  }
+
   // Has each datagram pass through `spoil` before it is received.
   void spoilWith(std::function<void(Buffer&)> spoil) { spoil_ = std::move(spoil); }
 

@@ -82,8 +82,8 @@ TEST_F(Host, CountsRoutesThatForwardOrDiscardAndNoOthers) {
   });
   EXPECT_EQ(figures.ipv4, (RouteCounts{.routes = 3, .adjacencies = 2}));
   EXPECT_EQ(figures.ipv6, (RouteCounts{.routes = 1}));
-  EXPECT_EQ(figures.routeMessages, 9U);
-  EXPECT_EQ(figures.routesTaken, 4U);
+  EXPECT_EQ(figures.commands.processed, 9U);
+  EXPECT_EQ(figures.commands.added, 4U);
 }
 
 TEST_F(Host, CountsAdjacenciesByFamilyAndOnceEach) {
@@ -251,7 +251,7 @@ TEST_F(Host, CountsMalformedMessagesAndGoesOn) {
       with({routeVia(1, "10.0.0.1"), route(AF_INET).put(RTA_GATEWAY, Buffer(3)), Message{RTM_NEWROUTE, 'x'}},
            {nextHopGroup(0, {1})});
   EXPECT_EQ(figures.ipv4.routes, 1U);
-  EXPECT_EQ(figures.routesFailed, 2U);
+  EXPECT_EQ(figures.commands.failed, 2U);
   EXPECT_EQ(figures.failedNextHops, 1U);
 }
 
@@ -265,7 +265,7 @@ TEST_F(Host, StartsTheFiguresOverWithEachAttempt) {
   KernelFigures const figures = with({connected(1)});
   EXPECT_EQ(figures.ipv4Prefixes.byLength[24], 0U);
   EXPECT_EQ(figures.ipv4, (RouteCounts{.routes = 1, .adjacencies = 1}));
-  EXPECT_EQ(figures.routeMessages, 1U);
+  EXPECT_EQ(figures.commands.processed, 1U);
   EXPECT_TRUE(figures.interrupted.empty());
 }
 
@@ -292,7 +292,7 @@ RC_GTEST_PROP(KernelReader, SurvivesAnySpoiledAnswer, ()) {
   });
   try {
     KernelFigures const figures = readKernel(kernel);
-    RC_ASSERT(figures.ipv4.routes <= figures.routeMessages);
+    RC_ASSERT(figures.ipv4.routes <= figures.commands.processed);
   } catch (KernelError const&) {
     // As good an end: the message says that the answer could not be read.
   }

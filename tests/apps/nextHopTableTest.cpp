@@ -78,9 +78,7 @@ TEST(AdjacencyTable, FindsEachOfManyAgain) {
   AdjacencyTable table;
   for (std::uint32_t i = 0; i < 5000; ++i) EXPECT_EQ(table.numberOf(Adjacency{i, {}}), i);
   for (std::uint32_t i = 0; i < 5000; ++i) EXPECT_EQ(table.numberOf(Adjacency{i, {}}), i);
-  EXPECT_FALSE(table.holds(Adjacency{5000, {}}));
-  table.clear();
-  EXPECT_FALSE(table.holds(Adjacency{7, {}}));
+  EXPECT_EQ(table.size(), 5000U);
 }
 
 }  // namespace

@@ -33,9 +33,9 @@ Kernel::KernelFigures someFigures() {
   figures.ipv4Prefixes.byLength[0] = 1;
   figures.ipv4Prefixes.byLength[24] = 50;
   figures.ipv6Prefixes.byLength[127] = 60;
-  figures.routeMessages = 100;
-  figures.routesTaken = 60;
-  figures.routesFailed = 1;
+  figures.commands.processed = 100;
+  figures.commands.added = 60;
+  figures.commands.failed = 1;
   figures.failedNeighbours = 11;
   figures.routesTrapped = 12;
   figures.failedNextHops = 13;

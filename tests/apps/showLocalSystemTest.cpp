@@ -1,15 +1,13 @@
 // The whole way from a real kernel to the printed figures, in a network namespace of the test's own.
 #include "apps/kernel/NetlinkSocket.h"
 #include "apps/show/ShowLocal.h"
+#include "tests/apps/OwnNetwork.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
-#include <sched.h>
 
-#include <cerrno>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -20,26 +18,6 @@ namespace Apps::Show {
 namespace {
 
 using Json = nlohmann::json;
-
-// Runs `body` on a thread that has an empty network namespace for itself; the programs it starts share it.
-// False if this process may not make one.
-template <class Body>
-bool inOwnNetwork(Body&& body) {
-  bool made = false;
-  std::thread{[&] {
-    made = unshare(CLONE_NEWNET) == 0;
-    if (made) body();
-  }}.join();
-  return made;
-}
-
-// Has 'ip -batch' carry out the lines. True if all of them succeed.
-bool ip(std::string const& lines, char const* command = "ip -batch -") {
-  FILE* pipe = popen(command, "w");
-  if (pipe == nullptr) return false;
-  bool const written = std::fwrite(lines.data(), 1, lines.size(), pipe) == lines.size();
-  return pclose(pipe) == 0 && written;
-}
 
 Json figures() {
   Kernel::NetlinkSocket kernel;

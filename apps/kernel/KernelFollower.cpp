@@ -1,0 +1,151 @@
+#include "apps/kernel/KernelFollower.h"
+
+#include "apps/kernel/Datagram.h"
+#include "apps/kernel/ForwardingMessage.h"
+
+#include <linux/rtnetlink.h>
+
+#include <algorithm>
+
+namespace Apps::Kernel {
+
+namespace {
+
+constexpr int datagramsAtOnce = 4096;
+
+}  // namespace
+
+KernelFollower::KernelFollower(MessageSource& questions, NotificationSource& notifications, Clock clock, Pace pace)
+    : notifications_{notifications}, clock_{std::move(clock)}, pace_{pace}, dumper_{questions} {
+  read();
+}
+
+bool KernelFollower::advance() {
+  bool changed = false;
+  Bytes datagram;
+  int left = datagramsAtOnce;
+  for (; left > 0; --left) {
+    NotificationSource::News const news = notifications_.receive(datagram);
+    if (news == NotificationSource::News::none) break;
+    if (news == NotificationSource::News::overrun) {
+      needReading();
+      continue;
+    }
+    auto const each = [&](nlmsghdr const& header, Bytes body) {
+      changed = take(header, body) || changed;
+      return true;
+    };
+    if (forEachMessage(datagram, each) == Walked::broken) needReading();  // what it said is lost
+  }
+  hasMore_ = left == 0;
+  if (due_ && Steady::now() >= *due_) {
+    read();
+    changed = true;
+  }
+  return changed;
+}
+
+std::optional<std::chrono::milliseconds> KernelFollower::patience() const {
+  using std::chrono::milliseconds;
+  if (hasMore_) return milliseconds{0};
+  if (!due_) return std::nullopt;
+  return std::max(milliseconds{0}, std::chrono::ceil<milliseconds>(*due_ - Steady::now()));
+}
+
+KernelFigures KernelFollower::figures() {
+  KernelFigures figures = surroundings_.sumUp(routeFigures_);
+  routes_.tidy();
+  figures.commands = commands_;
+  figures.times = times_;
+  figures.interrupted = interrupted_;
+  return figures;
+}
+
+void KernelFollower::needReading() {
+  if (!due_) due_ = std::max(Steady::now() + pace_.settling, rested_);
+}
+
+void KernelFollower::read() {
+  Steady::time_point const start = Steady::now();
+  due_.reset();
+  Surroundings::Interrupted interrupted;
+  surroundings_.read(dumper_, interrupted);
+  readRoutes(interrupted);
+  interrupted_ = std::move(interrupted);
+  Steady::time_point const end = Steady::now();
+  rested_ = end + (end - start) * pace_.restFactor;
+  if (!interrupted_.empty()) needReading();
+}
+
+void KernelFollower::readRoutes(Surroundings::Interrupted& interrupted) {
+  auto const start = [this] {
+    if (wasRead_) return routes_.beginReading();
+    routes_.clear();
+    commands_ = {};
+  };
+  Outcome const outcome = dumper_.read(Table::routes, start, [this](Bytes body) {
+    bool const isRead = readRoute(body, route_);
+    if (isRead && route_.family == Family::other) return;
+    ++commands_.processed;
+    if (!isRead) ++commands_.failed;
+    if (isRead && route_.forwardsOrDiscards()) note(route_, routes_.read(route_));
+  });
+  if (outcome == Outcome::interrupted) interrupted.push_back(tableName(Table::routes));
+  routes_.endReading([this](RouteUse const& gone) {
+    ++commands_.deleted;
+    noteTime(gone.family, gone.prefixLength);
+  });
+  wasRead_ = true;
+}
+
+bool KernelFollower::take(nlmsghdr const& header, Bytes body) {
+  if (header.nlmsg_type == RTM_NEWROUTE || header.nlmsg_type == RTM_DELROUTE) {
+    takeRoute(header, body);
+    return true;
+  }
+  if (header.nlmsg_type == RTM_NEWNETCONF) return takeForwarding(body);
+  Surroundings::Taken const taken = surroundings_.take(header.nlmsg_type, body);
+  if (taken == Surroundings::Taken::takenAndMore) needReading();
+  return taken != Surroundings::Taken::foreign;
+}
+
+void KernelFollower::takeRoute(nlmsghdr const& header, Bytes body) {
+  bool const isRead = readRoute(body, route_);
+  if (isRead && route_.family == Family::other) return;
+  ++commands_.processed;
+  if (!isRead) {
+    ++commands_.failed;
+    needReading();
+  } else if (route_.forwardsOrDiscards()) {
+    bool const isNew = header.nlmsg_type == RTM_NEWROUTE;
+    note(route_, isNew ? routes_.put(route_, header.nlmsg_flags) : routes_.remove(route_));
+  }
+}
+
+bool KernelFollower::takeForwarding(Bytes body) {
+  std::optional<ForwardingSwitch> const forwarding = readForwarding(body);
+  if (!forwarding) return false;
+  ChangeTimes::OfFamily& times = forwarding->family == Family::ipv4 ? times_.ipv4 : times_.ipv6;
+  (forwarding->isOn ? times.forwardingOn : times.forwardingOff) = clock_();
+  return true;
+}
+
+void KernelFollower::note(Route const& route, RouteChange change) {
+  switch (change) {
+  case RouteChange::none: return;
+  case RouteChange::added: ++commands_.added; break;
+  case RouteChange::deleted: ++commands_.deleted; break;
+  case RouteChange::overwritten: ++commands_.overwritten; break;
+  case RouteChange::unclear: needReading(); return;
+  }
+  noteTime(route.family, route.prefixLength);
+}
+
+void KernelFollower::noteTime(Family family, std::uint8_t prefixLength) {
+  if (!wasRead_ || addressBits(family) == 0) return;
+  ChangeTimes::OfFamily& times = family == Family::ipv4 ? times_.ipv4 : times_.ipv6;
+  times.route = clock_();
+  if (prefixLength == 0) times.defaultRoute = times.route;
+}
+
+}  // namespace Apps::Kernel

@@ -1,0 +1,73 @@
+// KernelFollower: the forwarding state of the kernel, read once and kept current from its notifications. What the
+// kernel does not tell (it drops IPv4 routes silently when their link goes down) and what was lost is read afresh.
+// Owner: who publishes the state. Thread: one. It waits for nothing but the answers to its own questions.
+#pragma once
+
+#include "apps/kernel/NotificationSource.h"
+#include "apps/kernel/RouteTable.h"
+#include "apps/kernel/Surroundings.h"
+
+#include <linux/netlink.h>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+namespace Apps::Kernel {
+
+class KernelFollower {
+ public:
+  using Clock = std::function<double()>;  // seconds since 1970, for the times of changes
+
+  /// How readings are spaced out.
+  struct Pace {
+    std::chrono::milliseconds settling{100};  // from what made one needed: it may still be going on
+    int restFactor = 4;                       // rest after one, in times of what it took
+  };
+
+  /// Reads the kernel. Uses both sources; the one of notifications was opened before, so that nothing falls between.
+  /// Throws KernelError.
+  KernelFollower(MessageSource& questions, NotificationSource& notifications, Clock clock, Pace pace);
+
+  /// Takes the notifications that have come, up to some thousand, and reads afresh if that is due. True if the figures
+  /// may have changed. Throws KernelError.
+  bool advance();
+
+  /// How long advance() can wait if no notification comes; nothing if for ever.
+  [[nodiscard]] std::optional<std::chrono::milliseconds> patience() const;
+
+  [[nodiscard]] KernelFigures figures();
+
+  /// How many sets of next hops it keeps, in use or not.
+  [[nodiscard]] std::size_t knownSets() noexcept { return surroundings_.nextHops().setCount(); }
+
+ private:
+  using Steady = std::chrono::steady_clock;
+
+  void needReading();
+  void read();
+  void readRoutes(Surroundings::Interrupted& interrupted);
+  bool take(nlmsghdr const& header, Bytes body);
+  void takeRoute(nlmsghdr const& header, Bytes body);
+  bool takeForwarding(Bytes body);
+  void note(Route const& route, RouteChange change);
+  void noteTime(Family family, std::uint8_t prefixLength);
+
+  NotificationSource& notifications_;
+  Clock clock_;
+  Pace pace_;
+  Dumper dumper_;
+  Surroundings surroundings_;
+  RouteFigures routeFigures_{surroundings_.nextHops(), surroundings_.objects()};
+  RouteTable routes_{surroundings_.nextHops(), surroundings_.objects(), routeFigures_};
+  Route route_;  // room that each message uses again
+  RouteCommands commands_;
+  ChangeTimes times_;
+  Surroundings::Interrupted interrupted_;
+  bool wasRead_ = false;
+  bool hasMore_ = false;                   // notifications that were left for the next time
+  std::optional<Steady::time_point> due_;  // of a reading that is needed
+  Steady::time_point rested_;              // not before that
+};
+
+}  // namespace Apps::Kernel

@@ -1,0 +1,26 @@
+#include "apps/kernel/RouteUse.h"
+
+#include <linux/rtnetlink.h>
+
+namespace Apps::Kernel {
+
+RouteUse RouteReader::useOf(Route const& route) {
+  RouteUse use;
+  use.family = route.family;
+  use.prefixLength = route.prefixLength;
+  use.isOff = isDown(route.flags) || (route.flags & RTM_F_OFFLOAD_FAILED) != 0;
+  use.isTrapped = (route.flags & (RTM_F_TRAP | RTNH_F_TRAP)) != 0;
+  if (route.type == RTN_UNICAST) use.nextHopId = route.nextHopId;
+  // The kernel may tell a next-hop object's paths in the route too; they are then of one state with the route.
+  paths_.clear();
+  down_.clear();
+  for (Path const& path : route.paths) {
+    paths_.push_back(table_.pathOf(path));
+    if (isDown(path.flags)) down_.push_back(paths_.back());
+  }
+  use.set = table_.setOf(paths_);
+  use.downSet = table_.setOf(down_);
+  return use;
+}
+
+}  // namespace Apps::Kernel

@@ -1,0 +1,32 @@
+// HostFollower: the roots in the root directory, kept current from the kernel's notifications.
+// Owner: the command. Thread: one.
+#pragma once
+
+#include "apps/kernel/KernelFollower.h"
+#include "apps/show/HostRoots.h"
+
+namespace Apps::Show {
+
+class HostFollower {
+ public:
+  /// Uses both sources, owns neither; see KernelFollower. Throws KernelError.
+  HostFollower(Kernel::MessageSource& questions, Kernel::NotificationSource& notifications,
+               Kernel::KernelFollower::Pace pace = {});
+
+  /// Takes what the kernel has told; true if the roots are to be filled. Throws KernelError.
+  bool advance() { return follower_.advance(); }
+  /// How long advance() can wait if nothing is told; nothing if for ever.
+  [[nodiscard]] std::optional<std::chrono::milliseconds> patience() const { return follower_.patience(); }
+
+  /// Fills the roots.
+  void publish();
+
+  /// What the reader should know about the first figures: sentences.
+  [[nodiscard]] std::vector<std::string> const& notices() const noexcept { return roots_.notices(); }
+
+ private:
+  Kernel::KernelFollower follower_;
+  HostRoots const roots_{[this] { return follower_.figures(); }};
+};
+
+}  // namespace Apps::Show
