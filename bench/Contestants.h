@@ -1,5 +1,5 @@
-// Contestants: five collections behind one interface, for collectionsBench. Each makes its members itself, on the same
-// counted heap, so that what differs is the collections.
+// Contestants: our collections and those that they are measured against, behind one interface. Each makes its members
+// itself, on our counted heap, so that what differs is the collections; the standard's also as everybody has them.
 #pragma once
 
 #define BOOST_DISABLE_ASSERTS  // in release builds its users have none
@@ -46,7 +46,11 @@ template <class Map, class K>
 struct Ours {
   static constexpr char const* name = "ours";
   void insert(K const& key) {
-    if (map[key] == nullptr) map.newMember(Vek::make<typename Map::Member>(key, valueOfAll));
+    // A hashed map must be asked first; an ordered one looks for the place itself.
+    if constexpr (std::is_base_of_v<Vek::HashMapGeneric, Map>) {
+      if (map[key] != nullptr) return;
+    }
+    map.newMember(Vek::make<typename Map::Member>(key, valueOfAll));
   }
   U32 find(K const& key) const {
     auto const* const member = map[key];
@@ -73,7 +77,8 @@ using OursOrdered = Ours<Vek::RbTreeMap<Vek::RbElement<K, U32>, K, U32>, K>;
 
 template <class Map, class K>
 struct Std {
-  static constexpr char const* name = "std";
+  static constexpr char const* name =
+      std::is_same_v<typename Map::allocator_type, std::allocator<typename Map::value_type>> ? "std" : "std, our heap";
   void insert(K const& key) { map.emplace(key, valueOfAll); }
   U32 find(K const& key) const {
     auto const place = map.find(key);
@@ -88,11 +93,10 @@ struct Std {
   Map map;
 };
 
-template <class K>
-using StdHashed =
-    Std<std::unordered_map<K, U32, Hash<K>, std::equal_to<K>, CountedAllocator<std::pair<K const, U32>>>, K>;
-template <class K>
-using StdOrdered = Std<std::map<K, U32, std::less<K>, CountedAllocator<std::pair<K const, U32>>>, K>;
+template <class K, template <class> class Allocator>
+using StdHashed = Std<std::unordered_map<K, U32, Hash<K>, std::equal_to<K>, Allocator<std::pair<K const, U32>>>, K>;
+template <class K, template <class> class Allocator>
+using StdOrdered = Std<std::map<K, U32, std::less<K>, Allocator<std::pair<K const, U32>>>, K>;
 
 // --- boost's
 
@@ -173,7 +177,7 @@ template <class K, bool PowersOfTwo>
 struct BoostHashed : private BoostBuckets<K, PowersOfTwo>, Boost<BoostUnorderedSet<K, PowersOfTwo>, K> {
   using Buckets = BoostBuckets<K, PowersOfTwo>;
   using Set = typename Buckets::Set;
-  static constexpr char const* name = PowersOfTwo ? "boost, powers of 2" : "boost";
+  static constexpr char const* name = PowersOfTwo ? "boost, 2^n" : "boost";
 
   BoostHashed() : Boost<Set, K>(Buckets::traits()) {}
   void insert(K const& key) {

@@ -56,6 +56,7 @@ class ThreadHeap {
     std::scoped_lock const lock{pool().mutex};
     next_ = pool().threads;
     pool().threads = this;
+    mine_ = this;
   }
 
   ~ThreadHeap() {
@@ -72,6 +73,7 @@ class ThreadHeap {
     }
     pool().made += made();
     pool().gone += gone();
+    mine_ = nullptr;
     over_ = true;
   }
 
@@ -79,10 +81,7 @@ class ThreadHeap {
   ThreadHeap& operator=(ThreadHeap const&) = delete;
 
   // Null once the thread's heap is gone: the last objects of a thread may outlive it.
-  static ThreadHeap* mine() noexcept {
-    static thread_local ThreadHeap heap;
-    return over_ ? nullptr : &heap;
-  }
+  static ThreadHeap* mine() noexcept { return mine_ != nullptr ? mine_ : begin(); }
 
   void* take(std::size_t index) {
     if (free_[index] == nullptr) refill(index);
@@ -101,6 +100,12 @@ class ThreadHeap {
   ThreadHeap const* next() const noexcept { return next_; }
 
  private:
+  [[gnu::noinline]] static ThreadHeap* begin() noexcept {
+    if (over_) return nullptr;
+    static thread_local ThreadHeap heap;
+    return &heap;
+  }
+
   void refill(std::size_t index) {
     {
       std::scoped_lock const lock{pool().mutex};
@@ -115,6 +120,9 @@ class ThreadHeap {
     for (std::size_t at = slabSize / size; at-- > 0;) put(slab + at * size, index);
   }
 
+  // Known from the first instruction of a thread, and so small that a library which is loaded late finds room for it:
+  // each object that is made and goes asks for it.
+  [[gnu::tls_model("initial-exec")]] static thread_local ThreadHeap* mine_;
   static thread_local bool over_;
 
   FreeLists free_{};
@@ -123,7 +131,8 @@ class ThreadHeap {
   std::atomic<U64> gone_{0};
 };
 
-thread_local bool ThreadHeap::over_ = false;
+constinit thread_local ThreadHeap* ThreadHeap::mine_ = nullptr;
+constinit thread_local bool ThreadHeap::over_ = false;
 
 template <class Counter, class OfThread>
 U64 sum(Counter const& ended, OfThread ofThread) noexcept {

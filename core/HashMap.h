@@ -47,6 +47,8 @@ template <class K, class M>
 template <class M, class K>
 class HashMapVTable final : public HashMapVTableGeneric {
  public:
+  HashMapVTable() noexcept : HashMapVTableGeneric(countsWrites()) {}
+
   U32 hash(PtrInterface const* member) const override { return bitReverse(memberHash<K>(typed(member))); }
 
   bool keyEquals(void const* key, PtrInterface const* member) const override {
@@ -61,10 +63,13 @@ class HashMapVTable final : public HashMapVTableGeneric {
   void setNext(PtrInterface* member, PtrInterface* next) const override {
     auto& m = static_cast<M&>(*member);
     m.vekLink().ptrAssign(next);
-    if constexpr (requires { m.vekWriteCountInc(); }) m.vekWriteCountInc();
+    if constexpr (countsWrites()) m.vekWriteCountInc();
   }
 
  private:
+  static constexpr bool countsWrites() noexcept {
+    return requires(M & member) { member.vekWriteCountInc(); };
+  }
   static M const& typed(PtrInterface const* member) noexcept { return static_cast<M const&>(*member); }
 };
 

@@ -42,18 +42,17 @@ void HashMapGeneric::grow() {
     __builtin_prefetch(buckets_[(index + 16) & mask_].ptr());
     if (mask_ >= farWalk) prefetchBehind(buckets_[(index + 8) & mask_].ptr());
     HashLink* ends[2] = {&larger[index], &larger[index + oldSize]};
-    PtrInterface* lastStaying = nullptr;
     HashLink rest = std::move(buckets_[index]);
     while (rest) {
       PtrInterface& member = *rest;
       bool const moves = (vtable_->hash(&member) & nextBit) != 0;
-      lastStaying = moves ? lastStaying : &member;
       HashLink behind = std::move(link(member));
       *ends[moves] = std::move(rest);
       ends[moves] = &link(member);
       rest = std::move(behind);
     }
-    if (lastStaying != nullptr && larger[index + oldSize]) vtable_->setNext(lastStaying, nullptr);
+    bool const cut = vtable_->linksCount() && larger[index] && larger[index + oldSize];
+    if (cut) vtable_->setNext(&memberOf(*ends[0]), nullptr);
   }
   buckets_ = std::move(larger);
   ++bits_;

@@ -26,7 +26,8 @@ using HashLink = Ptr<PtrInterface>;
 /// What a table asks about its members.
 class HashMapVTableGeneric {
  public:
-  HashMapVTableGeneric() noexcept = default;
+  /// `linksCount`: setNext does more than to set the link.
+  explicit HashMapVTableGeneric(bool linksCount) noexcept : linksCount_(linksCount) {}
   HashMapVTableGeneric(HashMapVTableGeneric const&) = delete;
   HashMapVTableGeneric& operator=(HashMapVTableGeneric const&) = delete;
 
@@ -39,8 +40,14 @@ class HashMapVTableGeneric {
   /// Makes `next` the one behind `member`.
   virtual void setNext(PtrInterface* member, PtrInterface* next) const = 0;
 
+  /// Whether a table that has set a link itself tells setNext all the same.
+  [[nodiscard]] bool linksCount() const noexcept { return linksCount_; }
+
  protected:
   ~HashMapVTableGeneric() = default;
+
+ private:
+  bool linksCount_;
 };
 
 class HashMapGeneric {
@@ -133,6 +140,9 @@ class HashMapGeneric {
 
   [[nodiscard]] HashLink& link(PtrInterface& member) const noexcept {
     return *reinterpret_cast<HashLink*>(reinterpret_cast<unsigned char*>(&member) + linkOffset_);
+  }
+  [[nodiscard]] PtrInterface& memberOf(HashLink& link) const noexcept {
+    return *reinterpret_cast<PtrInterface*>(reinterpret_cast<unsigned char*>(&link) - linkOffset_);
   }
   [[nodiscard]] PtrInterface* next(PtrInterface& member) const noexcept { return link(member).ptr(); }
   // Whether `member` stands behind the place of a key, or of other's key.

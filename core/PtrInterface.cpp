@@ -23,7 +23,8 @@ void PtrInterface::operator delete(void* block, std::size_t size) noexcept {
 
 namespace {
 
-thread_local Birth* innermostBirth = nullptr;
+// Asked for by each object that is made.
+[[gnu::tls_model("initial-exec")]] constinit thread_local Birth* innermostBirth = nullptr;
 
 }  // namespace
 

@@ -62,7 +62,7 @@ class RbTreeMap final : public RbTreeMapGeneric {
   [[nodiscard]] M* operator[](K const& key) const noexcept {
     M* at = typed(root_);
     while (at != nullptr) {
-      int const order = compareKeys(key, at->key());
+      int const order = compare(key, *at);
       if (order == 0) break;
       at = towards(*at, order < 0);
     }
@@ -72,20 +72,18 @@ class RbTreeMap final : public RbTreeMapGeneric {
   /// Enters a member; one that has its key leaves.
   void newMember(Ptr<M> const& member) {
     K const& key = member->key();
-    M* at = typed(root_);
     M* last = nullptr;
-    int order = -1;
-    while (at != nullptr && order != 0) {
+    bool onLeft = true;
+    for (M* at = typed(root_); at != nullptr; at = towards(*at, onLeft)) {
+      int const order = compare(key, *at);
+      if (order == 0) {
+        memberReplace(nodeOffset(), 0, Ptr<M>(at), member);
+        return;
+      }
       last = at;
-      order = compareKeys(key, at->key());
-      at = towards(*at, order < 0);
+      onLeft = order < 0;
     }
-    Ptr<PtrInterface> const place = last;
-    if (order == 0) {
-      memberReplace(nodeOffset(), 0, place, member);
-    } else {
-      memberNewChild(nodeOffset(), 0, place, member, order < 0);
-    }
+    memberNewChild(nodeOffset(), 0, Ptr<M>(last), member, onLeft);
   }
 
   /// Takes out a member that is in the map.
@@ -99,6 +97,12 @@ class RbTreeMap final : public RbTreeMapGeneric {
   // A pointer to a data member is the member's offset in the ABI of all our platforms.
   static U32 nodeOffset() noexcept { return static_cast<U32>(std::bit_cast<std::ptrdiff_t>(M::vekNodeMember())); }
   static M* below(M& member, RbNode::Side side) noexcept { return typed(member.vekNode().child_[side]); }
+
+  // A member's key and its node may lie in two cache lines: both are asked for at once.
+  static int compare(K const& key, M& member) noexcept {
+    __builtin_prefetch(&member.vekNode().child_);
+    return compareKeys(key, member.key());
+  }
 
   // The member below one on the side of a key, which is less than the member's or greater.
   static M* towards(M& member, bool less) noexcept {

@@ -55,7 +55,8 @@ std::optional<std::chrono::milliseconds> KernelFollower::patience() const {
 KernelFigures KernelFollower::figures() {
   KernelFigures figures = surroundings_.sumUp(routeFigures_);
   routes_.tidy();
-  figures.commands = commands_;
+  RouteTable::Done const& done = routes_.done();
+  figures.commands = {processed_, done.added, done.deleted, done.overwritten, failed_};
   figures.times = times_;
   figures.interrupted = interrupted_;
   return figures;
@@ -81,20 +82,17 @@ void KernelFollower::readRoutes(Surroundings::Interrupted& interrupted) {
   auto const start = [this] {
     if (wasRead_) return routes_.beginReading();
     routes_.clear();
-    commands_ = {};
+    processed_ = failed_ = 0;
   };
   Outcome const outcome = dumper_.read(Table::routes, start, [this](Bytes body) {
     bool const isRead = readRoute(body, route_);
     if (isRead && route_.family == Family::other) return;
-    ++commands_.processed;
-    if (!isRead) ++commands_.failed;
+    ++processed_;
+    if (!isRead) ++failed_;
     if (isRead && route_.forwardsOrDiscards()) note(route_, routes_.read(route_));
   });
   if (outcome == Outcome::interrupted) interrupted.push_back(tableName(Table::routes));
-  routes_.endReading([this](RouteUse const& gone) {
-    ++commands_.deleted;
-    noteTime(gone.family, gone.prefixLength);
-  });
+  routes_.endReading([this](RouteUse const& gone) { noteTime(gone.family, gone.prefixLength); });
   wasRead_ = true;
 }
 
@@ -112,9 +110,9 @@ bool KernelFollower::take(nlmsghdr const& header, Bytes body) {
 void KernelFollower::takeRoute(nlmsghdr const& header, Bytes body) {
   bool const isRead = readRoute(body, route_);
   if (isRead && route_.family == Family::other) return;
-  ++commands_.processed;
+  ++processed_;
   if (!isRead) {
-    ++commands_.failed;
+    ++failed_;
     needReading();
   } else if (route_.forwardsOrDiscards()) {
     bool const isNew = header.nlmsg_type == RTM_NEWROUTE;
@@ -131,13 +129,8 @@ bool KernelFollower::takeForwarding(Bytes body) {
 }
 
 void KernelFollower::note(Route const& route, RouteChange change) {
-  switch (change) {
-  case RouteChange::none: return;
-  case RouteChange::added: ++commands_.added; break;
-  case RouteChange::deleted: ++commands_.deleted; break;
-  case RouteChange::overwritten: ++commands_.overwritten; break;
-  case RouteChange::unclear: needReading(); return;
-  }
+  if (change == RouteChange::none) return;
+  if (change == RouteChange::unclear) return needReading();
   noteTime(route.family, route.prefixLength);
 }
 

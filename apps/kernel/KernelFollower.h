@@ -60,8 +60,9 @@ class KernelFollower {
   Surroundings surroundings_;
   RouteFigures routeFigures_{surroundings_.nextHops(), surroundings_.objects()};
   RouteTable routes_{surroundings_.nextHops(), surroundings_.objects(), routeFigures_};
-  Route route_;  // room that each message uses again
-  RouteCommands commands_;
+  Route route_;                  // room that each message uses again
+  std::uint64_t processed_ = 0;  // route messages
+  std::uint64_t failed_ = 0;
   ChangeTimes times_;
   Surroundings::Interrupted interrupted_;
   bool wasRead_ = false;

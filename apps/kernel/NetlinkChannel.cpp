@@ -49,7 +49,7 @@ void NetlinkChannel::join(std::span<int const> groups) {
   }
 }
 
-void NetlinkChannel::timeoutIs(int seconds) {
+void NetlinkChannel::timeoutIs(int seconds) const {
   timeval const timeout{seconds, 0};
   if (setsockopt(descriptor(), SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof timeout) < 0) {
     throw kernelError(socketName, errno);

@@ -20,7 +20,7 @@ class NetlinkChannel {
   /// Hears the notifications of these groups (RTNLGRP_*), as far as this kernel has them. Throws KernelError.
   void join(std::span<int const> groups);
   /// How long receive() waits. Throws KernelError.
-  void timeoutIs(int seconds);
+  void timeoutIs(int seconds) const;
 
   void send(Bytes message);  // throws KernelError
 

@@ -35,7 +35,8 @@ RouteTable::Key RouteTable::keyOf(Route const& route) {
 RouteChange RouteTable::add(Key const& key, RouteUse const& use) {
   entries_.emplace(key, Entry{use});
   figures_.add(use);
-  return RouteChange::added;
+  ++done_.added;
+  return RouteChange::changed;
 }
 
 RouteChange RouteTable::overwrite(Entry& entry, RouteUse const& use) {
@@ -44,11 +45,17 @@ RouteChange RouteTable::overwrite(Entry& entry, RouteUse const& use) {
   figures_.remove(entry.use);
   figures_.add(use);
   entry.use = use;
-  return RouteChange::overwritten;
+  ++done_.overwritten;
+  return RouteChange::changed;
+}
+
+void RouteTable::countOut(RouteUse const& use) {
+  figures_.remove(use);
+  ++done_.deleted;
 }
 
 void RouteTable::drop(Entries::iterator entry) {
-  figures_.remove(entry->second.use);
+  countOut(entry->second.use);
   entries_.erase(entry);
 }
 
@@ -106,7 +113,7 @@ RouteChange RouteTable::remove(Route const& route) {
   left.set = nextHops_.without(left.set, use.set);
   if (left.set == NextHopTable::noSet || use.family != Family::ipv6 || left.goesLike(entry->second.use)) {
     drop(entry);
-    return RouteChange::deleted;
+    return RouteChange::changed;
   }
   left.downSet = nextHops_.without(left.downSet, use.set);
   return overwrite(entry->second, left);
@@ -133,6 +140,7 @@ void RouteTable::clear() noexcept {
   entries_.clear();
   sources_.clear();
   figures_.clear();
+  done_ = {};
 }
 
 void RouteTable::tidy() {

@@ -15,9 +15,7 @@ namespace Apps::Kernel {
 /// What a message about a route came to.
 enum class RouteChange {
   none,
-  added,
-  deleted,
-  overwritten,
+  changed,
   unclear  // the message fits several entries: only a fresh reading tells
 };
 
@@ -40,7 +38,7 @@ class RouteTable {
   void endReading(Dropped const& dropped) {
     std::erase_if(entries_, [&](auto const& entry) {
       if (entry.second.isRead) return false;
-      figures_.remove(entry.second.use);
+      countOut(entry.second.use);
       dropped(entry.second.use);
       return true;
     });
@@ -50,7 +48,13 @@ class RouteTable {
   /// Drops next hops from the tables that no route and no object uses any more, where they outnumber the others.
   void tidy();
 
-  [[nodiscard]] std::size_t size() const noexcept { return entries_.size(); }
+  /// What was done to the entries since the table was clear.
+  struct Done {
+    std::uint64_t added = 0;
+    std::uint64_t deleted = 0;
+    std::uint64_t overwritten = 0;
+  };
+  [[nodiscard]] Done const& done() const noexcept { return done_; }
 
  private:
   struct Key {
@@ -80,6 +84,7 @@ class RouteTable {
   [[nodiscard]] Key keyOf(Route const& route);
   RouteChange add(Key const& key, RouteUse const& use);
   RouteChange overwrite(Entry& entry, RouteUse const& use);
+  void countOut(RouteUse const& use);
   void drop(Entries::iterator entry);
   void dropAllBut(Entries::iterator kept, Range range);
   /// The entry that a message means by its paths; the end where none does or, with `unclear`, several do.
@@ -89,6 +94,7 @@ class RouteTable {
   NextHopObjects& objects_;
   RouteFigures& figures_;
   RouteReader reader_{nextHops_};
+  Done done_;
   std::pmr::unsynchronized_pool_resource pool_;
   Entries entries_{&pool_};
   std::map<std::pair<PrefixBytes, std::uint8_t>, std::uint32_t> sources_;  // numbers of source prefixes, which are rare
