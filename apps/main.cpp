@@ -1,5 +1,6 @@
 // dornl3: the command line.
 #include "apps/StandardOutput.h"
+#include "apps/WatchLocal.h"
 #include "apps/attributes/CommandLine.h"
 #include "apps/kernel/KernelReader.h"
 #include "apps/kernel/NetlinkSocket.h"
@@ -39,12 +40,14 @@ struct ShowOptions {
 
 void complain(std::string const& text) { std::cerr << "dornl3: " << text << '\n'; }
 
-int print(std::string const& text) {
-  if (writeToStandardOutput(text) != Written::failed) return fine;
+int statusOf(Written written) {
+  if (written != Written::failed) return fine;
   complain("The output could not be written: " + std::generic_category().message(errno) +
            ". Check where standard output leads.");
   return failed;
 }
+
+int print(std::string const& text) { return statusOf(writeToStandardOutput(text)); }
 
 CLI::App* addShow(CLI::App& app, ShowOptions& options) {
   CLI::App* show = app.add_subcommand("show", "Print the forwarding state: routes, next hops, tunnels");
@@ -53,6 +56,18 @@ CLI::App* addShow(CLI::App& app, ShowOptions& options) {
   show->add_flag("--text", options.text, "Print each value in its text form instead of tables")->excludes(json);
   show->footer(exitStatus);
   return show;
+}
+
+CLI::App* addWatch(CLI::App& app, WatchOptions& options) {
+  CLI::App* watch = app.add_subcommand("watch", "Print what is at paths, and then what changes there, as it changes");
+  watch->add_flag("--local", options.local, "Follow this host's own entities, as its kernel tells (required)");
+  watch->add_flag("-r,--recursive", options.recursive, "Go into children, also those that come");
+  CLI::Option* json = watch->add_flag("--json", options.json, "Print JSON, an object a line");
+  watch->add_flag("-t,--time", options.stamped, "Put the local time in front of each line")->excludes(json);
+  watch->add_option("-n,--changes", options.changes, "End after that many changes")->check(CLI::PositiveNumber);
+  watch->add_option("PATH", options.paths, "An entity, an attribute, a collection or a member of one")->required();
+  watch->footer(std::string{Attributes::pathForm} + "Ctrl-C ends it, with status 0.\n\n" + exitStatus);
+  return watch;
 }
 
 Show::Style styleOfTerminal() {
@@ -70,6 +85,14 @@ int runShow(ShowOptions const& options) {
   Show::Shown const shown = Show::showLocal(kernel, form, styleOfTerminal());
   for (std::string const& notice : shown.notices) complain(notice);
   return print(shown.output);
+}
+
+int runWatch(WatchOptions const& options) {
+  if (!options.local) {
+    complain("Only this host's own entities can be followed. Add --local: 'dornl3 watch --local ...'.");
+    return misused;
+  }
+  return statusOf(watchLocal(options, complain));
 }
 
 int runOnAttributes(Attributes::CommandLine const& attributes) {
@@ -103,12 +126,15 @@ int run(int argc, char** argv) {
   app.failure_message(misuseMessage);
   ShowOptions options;
   addShow(app, options);
+  WatchOptions watchOptions;
+  CLI::App const* const watch = addWatch(app, watchOptions);
   Attributes::CommandLine const attributes{app};
   try {
     app.parse(argc, argv);
   } catch (CLI::ParseError const& outcome) {
     return answer(app, outcome);
   }
+  if (watch->parsed()) return runWatch(watchOptions);
   return attributes.isGiven() ? runOnAttributes(attributes) : runShow(options);
 }
 

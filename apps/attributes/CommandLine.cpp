@@ -13,10 +13,6 @@ constexpr char const* exitStatus =
     "     written; the message says what does not fit, and what would\n"
     "  2  the command line is wrong\n";
 
-constexpr char const* pathForm =
-    "A path reads like status.numVrfs, 'status.inUseArpEntries[0]' or 'auditStatus.auditInfo[kernel].table'.\n"
-    "Quote it for the shell where it has brackets.\n";
-
 constexpr char const* shortLived =
     "With --local the entities live only as long as this command: what it changes is gone when it ends.\n";
 

@@ -1,6 +1,7 @@
 #include "apps/attributes/Commands.h"
 
 #include "apps/attributes/Misfit.h"
+#include "apps/attributes/TypedPath.h"
 #include "generic/Digest.h"
 #include "platform/vek/Path.h"
 #include "platform/vek/TextReader.h"
@@ -30,7 +31,7 @@ std::string whyReadOnly(Place const& place) {
 }
 
 void needMember(Place const& place) {
-  if (place.isCollection()) refuse(place, "is a collection: " + keyHint(place));
+  if (place.isCollection()) refuse(place, "is a collection: " + keyHint(place.path, *place.attr));
 }
 
 void setValue(Place const& place, std::optional<std::string> const& text) {

@@ -11,8 +11,6 @@
 
 namespace Apps::Attributes {
 
-enum class Form { text, json };
-
 // All throw Misfit where the path, the value or the operation does not fit; nothing is changed then, but that children
 // on the way, made by Missing::make, stay.
 

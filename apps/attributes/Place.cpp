@@ -51,12 +51,20 @@ Kind kindOf(VekType const& owner, Vek::VekAttr const& attr) {
   return owner.isEntity() && flags.isSettable() ? Kind::scalar : Kind::readOnly;
 }
 
+std::string attributePath(std::string_view owner, Vek::VekAttr const& attr) {
+  return fmt::format("{}.{}", owner, attr.name().view());
+}
+
+std::string memberPath(std::string_view collection, std::string_view keyText) {
+  return fmt::format("{}[{}]", collection, keyText);
+}
+
 Place attributeOf(Place const& owner, Generic const& holder, Vek::VekAttr const& attr) {
-  return {fmt::format("{}.{}", owner.path, attr.name().view()), holder, &attr};
+  return {attributePath(owner.path, attr), holder, &attr};
 }
 
 Place memberOf(Place const& collection, GenericConst const& key) {
-  return {fmt::format("{}[{}]", collection.path, keyText(*key)), collection.holder, collection.attr, key};
+  return {memberPath(collection.path, keyText(*key)), collection.holder, collection.attr, key};
 }
 
 std::string keyName(GenericIf const& key) {

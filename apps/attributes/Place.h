@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace Apps::Attributes {
 
@@ -34,6 +35,10 @@ struct Place {
   [[nodiscard]] bool isCollection() const { return attr != nullptr && attr->flags().isCollection() && !key; }
   [[nodiscard]] bool isMember() const { return static_cast<bool>(key); }
 };
+
+/// How the places inside another are written.
+[[nodiscard]] std::string attributePath(std::string_view owner, Vek::VekAttr const& attr);
+[[nodiscard]] std::string memberPath(std::string_view collection, std::string_view keyText);
 
 [[nodiscard]] Place attributeOf(Place const& owner, Generic const& holder, Vek::VekAttr const& attr);
 [[nodiscard]] Place memberOf(Place const& collection, GenericConst const& key);

@@ -17,6 +17,8 @@ struct Reading {
   std::vector<Reading> parts = {};       // of an entity or an opened collection
 };
 
+enum class Form { text, json };
+
 enum class Depth {
   one,  // an entity's attributes, or a collection's members: what these hold by key, and children, stay closed
   all

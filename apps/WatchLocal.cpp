@@ -1,0 +1,72 @@
+#include "apps/WatchLocal.h"
+
+#include "apps/FollowLoop.h"
+#include "apps/attributes/Watch.h"
+#include "apps/kernel/NetlinkSocket.h"
+#include "apps/kernel/NotificationSocket.h"
+#include "apps/show/HostFollower.h"
+#include "apps/show/WallClock.h"
+#include "platform/vek/Dir.h"
+
+#include <algorithm>
+
+namespace Apps {
+
+namespace {
+
+// Prints changes as long as they are wanted.
+class Printer {
+ public:
+  explicit Printer(WatchOptions const& options)
+      : form_{options.json ? Attributes::Form::json : Attributes::Form::text},
+        stamp_{options.stamped ? Attributes::Stamp::time : Attributes::Stamp::none},
+        left_{options.changes} {}
+
+  void print(std::vector<Attributes::Change> const& changes) {
+    if (!changes.empty()) written_ = writeToStandardOutput(linesOf(changes, Show::secondsSince1970(), form_, stamp_));
+  }
+
+  void printChanges(std::vector<Attributes::Change> changes) {
+    if (left_) {
+      changes.resize(std::min<std::uint64_t>(changes.size(), *left_));
+      *left_ -= changes.size();
+    }
+    print(changes);
+  }
+
+  [[nodiscard]] bool isDone() const noexcept { return written_ != Written::whole || left_ == 0U; }
+  [[nodiscard]] Written written() const noexcept { return written_; }
+
+ private:
+  Attributes::Form form_;
+  Attributes::Stamp stamp_;
+  std::optional<std::uint64_t> left_;
+  Written written_ = Written::whole;
+};
+
+}  // namespace
+
+Written watchLocal(WatchOptions const& options, std::function<void(std::string const&)> const& notify) {
+  Kernel::NotificationSocket notifications;
+  Kernel::NetlinkSocket kernel;
+  Show::HostFollower host{kernel, notifications};
+  Attributes::Watch watch{Vek::Dir::root(), options.paths,
+                          options.recursive ? Attributes::Depth::all : Attributes::Depth::one};
+  for (std::string const& notice : host.notices()) notify(notice);
+
+  Printer printer{options};
+  printer.print(watch.start());
+  FollowLoop loop{notifications.descriptor(),
+                  {.take = [&] { return host.advance(); },
+                   .patience = [&] { return host.patience(); },
+                   .publish =
+                       [&] {
+                         host.publish();
+                         printer.printChanges(watch.changes());
+                         if (printer.isDone()) loop.stop();
+                       }}};
+  if (!printer.isDone()) loop.run();
+  return printer.written();
+}
+
+}  // namespace Apps

@@ -1,0 +1,28 @@
+// dornl3 watch --local: the entities of this host, followed until the reader has enough.
+#pragma once
+
+#include "apps/StandardOutput.h"
+#include "apps/attributes/Change.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Apps {
+
+struct WatchOptions {
+  bool local = false;
+  bool json = false;
+  bool recursive = false;
+  bool stamped = false;
+  std::optional<std::uint64_t> changes;  // after how many it ends
+  std::vector<std::string> paths;
+};
+
+/// Prints what is at the paths, and follows them until the changes are told, a signal comes, or nobody reads any more.
+/// `notify` hears, before anything is printed, what the reader should know. Throws Misfit and KernelError.
+[[nodiscard]] Written watchLocal(WatchOptions const& options, std::function<void(std::string const&)> const& notify);
+
+}  // namespace Apps

@@ -1,0 +1,98 @@
+// The program that follows a host, from the kernel's change to the printed line.
+#include "tests/apps/OwnNetwork.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <chrono>
+#include <cstdlib>
+
+namespace Apps {
+namespace {
+
+// A command of the shell, of which "dornl3" is the program under test, with its output to be read line by line.
+class Command {
+ public:
+  explicit Command(std::string const& line)
+      : pipe_{popen(("dornl3() { " DORNL3_PROGRAM " \"$@\"; }; exec 2>&1; " + line).c_str(), "r")} {}
+  Command(Command const&) = delete;
+  Command& operator=(Command const&) = delete;
+  ~Command() {
+    if (pipe_ != nullptr) pclose(pipe_);
+  }
+
+  std::string line() {
+    std::array<char, 4096> buffer{};
+    return std::fgets(buffer.data(), static_cast<int>(buffer.size()), pipe_) == nullptr ? "" : buffer.data();
+  }
+  // Reads what is left; the exit status.
+  int finish() {
+    while (!line().empty()) {
+    }
+    int const status = pclose(std::exchange(pipe_, nullptr));
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+ private:
+  FILE* pipe_;
+};
+
+void watchRoutes() {
+  ASSERT_TRUE(ip("link set lo up\nlink add a0 type veth peer name a1\nlink set a0 addrgenmode none\n"
+                 "link set a0 up\nlink set a1 up\naddr add 10.0.0.1/24 dev a0\n"));
+  Command watch{"dornl3 watch --local -n 4 status.ipv4RouteStats.routes 'status.lemV4RouteStats.routeCount[16]'"};
+  ASSERT_EQ(watch.line(), "status.ipv4RouteStats.routes = 1\n");
+  ASSERT_TRUE(ip("route add 20.0.0.0/16 via 10.0.0.2\n"));
+  EXPECT_EQ(watch.line(), "status.ipv4RouteStats.routes = 2\n");
+  EXPECT_EQ(watch.line(), "status.lemV4RouteStats.routeCount[16] = 1\n") << "a member that was not there";
+  ASSERT_TRUE(ip("route replace 20.0.0.0/16 via 10.0.0.3\n"));  // what is followed stays the same
+  ASSERT_TRUE(ip("route del 20.0.0.0/16\n"));
+  EXPECT_EQ(watch.line(), "status.ipv4RouteStats.routes = 1\n");
+  EXPECT_EQ(watch.line(), "status.lemV4RouteStats.routeCount[16]: gone\n");
+  EXPECT_EQ(watch.finish(), 0) << "four changes were wanted";
+}
+
+TEST(WatchLocal, TellsWhatTheKernelTells) {
+  if (!inOwnNetwork(watchRoutes)) {
+    GTEST_SKIP() << "making a network namespace is not permitted: run the test as root";
+  }
+}
+
+TEST(WatchLocal, EndsWhenNobodyReadsOrASignalComes) {
+  auto const start = std::chrono::steady_clock::now();
+  Command reader{"dornl3 watch --local status.numVrfs | head -n 1"};
+  EXPECT_EQ(reader.line(), "status.numVrfs = 1\n");
+  EXPECT_EQ(reader.finish(), 0);
+  Command interrupted{"timeout --preserve-status -s INT 0.5 " DORNL3_PROGRAM " watch --local status.numVrfs"};
+  EXPECT_EQ(interrupted.finish(), 0);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::minutes{1});
+}
+
+TEST(WatchLocal, SaysWhatIsWrongWithTheCommandLine) {
+  struct {
+    char const* line;
+    int status;
+    char const* complaint;
+  } const cases[] = {
+      {"dornl3 watch status", 2,
+       "dornl3: Only this host's own entities can be followed. Add --local: 'dornl3 watch --local ...'.\n"},
+      {"dornl3 watch --local", 2, "dornl3: PATH is required. Type 'dornl3 --help' to see what there is.\n"},
+      {"dornl3 watch --local -n 0 status", 2, nullptr},
+      {"dornl3 watch --local --json -t status", 2, nullptr},
+      {"dornl3 watch --local status.numVrf", 1,
+       "dornl3: status has no attribute 'numVrf'; did you mean 'numVrfs'? 'dornl3 types "
+       "Hardware::DornL3Unicast::Status' lists what it has.\n"},
+  };
+  for (auto const& one : cases) {
+    Command command{one.line};
+    std::string const complaint = command.line();
+    if (one.complaint != nullptr) {
+      EXPECT_EQ(complaint, one.complaint);
+    }
+    EXPECT_EQ(command.finish(), one.status) << one.line;
+  }
+}
+
+}  // namespace
+}  // namespace Apps

@@ -1,0 +1,269 @@
+// What a watch follows, tells and refuses.
+#include "apps/attributes/Watch.h"
+
+#include "tests/apps/AttributeTest.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <iterator>
+#include <sstream>
+
+namespace Apps::Attributes {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr char const* deep = "auditStatus.auditInfo[kernel].table[ipv4].perFapInfo[Fap0].totalEntriesFixed";
+
+class WatchTest : public AttributeTest {
+ protected:
+  void act(std::string const& command, std::string const& rest) {
+    auto const equals = rest.find(" = ");
+    std::string const path = rest.substr(0, equals);
+    if (command == "del") {
+      static_cast<void>(del(*directory_, path, Form::text));
+    } else {
+      std::optional<std::string> const value =
+          equals < rest.size() ? std::optional{rest.substr(equals + 3)} : std::nullopt;
+      static_cast<void>(set(*directory_, path, value, Missing::make, Form::text));
+    }
+  }
+
+  static std::string indented(std::vector<Change> const& changes) {
+    std::string lines;
+    for (Change const& change : changes) lines += "  " + linesOf({change}, 0, Form::text, Stamp::none);
+    return lines;
+  }
+
+  // Follows a script and writes what is told, indented, under "watch" and "told".
+  std::string transcript(std::string const& script) {
+    std::istringstream lines{script};
+    std::optional<Watch> watch;
+    std::string written;
+    for (std::string line; std::getline(lines, line);) {
+      if (line.starts_with("  ")) continue;
+      written += line + '\n';
+      std::string const command = line.substr(0, line.find(' '));
+      std::string rest = line.substr(std::min(line.size(), command.size() + 1));
+      if (command == "told") {
+        written += indented(watch->changes());
+      } else if (command == "watch") {
+        Depth const depth = rest.starts_with("-r ") ? Depth::all : Depth::one;
+        if (depth == Depth::all) rest.erase(0, 3);
+        std::istringstream words{rest};
+        watch.emplace(*directory_, std::vector<std::string>{std::istream_iterator<std::string>{words}, {}}, depth);
+        written += indented(watch->start());
+      } else if (!command.empty()) {
+        act(command, rest);
+      }
+    }
+    return written;
+  }
+};
+
+TEST_F(WatchTest, TellsWhatThereIsAndThenWhatDiffers) {
+  for (char const* script : {
+           R"(watch status.numVrfs status.ipFecs.numEcmpFecs
+  status.numVrfs = 0
+  status.ipFecs.numEcmpFecs = 0
+set status.numVrfs = 3
+set status.numVrfs = 4
+set status.ipFecs = Value('Hardware::DornL3Unicast::FecCountStats', ** {'numFecEntries': 2})
+told
+  status.numVrfs = 4
+set status.numVrfs = 5
+set status.numVrfs = 4
+set status.ipFecs = Value('Hardware::DornL3Unicast::FecCountStats', ** {'numEcmpFecs': 1})
+told
+  status.ipFecs.numEcmpFecs = 1
+told
+)",
+           R"(set status.inUseArpEntries[7] = 70
+set status.inUseArpEntries[1] = 10
+watch status.inUseArpEntries status.inUseArpEntries[3]
+  status.inUseArpEntries[1] = 10
+  status.inUseArpEntries[7] = 70
+set status.inUseArpEntries[9] = 90
+del status.inUseArpEntries[1]
+set status.inUseArpEntries[3] = 30
+told
+  status.inUseArpEntries[3] = 30
+  status.inUseArpEntries[9] = 90
+  status.inUseArpEntries[1]: gone
+  status.inUseArpEntries[3] = 30
+del status.inUseArpEntries[3]
+told
+  status.inUseArpEntries[3]: gone
+  status.inUseArpEntries[3]: gone
+)",
+           R"(set aclRouteConfig.ipv4EgAclLabel[7] = 3
+watch aclRouteConfig.ipv4EgAclLabel[7].value
+  aclRouteConfig.ipv4EgAclLabel[7].value = 3
+del aclRouteConfig.ipv4EgAclLabel[7]
+told
+  aclRouteConfig.ipv4EgAclLabel[7]: gone
+)",
+           R"(watch auditStatus.auditInfo[kernel].table[ipv4].perFapInfo[Fap0].totalEntriesFixed
+set auditStatus.auditInfo[kernel].table[ipv4]
+told
+set auditStatus.auditInfo[kernel].table[ipv4].perFapInfo[Fap0].totalEntriesFixed = 7
+told
+  auditStatus.auditInfo[kernel].table[ipv4].perFapInfo[Fap0].totalEntriesFixed = 7
+del auditStatus.auditInfo[kernel]
+set auditStatus.auditInfo[kernel].table[ipv4].perFapInfo[Fap0].totalEntriesFixed = 7
+told
+set auditStatus.auditInfo[kernel].table[ipv4].perFapInfo[Fap0].totalEntriesFixed = 8
+del auditStatus.auditInfo[kernel]
+told
+  auditStatus.auditInfo[kernel]: gone
+)",
+           R"(set auditStatus.auditInfo[a]
+watch auditStatus
+  auditStatus.numAudits = 0
+  auditStatus.auditDoneId = 0
+  auditStatus.statusClearDoneId = 0
+  auditStatus.auditInfo[a] = auditStatus.auditInfo[a]
+set auditStatus.auditInfo[kernel].table[ipv4].perFapInfo[Fap0].totalEntriesFixed = 7
+set auditStatus.auditDone['a\n'] = True
+set auditStatus.auditDoneId = 2
+del auditStatus.auditInfo[a]
+told
+  auditStatus.auditDoneId = 2
+  auditStatus.auditInfo[kernel] = auditStatus.auditInfo[kernel]
+  auditStatus.auditInfo[a]: gone
+  auditStatus.auditDone['a\n'] = True
+)",
+           R"(watch -r auditStatus.auditInfo
+set auditStatus.auditInfo[b].table[t].perFapInfo[f].lastAuditTime = 0.5
+set auditStatus.auditInfo['nothing in it yet']
+told
+  auditStatus.auditInfo[b].table[t].perFapInfo[f].fapName = 'f'
+  auditStatus.auditInfo[b].table[t].perFapInfo[f].lastAuditTime = 0.5
+  auditStatus.auditInfo[b].table[t].perFapInfo[f].lastFixedTime = 0.0
+  auditStatus.auditInfo[b].table[t].perFapInfo[f].lastNumEntriesFixed = 0
+  auditStatus.auditInfo[b].table[t].perFapInfo[f].totalEntriesFixed = 0
+  auditStatus.auditInfo[b].table[t].perFapInfo[f].totalUnreportedFixes = 0
+)",
+           R"(watch status.lemV4RouteStats status.lemV4RouteStats.hostCount
+  status.lemV4RouteStats = None
+set status.lemV4RouteStats.routeCount[24] = 2
+told
+  status.lemV4RouteStats.hostsInLem = False
+  status.lemV4RouteStats.hostCount = 0
+  status.lemV4RouteStats.routeCount[24] = 2
+  status.lemV4RouteStats.hostCount = 0
+set status.lemV4RouteStats = 'another'
+set status.lemV4RouteStats.hostsInLem = True
+told
+  status.lemV4RouteStats.hostsInLem = True
+  status.lemV4RouteStats.routeCount[24]: gone
+del status.lemV4RouteStats
+told
+  status.lemV4RouteStats = None
+  status.lemV4RouteStats: gone
+)",
+       }) {
+    Show::Roots const fresh;
+    fresh.forEach([this](Vek::Ptr<Vek::Entity> const& root) { directory_->entryIs(root); });
+    EXPECT_EQ(transcript(script), script);
+  }
+}
+
+TEST_F(WatchTest, RefusesWhatCanNeverBeThereOrIsNeverToldOf) {
+  struct Case {
+    char const* path;
+    char const* says;
+  };
+  for (Case const& c : {
+           Case{"statusx", "There is no root entity 'statusx'; did you mean 'status'?"},
+           Case{"auditStatus.auditInfo[x].tables", "has no attribute 'tables'; did you mean 'table'? 'dornl3 types "},
+           Case{"auditStatus.auditInfo.table", "auditStatus.auditInfo is a collection: name one member"},
+           Case{"aclRouteConfig.ipv4EgAclLabel[8].value.x", "is a Bridging::VlanIdOrNone, which has no attributes."},
+           Case{"status.inUseArpEntries[x]", "The key of status.inUseArpEntries is a "},
+           Case{"status.", "'status.' is no path: "},
+           Case{"status.writeCount", "status.writeCount is never told of: 'dornl3 get' reads it."},
+           Case{"status.parent.x", "status.parent is a Vek::PtrInterface, which has no attributes."},
+           Case{"auditStatus.auditInfo[k].parent.numAudits", "auditStatus.auditInfo[k].parent is never told of: "},
+       }) {
+    SCOPED_TRACE(c.path);
+    EXPECT_THAT(refusal([&] { return Watch{*directory_, {"status", c.path}, Depth::one}.start(); }), HasSubstr(c.says));
+  }
+  std::vector<std::string> const many(Watch::maxPaths + 1, "status");
+  EXPECT_THAT(refusal([&] {
+                return Watch{*directory_, many, Depth::one}.start();
+              }),
+              StartsWith("There are 1001 paths, more than 1000."));
+}
+
+TEST_F(WatchTest, PrintsTimesAndJson) {
+  std::vector<std::string> const paths{"status.numVrfs", "auditRequest.tableToAudit", "status.ipFecs"};
+  roots_.auditRequest->tableToAuditIs(std::string_view("it's \xff\n"));
+  std::vector<Change> changes = Watch{*directory_, paths, Depth::one}.start();
+  changes.push_back({"a['\xff']", nullptr});
+  EXPECT_EQ(linesOf(changes, 1.5, Form::json, Stamp::none),
+            "{\"time\":1.5,\"path\":\"status.numVrfs\",\"value\":0}\n"
+            "{\"time\":1.5,\"path\":\"auditRequest.tableToAudit\",\"value\":\"it's \xef\xbf\xbd\\n\"}\n"
+            "{\"time\":1.5,\"path\":\"status.ipFecs\",\"value\":"
+            "{\"numNonEcmpFecs\":0,\"numEcmpFecs\":0,\"numFecEntries\":0}}\n"
+            "{\"time\":1.5,\"path\":\"a['\xef\xbf\xbd']\",\"gone\":true}\n");
+  setenv("TZ", "UTC-1", 1);
+  tzset();
+  EXPECT_THAT(linesOf(changes, 0.0625, Form::text, Stamp::time),
+              StartsWith("1970-01-01T01:00:00.063 status.numVrfs = 0\n1970-01-01T01:00:00.063 auditRequest."));
+  EXPECT_EQ(linesOf({{"a", nullptr}}, 86399.9996, Form::text, Stamp::time), "1970-01-02T01:00:00.000 a: gone\n");
+  EXPECT_EQ(linesOf({{"a", nullptr}}, -0.5, Form::text, Stamp::time), "1970-01-01T00:59:59.500 a: gone\n");
+  unsetenv("TZ");
+  tzset();
+}
+
+TEST_F(WatchTest, ForgetsWhatHasLeftItsPlace) {
+  Watch watch{*directory_, {"status.lemV4RouteStats", deep}, Depth::one};
+  act("set", std::string(deep) + " = 7");
+  static_cast<void>(watch.start());
+  auto const leaving = roots_.auditStatus->auditInfo("kernel")->table("ipv4")->perFapInfo("Fap0");
+  auto const goesForGood = roots_.status->lemV4RouteStatsIs("it");
+  static_cast<void>(watch.changes());
+  leaving->totalEntriesFixedIs(8);
+  act("del", "auditStatus.auditInfo[kernel]");
+  act("set", std::string(deep) + " = 9");
+  act("del", "status.lemV4RouteStats");
+  leaving->totalEntriesFixedIs(10);
+  EXPECT_EQ(indented(watch.changes()), "  status.lemV4RouteStats = None\n  " + std::string(deep) + " = 9\n");
+  leaving->totalEntriesFixedIs(11);
+  goesForGood->hostCountIs(3);
+  EXPECT_EQ(indented(watch.changes()), "");
+}
+
+TEST_F(WatchTest, AsksNoMoreOfTheEntitiesThanWasHeardOf) {
+  for (unsigned short fap = 0; fap < 100; ++fap) roots_.status->inUseArpEntriesIs(fap, fap);
+  Watch watch{*directory_, {"status"}, Depth::all};
+  EXPECT_EQ(indented(watch.changes()), "") << "it has not been started";
+  static_cast<void>(watch.start());
+  Vek::U32 const before = roots_.status->readCount();
+  static_cast<void>(watch.changes());
+  roots_.status->inUseArpEntriesIs(Hardware::Dorn::FapId(7), 8);
+  EXPECT_EQ(indented(watch.changes()), "  status.inUseArpEntries[7] = 8\n");
+  EXPECT_EQ(roots_.status->readCount() - before, 1U);
+}
+
+TEST_F(WatchTest, MayEndBeforeOrAfterWhatItFollowsWithEventsWaiting) {
+  std::optional<Show::Roots> fresh{std::in_place};
+  directory_->entryIs(fresh->auditStatus);
+  Watch after{*directory_, {"auditStatus"}, Depth::all};
+  static_cast<void>(after.start());
+  {
+    Watch before{*directory_, {"auditStatus", deep}, Depth::all};
+    static_cast<void>(before.start());
+    act("set", std::string(deep) + " = 7");
+    static_cast<void>(before.changes());
+    act("set", std::string(deep) + " = 8");
+    act("del", "auditStatus.auditInfo[kernel].table[ipv4]");
+  }
+  fresh.reset();
+  directory_->entryDel("auditStatus");
+  EXPECT_EQ(indented(after.changes()), "") << "what came and went in between";
+}
+
+}  // namespace
+}  // namespace Apps::Attributes
