@@ -55,8 +55,18 @@ void Notifiee::isWeakReferenceIs(bool on) {
   }
 }
 
-void Notifiee::handleNotification(ActivityConfig*) { onNotification(); }
-Activity* Notifiee::actsm() { return nullptr; }
+void Notifiee::handleNotification(ActivityConfig* config) {
+  int const pending = std::exchange(pendingAttribute_, 0);
+  handleDefault(config, pending > 0 ? static_cast<AttributeId>(pending) : 0, pending < 0);
+}
+
+void Notifiee::handleDefault(ActivityConfig*, AttributeId id, bool isSweep) {
+  isSweep || id == 0 ? onNotification() : onAttribute(id);
+}
+
+Activity* Notifiee::vekFwkActivity() { return nullptr; }
+Activity const* Notifiee::vekFwkActivity() const { return const_cast<NotifieeConst*>(this)->vekFwkActivity(); }
+Activity* Notifiee::actsm() { return vekFwkActivity(); }
 
 void Notifiee::onAttribute(AttributeId) {}
 void Notifiee::onNotification() {}

@@ -68,10 +68,12 @@ class PtrInterface::NotifieeConst : public PtrInterface {
   [[nodiscard]] bool isWeakReference() const noexcept { return weak_; }
   void isWeakReferenceIs(bool on);
 
-  /// Delivers events that were put off until an activity runs.
+  /// Delivers what was put off until an activity ran, and takes it off the pending attribute. Here: all of it ends in
+  /// handleDefault.
   virtual void handleNotification(ActivityConfig* config);
-  /// The activity that puts events off; null where they are told at once.
-  [[nodiscard]] virtual Activity* actsm();
+  /// The end of a delivery that nobody else has taken: of attribute `id` by onAttribute; of a sweep, and of nothing in
+  /// particular, which is 0, by onNotification.
+  virtual void handleDefault(ActivityConfig* config, AttributeId id, bool isSweep);
 
   /// Some attribute has changed; what a delivery by number calls.
   virtual void onAttribute(AttributeId id);
@@ -90,6 +92,21 @@ class PtrInterface::NotifieeConst : public PtrInterface {
   /// The notifier's last reference has gone. A weak reactor lets its notifier go: keep that when overriding.
   virtual void onZeroReferences();
 
+  /// The activity that puts this reactor's events off; null where they are told at once. A class whose reactors have
+  /// one overrides the second, and the others follow; its destructor leaves the activity.
+  [[nodiscard]] virtual Ptr<Activity> activityPtr() const;
+  [[nodiscard]] virtual Activity* vekFwkActivity();
+  [[nodiscard]] virtual Activity const* vekFwkActivity() const;
+  /// The same, asked once for each delivery: what redispatch takes.
+  [[nodiscard]] virtual Activity* actsm();
+
+  /// What waits for the activity: an attribute's number, a sweep below, or 0 for nothing.
+  [[nodiscard]] int vekPendingAttribute() const noexcept { return pendingAttribute_; }
+  /// Every attribute that can have changed: all scalars, and the collections of which events wait.
+  static constexpr int changedSweep = -1;
+  /// Every attribute, changed or not.
+  static constexpr int fullSweep = -2;
+
  protected:
   static constexpr U32 wasRegisteredBit = 0x00080000;
   static constexpr U32 logEnabledBit = 0x04000000;
@@ -103,6 +120,13 @@ class PtrInterface::NotifieeConst : public PtrInterface {
   void registerWith(bool on, ListOf listOf) const;
   void leaveForGood(ListOf listOf) noexcept;
 
+  /// Whether the event of attribute `id` waits for the activity: then the caller says no more, and handleNotification
+  /// delivers. `pending` counts what waits of one collection, up to its greatest number; null where nothing is counted.
+  [[nodiscard]] bool vekOnAttribute(AttributeId id, U8* pending);
+  /// In the middle of a delivery: the next event is told at once, if it is `activity` that delivers.
+  void redispatch(Activity* activity) const;
+  void vekPendingAttributeIs(int pending) noexcept { pendingAttribute_ = pending; }
+
  private:
   friend class ReactorChain;
   void notifierAssign(PtrInterface const* n);
@@ -111,6 +135,7 @@ class PtrInterface::NotifieeConst : public PtrInterface {
   PtrInterface const* notifier_ = nullptr;
   bool weak_ = false;
   mutable bool registered_ = false;
+  int pendingAttribute_ = 0;
   mutable NotifieeConst const* next_ = nullptr;
 };
 

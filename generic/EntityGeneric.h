@@ -4,6 +4,7 @@
 #pragma once
 
 #include "frame/ChildFrame.h"
+#include "frame/TypeFrame.h"
 #include "generic/ArgumentList.h"
 #include "generic/GenericAdapter.h"
 #include "platform/vek/EntityText.h"
@@ -248,12 +249,16 @@ GenericIf::AttributeIteratorConst entityIteratorAt(GenericIfEntity const& generi
   return {Ptr<GenericIf const>(&generic), id, position};
 }
 
+/// Collection A has changed at a key.
+template <class A>
+void tellKey(GenericIfEntity& generic, typename A::Key const& key) {
+  generic.tellKey(A::number, typeOf<typename A::Key>(), &key);
+}
+
 /// A generic of the entity that `object` is; of null for null, and for an object of another type.
 template <class X>
 Ptr<GenericIf> entityGeneric(PtrInterface* object, bool isConst) {
-  auto const generic = make<typename X::GenericIf_>(Ptr<X>(dynamic_cast<X*>(object)), isConst);
-  generic->hasNotificationActiveIs(true);
-  return generic;
+  return activeGeneric<typename X::GenericIf_>(Ptr<X>(dynamic_cast<X*>(object)), isConst);
 }
 
 /// The record of entity type X, with what makes its generics.

@@ -1,9 +1,9 @@
-// GenericAdapter: the reactor of an entity of type X that turns typed events into numbered ones for its generic. An
-// X::GenericIf_::GenericIf_Adapter_ derives from it and overrides X's slots.
+// GenericAdapter: the reactor of an entity of type X that hands typed events on to its generic. An
+// X::GenericIf_::GenericIf_Adapter_ derives from it and overrides X's slots; each calls the generic's operation of the
+// same name, if the generic is still there.
 // Owner: the generic, see GenericIfEntity. It holds its entity weakly.
 #pragma once
 
-#include "frame/TypeFrame.h"
 #include "platform/vek/GenericIfEntity.h"
 
 namespace Vek {
@@ -11,13 +11,22 @@ namespace Vek {
 template <class X>
 class GenericAdapter : public X::Notifiee, public GenericAdapterLink {
  public:
-  GenericAdapter(Ptr<X> const& entity, GenericIfEntity& reactor) : GenericAdapterLink(&reactor) {
+  using Generic = typename X::GenericIf_;
+
+  GenericAdapter(Ptr<X> const& entity, Generic& reactor) : GenericAdapterLink(&reactor) {
     this->isRegisteredNotifieeIs(true);
     this->notifierIs(entity);
     this->isWeakReferenceIs(true);
   }
 
-  [[nodiscard]] Ptr<PtrInterface::NotifieeConst const> vekReactor() const override { return vekRawReactor(); }
+  /// The generic that is served; null once it is gone.
+  [[nodiscard]] Generic* reactor() const noexcept { return static_cast<Generic*>(GenericAdapterLink::reactor()); }
+  [[nodiscard]] Ptr<Generic> vekReactorAdapter() { return reactor(); }
+  [[nodiscard]] Ptr<Generic const> vekReactorAdapter() const { return reactor(); }
+  /// Serves another; takes no reference.
+  void vekReactorAdapterIs(Ptr<Generic> const& reactor) { reactorIs(reactor.ptr()); }
+
+  [[nodiscard]] Ptr<PtrInterface::NotifieeConst const> vekReactor() const override { return vekReactorAdapter(); }
   [[nodiscard]] PtrInterface::NotifieeConst const* vekRawReactor() const noexcept override { return reactor(); }
 
   void hasNotificationActiveIs(bool on) override {
@@ -43,15 +52,10 @@ class GenericAdapter : public X::Notifiee, public GenericAdapterLink {
   }
 
  protected:
-  void forward(AttributeId id) {
-    if (reactor() != nullptr) reactor()->onScalarEvent(id);
-  }
-  template <class K>
-  void forward(AttributeId id, K const& key) {
-    if (reactor() != nullptr) reactor()->onKeyedEvent(id, typeOf<K>(), &key);
-  }
-  void forwardWhole(AttributeId id) {
-    if (reactor() != nullptr) reactor()->onWholeEvent(id);
+  /// Calls that operation of the generic; a generic that is gone hears nothing.
+  template <class... K>
+  void forward(void (Generic::*slot)(K...), K const&... key) {
+    if (reactor() != nullptr) (reactor()->*slot)(key...);
   }
 };
 

@@ -15,7 +15,7 @@ class ValueGeneric : public GenericIf {
 
   [[nodiscard]] X const& value() const noexcept { return value_; }
   /// Overwrites the value, of a const generic too, and tells nobody.
-  void valIs(X const& value) { value_ = value; }
+  virtual void valIs(X const& value) { value_ = value; }
 
   [[nodiscard]] VekType const* type() const override { return X::_fwkType(); }
   [[nodiscard]] void const* voidPtrIs(Ptr<VekType const> const& t) const override {
@@ -23,17 +23,11 @@ class ValueGeneric : public GenericIf {
     return &value_;
   }
   [[nodiscard]] String8 strRep() const override { return valueToStrep(value_); }
+  using GenericIf::clone;
+  [[nodiscard]] Ptr<GenericIf> clone() override { return X::GenericIf_::GenericIf_Is(value_, isConst()); }
 
  private:
   X value_;
 };
-
-/// A generic of that class, with notification on.
-template <class G, class... Arguments>
-[[nodiscard]] Ptr<G> activeGeneric(Arguments const&... arguments) {
-  Ptr<G> const generic = make<G>(arguments...);
-  generic->hasNotificationActiveIs(true);
-  return generic;
-}
 
 }  // namespace Vek

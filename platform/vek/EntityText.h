@@ -10,8 +10,13 @@ namespace Vek {
 /// declared with; it does not show.
 [[nodiscard]] String8 valueToStrepOfRawPtr(PtrInterface const* object, std::type_info const& declared);
 
-/// Reads the text of a reference and leaves `it` behind it. Null for None and for a name that the root directory does
-/// not hold. Throws RangeException where no reference stands.
+/// The greatest number of children that lead from a root to what a text refers to.
+inline constexpr int maxPathSteps = 32;
+
+/// Reads the text of a reference, "auditStatus.auditInfo[kernel]", and leaves `it` behind it. A root is looked up in
+/// the root directory; from there the path goes through attributes that make children, each of which counts a read.
+/// Null for None, and where something on the way is not there. Throws RangeException where no path stands, or one that
+/// is longer than maxPathSteps.
 [[nodiscard]] Ptr<PtrInterface> sequenceToValueOfPtr(String8::IteratorConst& it, String8::IteratorConst const& end,
                                                      Entity*);
 

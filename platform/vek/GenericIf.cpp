@@ -50,6 +50,14 @@ GenericIf::AttributeIteratorConst GenericIf::attributeIteratorKeyConst(Attribute
   return attributeIteratorConst(id);
 }
 
+GenericIf::AttributeIterator GenericIf::attributeIterator(AttributeId id) {
+  return AttributeIterator(attributeIteratorConst(id));
+}
+
+GenericIf::AttributeIterator GenericIf::attributeIteratorKey(AttributeId id, Ptr<GenericIf const> const& key) {
+  return AttributeIterator(attributeIteratorKeyConst(id, key));
+}
+
 Ptr<GenericIf> GenericIf::attributeIterator_iterObj(AttributeIteratorConst const& it) {
   return attributeIterator_nonNull(it) ? it.position()->object(isConst_) : Ptr<GenericIf>{};
 }

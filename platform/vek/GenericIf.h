@@ -39,6 +39,7 @@ class GenericIf : public PtrInterface::Notifiee {
   class List;
   class List_;
   class AttributeIteratorConst;
+  class AttributeIterator;
   class Position;
   class Subscriber;
 
@@ -77,9 +78,13 @@ class GenericIf : public PtrInterface::Notifiee {
   [[nodiscard]] virtual void* attributeIterator_iterClone(AttributeIteratorConst const& it) const;
   [[nodiscard]] virtual bool attributeIterator_nonNull(AttributeIteratorConst const& it) const;
   virtual void* attributeIterator_iterDel(AttributeIteratorConst const& it) const;
+  /// The same two openings for who may change what the iterator meets.
+  [[nodiscard]] virtual AttributeIterator attributeIterator(AttributeId id);
+  [[nodiscard]] virtual AttributeIterator attributeIteratorKey(AttributeId id, Ptr<GenericIf const> const& key);
 
   /// Another generic of the same thing, as const as this one; of a value, with a copy of it.
   [[nodiscard]] virtual Ptr<GenericIf> clone() = 0;
+  [[nodiscard]] Ptr<GenericIf> clone() const { return const_cast<GenericIf*>(this)->clone(); }
 
   /// An attribute has changed: the doors through which events leave. They tell the subscriber, if there is one.
   void onAttribute(AttributeId id) override;
@@ -174,6 +179,26 @@ class GenericIf::AttributeIteratorConst {
   void* state_;
 };
 
+/// A walk opened by who may change what it meets: elements and children come as the generic hands them out.
+class GenericIf::AttributeIterator : public GenericIf::AttributeIteratorConst {
+ public:
+  /// Takes over an iterator that a generic opened which is not const to the caller.
+  explicit AttributeIterator(AttributeIteratorConst it) noexcept : AttributeIteratorConst(std::move(it)) {}
+
+  /// Null at the end.
+  [[nodiscard]] Ptr<GenericIf> object() const {
+    return const_cast<GenericIf&>(*owner()).attributeIterator_iterObj(*this);
+  }
+};
+
+/// A generic of that class, with notification on.
+template <class G, class... Arguments>
+[[nodiscard]] Ptr<G> activeGeneric(Arguments&&... arguments) {
+  Ptr<G> const generic = make<G>(std::forward<Arguments>(arguments)...);
+  generic->hasNotificationActiveIs(true);
+  return generic;
+}
+
 /// A list of generics, for the arguments of constructors.
 class GenericIf::List {
  public:
@@ -200,6 +225,7 @@ class GenericIf::List_ final : public GenericIf {
   [[nodiscard]] VekType const* type() const override { return List::_fwkType(); }
   [[nodiscard]] void const* voidPtrIs(Ptr<VekType const> const& t) const override;
   [[nodiscard]] String8 strRep() const override;
+  using GenericIf::clone;
   [[nodiscard]] Ptr<GenericIf> clone() override;
 
  private:

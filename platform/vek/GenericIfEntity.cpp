@@ -4,8 +4,6 @@
 #include "platform/vek/EntityText.h"
 #include "platform/vek/NamedType.h"
 
-#include <limits>
-
 namespace Vek {
 
 GenericIfPtrInterface::GenericIfPtrInterface(PtrInterface* object, bool isConst) : GenericIf(isConst) {
@@ -41,7 +39,7 @@ GenericIfEntity::GenericIfEntity(VekType const* type, PtrInterface* entity, bool
 GenericIfEntity::~GenericIfEntity() {
   if (activity_) activity_->dequeue(*this);
   if (!adapter_) return;
-  link_->reactorDel();  // silent from here on, whoever else holds it
+  link_->reactorIs(nullptr);  // silent from here on, whoever else holds it
   adapter_->notifierIs(nullptr);
 }
 
@@ -65,7 +63,7 @@ void GenericIfEntity::activityIs(Ptr<Activity> const& activity) {
   if (activity == activity_) return;
   if (activity_) activity_->dequeue(*this);
   activity_ = activity;
-  if (pendingAttribute_ == 0) return;
+  if (vekPendingAttribute() == 0) return;
   if (activity_) {
     activity_->enqueue(*this);
   } else {
@@ -126,86 +124,73 @@ GenericIfEntity::KeySlot& GenericIfEntity::slotOf(AttributeId id) {
   return slots_.emplace_back(KeySlot{id, {}});
 }
 
-bool GenericIfEntity::vekOnAttribute(AttributeId id, U8* pending) {
-  if (!activity_) return false;
-  if (delivering_ == id) {
-    delivering_ = 0;
-    return false;
-  }
-  if (pending != nullptr && *pending < std::numeric_limits<U8>::max()) ++*pending;
-  int const number = static_cast<int>(id);
-  if (pendingAttribute_ == 0) {
-    pendingAttribute_ = number;
-  } else if (pendingAttribute_ != number && pendingAttribute_ != fullSweep) {
-    pendingAttribute_ = changedSweep;
-  }
-  activity_->enqueue(*this);
-  return true;
-}
+// Nobody listens, and nothing waits for somebody who may: nobody can tell an event from none.
+bool GenericIfEntity::isIdle() const noexcept { return subscriber() == nullptr && !activity_; }
 
 void GenericIfEntity::sweepIs() {
-  pendingAttribute_ = fullSweep;
+  vekPendingAttributeIs(fullSweep);
   if (activity_) {
     activity_->enqueue(*this);
   } else {
-    sweep(true);
+    handleNotification(nullptr);
   }
 }
 
-void GenericIfEntity::onScalarEvent(AttributeId id) {
-  if (subscriber() == nullptr || vekOnAttribute(id, nullptr)) return;
+void GenericIfEntity::tellScalar(AttributeId id) {
+  if (isIdle() || vekOnAttribute(id, nullptr)) return;
   onAttribute(id);
 }
 
-void GenericIfEntity::onKeyedEvent(AttributeId id, VekType const* keyType, void const* key) {
-  if (subscriber() == nullptr) return;
+void GenericIfEntity::tellKey(AttributeId id, VekType const* keyType, void const* key) {
+  if (isIdle()) return;
   KeySlot& slot = slotOf(id);
   slot.lastKey = keyType->genericIf(key, isConst());
-  if (vekOnAttribute(id, &slot.pending)) return;
+  tellLastKey(slot);
+}
+
+void GenericIfEntity::tellLastKey(KeySlot& slot) {
+  if (vekOnAttribute(slot.id, &slot.pending)) return;
   Ptr<GenericIf const> const told = slot.lastKey;
-  GenericIf::onAttribute(id, told);
+  GenericIf::onAttribute(slot.id, told);
 }
 
-void GenericIfEntity::onWholeEvent(AttributeId id) { onAttribute(id); }
+void GenericIfEntity::tellWhole(AttributeId id) { onAttribute(id); }
 
-void GenericIfEntity::deliverScalar(AttributeId id) {
-  delivering_ = id;
-  onScalarEvent(id);
+void GenericIfEntity::deliver(VekAttr const& attr, Force force) {
+  attr.flags().isCollection() ? deliverKeyed(attr.id(), force) : tellScalar(attr.id());
 }
 
-void GenericIfEntity::deliverKeyed(AttributeId id, bool force) {
+void GenericIfEntity::deliverKeyed(AttributeId id, Force force) {
   KeySlot& slot = slotOf(id);
-  Ptr<GenericIf const> const key = slot.lastKey;
   U8 const pending = std::exchange(slot.pending, U8{0});
-  if (force || pending > 1) {
-    onAttribute(id);
+  if (force == Force::yes || pending > 1) {
+    // One key cannot stand for several. This event takes the turn: what it causes waits.
+    if (activity_) static_cast<void>(activity_->turnDel(*this));
+    tellWhole(id);
   } else if (pending == 1) {
-    GenericIf::onAttribute(id, key);
+    tellLastKey(slot);
   }
 }
 
 void GenericIfEntity::handleNotification(ActivityConfig* config) {
-  int const pending = std::exchange(pendingAttribute_, 0);
-  if (pending > 0) {
-    auto const id = static_cast<AttributeId>(pending);
-    VekAttr const* const attr = type_->attribute(id);
-    bool const isKeyed = attr != nullptr && attr->flags().isCollection();
-    isKeyed ? deliverKeyed(id, false) : deliverScalar(id);
+  Ptr<GenericIfEntity> const held{this};  // a subscriber may drop the last reference
+  int const pending = vekPendingAttribute();
+  VekAttr const* const attr = pending > 0 ? type_->attribute(static_cast<AttributeId>(pending)) : nullptr;
+  if (attr != nullptr && attr->flags().isSettable()) {
+    vekPendingAttributeIs(0);
+    deliver(*attr, Force::no);
     return;
   }
   GenericIf::handleNotification(config);
-  if (pending < 0) sweep(pending == fullSweep);
+  if (pending < 0) sweep(pending == fullSweep ? Force::yes : Force::no);
 }
 
-void GenericIfEntity::sweep(bool force) {
-  pendingAttribute_ = 0;
-  Ptr<GenericIfEntity> const held{this};  // a subscriber may drop the last reference
+void GenericIfEntity::sweep(Force force) {
   for (auto const& attr : type_->attributes()) {
     if (!attr->flags().isSettable()) continue;
-    redispatch();
-    attr->flags().isCollection() ? deliverKeyed(attr->id(), force) : deliverScalar(attr->id());
+    redispatch(actsm());
+    deliver(*attr, force);
   }
-  redispatch();
 }
 
 }  // namespace Vek

@@ -25,6 +25,7 @@ class GenericIfPtrInterface : public GenericIf {
   [[nodiscard]] VekType const* type() const override;
   [[nodiscard]] void const* voidPtrIs(Ptr<VekType const> const& t) const override;
   [[nodiscard]] String8 strRep() const override;
+  using GenericIf::clone;
   [[nodiscard]] Ptr<GenericIf> clone() override;
 };
 
@@ -40,7 +41,8 @@ class GenericAdapterLink {
 
   /// The generic that is served; null once it is gone.
   [[nodiscard]] GenericIfEntity* reactor() const noexcept { return reactor_; }
-  void reactorDel() noexcept { reactor_ = nullptr; }
+  /// Serves another, or none; takes no reference.
+  void reactorIs(GenericIfEntity* reactor) noexcept { reactor_ = reactor; }
   virtual void vekDoZombieReactors(bool zombie) = 0;
 
  private:
@@ -54,6 +56,7 @@ class GenericIfEntity : public GenericIfPtrInterface {
   [[nodiscard]] VekType const* type() const override { return type_; }
   [[nodiscard]] void const* voidPtrIs(Ptr<VekType const> const& t) const override;
   [[nodiscard]] String8 attributeString(AttributeId id) const override;
+  using GenericIf::clone;
   [[nodiscard]] Ptr<GenericIf> clone() override;
   /// What every entity has: its name and place, its counts, its key; they are read only.
   Ptr<GenericIf> attributeOp(AttributeOp const& op, Ptr<GenericIf const> const& key,
@@ -66,20 +69,26 @@ class GenericIfEntity : public GenericIfPtrInterface {
   /// Puts events off until the activity runs; null: they are told at once, those that wait already among them.
   void activityIs(Ptr<Activity> const& activity);
   [[nodiscard]] Ptr<Activity> const& activity() const noexcept { return activity_; }
+  using GenericIf::vekFwkActivity;
+  [[nodiscard]] Activity* vekFwkActivity() override { return activity_.ptr(); }
   /// Tells every attribute, changed or not, at the next run of the activity.
   void sweepIs();
 
-  /// Delivers what was put off.
+  /// Delivers what was put off: one attribute, or all of them in a sweep. Of a collection one event is told with its
+  /// key, several as one without; each may be put off anew. What a subscriber throws ends the delivery.
   void handleNotification(ActivityConfig* config) override;
-  [[nodiscard]] Activity* actsm() override { return activity_.ptr(); }
+
+  /// What hears the entity for this generic; never null. Whoever holds it longer than the generic holds a silent one.
+  [[nodiscard]] Ptr<PtrInterface::NotifieeConst> const& adapter() const noexcept { return adapter_; }
 
   /// The entity, to work on. Throws TypeException where there is none.
   [[nodiscard]] Entity& entity() const;
 
-  // Events, from the adapter.
-  void onScalarEvent(AttributeId id);
-  void onKeyedEvent(AttributeId id, VekType const* keyType, void const* key);
-  void onWholeEvent(AttributeId id);
+  // Events, from the adapter: told now, or put off. What an X::GenericIf_ has as on<Attr> are one-line calls of these.
+  void tellScalar(AttributeId id);
+  void tellKey(AttributeId id, VekType const* keyType, void const* key);
+  /// Of a collection, anywhere in it; never put off.
+  void tellWhole(AttributeId id);
 
  protected:
   GenericIfEntity(VekType const* type, PtrInterface* entity, bool isConst);
@@ -98,23 +107,20 @@ class GenericIfEntity : public GenericIfPtrInterface {
     U8 pending = 0;  // how many events wait: none, one, or several
   };
 
-  static constexpr int changedSweep = -1;
-  static constexpr int fullSweep = -2;
+  enum class Force : bool { no, yes };
 
+  [[nodiscard]] bool isIdle() const noexcept;
   [[nodiscard]] KeySlot& slotOf(AttributeId id);
-  [[nodiscard]] bool vekOnAttribute(AttributeId id, U8* pending);
-  void redispatch() noexcept { delivering_ = 0; }
-  void deliverScalar(AttributeId id);
-  void deliverKeyed(AttributeId id, bool force);
-  void sweep(bool force);
+  void tellLastKey(KeySlot& slot);
+  void deliver(VekAttr const& attr, Force force);
+  void deliverKeyed(AttributeId id, Force force);
+  void sweep(Force force);
 
   VekType const* type_;
   Ptr<PtrInterface::NotifieeConst> adapter_;
   GenericAdapterLink* link_ = nullptr;
   Ptr<Activity> activity_;
   std::vector<KeySlot> slots_;
-  int pendingAttribute_ = 0;    // 0 none, an attribute's number, or one of the sweeps
-  AttributeId delivering_ = 0;  // its next event is told at once
 };
 
 }  // namespace Vek

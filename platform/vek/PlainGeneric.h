@@ -42,6 +42,7 @@ class PlainGeneric final : public GenericIf {
     return &value_;
   }
   [[nodiscard]] String8 strRep() const override { return plainText(value_); }
+  using GenericIf::clone;
   [[nodiscard]] Ptr<GenericIf> clone() override { return make<PlainGeneric>(value_, isConst(), type_); }
 
   /// Compares with another generic of the same type; there is nothing else to ask of a plain value.

@@ -20,6 +20,7 @@ std::ostream& operator<<(std::ostream& os, Act const& act) {
   case Kind::letGo: return os << "let" << place << " go";
   case Kind::changeHeld: return os << "change held" << place << " to " << act.value;
   case Kind::open: return os << "open iterator" << place;
+  case Kind::openAt: return os << "open iterator" << place << " at" << key;
   case Kind::step: return os << "step iterator" << place;
   case Kind::copy: return os << "copy iterator" << place;
   case Kind::close: return os << "close iterator" << place;
@@ -53,9 +54,10 @@ rc::Gen<Act> anyAct() {
     static constexpr struct {
       Kind kind;
       int weight;
-    } mix[] = {{Kind::set, 14}, {Kind::make, 1},  {Kind::del, 3},        {Kind::delAll, 1}, {Kind::notify, 1},
-               {Kind::hold, 2}, {Kind::letGo, 1}, {Kind::changeHeld, 1}, {Kind::open, 2},   {Kind::step, 8},
-               {Kind::copy, 1}, {Kind::close, 1}, {Kind::delAt, 2},      {Kind::fail, 1},   {Kind::failTwice, 1}};
+    } mix[] = {{Kind::set, 14},   {Kind::make, 1},   {Kind::del, 3},   {Kind::delAll, 1},
+               {Kind::notify, 1}, {Kind::hold, 2},   {Kind::letGo, 1}, {Kind::changeHeld, 1},
+               {Kind::open, 2},   {Kind::openAt, 1}, {Kind::step, 8},  {Kind::copy, 1},
+               {Kind::close, 1},  {Kind::delAt, 2},  {Kind::fail, 1},  {Kind::failTwice, 1}};
     int total = 0;
     for (auto const& entry : mix) total += entry.weight;
     int drawn = below(total);
@@ -118,6 +120,7 @@ void Stage::act(Act const& act) {
   case Kind::letGo: return letGo(act.place);
   case Kind::changeHeld: return changeHeld(act.place, act.value);
   case Kind::open: return open(act.place);
+  case Kind::openAt: return openAt(act.place, act.key);
   case Kind::step: return step(act.place);
   case Kind::copy: return copy(act.place, (act.place + 1) % Script::places);
   case Kind::close: return close(act.place);

@@ -20,6 +20,7 @@ struct Act {
     letGo,       // what is held in place `place`
     changeHeld,  // its value, behind the box's back
     open,        // iterator `place`, at the first member
+    openAt,      // that iterator, at exactly `key` or at the end
     step,        // that iterator
     copy,        // that iterator to the next place
     close,       // that iterator
@@ -80,6 +81,7 @@ class Stage {
   virtual void letGo(int place) = 0;
   virtual void changeHeld(int place, int value) = 0;
   virtual void open(int place) = 0;
+  virtual void openAt(int place, int key) = 0;
   virtual void step(int place) = 0;
   virtual void copy(int from, int to) = 0;
   virtual void close(int place) = 0;

@@ -168,16 +168,19 @@ Toy::Notifiee::~Notifiee() = default;
 class Toy::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<Toy> {
  public:
   using GenericAdapter::GenericAdapter;
+  static Vek::Ptr<GenericIf_Adapter_> GenericIf_Adapter_Is(Vek::Ptr<Toy> const& entity, GenericIf_& reactor) {
+    return Vek::activeGeneric<GenericIf_Adapter_>(entity, reactor);
+  }
 
-  void onSize() override { forward(258); }
-  void onBroken() override { forward(259); }
-  void onPlayed() override { forward(260); }
-  void onText() override { forward(261); }
-  void onPlace() override { forward(262); }
+  void onSize() override { forward(&GenericIf_::onSize); }
+  void onBroken() override { forward(&GenericIf_::onBroken); }
+  void onPlayed() override { forward(&GenericIf_::onPlayed); }
+  void onText() override { forward(&GenericIf_::onText); }
+  void onPlace() override { forward(&GenericIf_::onPlace); }
 };
 
 Toy::GenericIf_::GenericIf_(Vek::Ptr<Toy> const& entity, bool isConst) : GenericIfEntity(Toy::_fwkType(), entity.ptr(), isConst) {
-  adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
+  adapterIs(GenericIf_Adapter_::GenericIf_Adapter_Is(entity, *this));
 }
 Toy::GenericIf_::~GenericIf_() = default;
 Vek::Ptr<Vek::GenericIf> Toy::GenericIf_::genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments) {
@@ -222,12 +225,15 @@ Lid::Notifiee::~Notifiee() = default;
 class Lid::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<Lid> {
  public:
   using GenericAdapter::GenericAdapter;
+  static Vek::Ptr<GenericIf_Adapter_> GenericIf_Adapter_Is(Vek::Ptr<Lid> const& entity, GenericIf_& reactor) {
+    return Vek::activeGeneric<GenericIf_Adapter_>(entity, reactor);
+  }
 
-  void onOpen() override { forward(258); }
+  void onOpen() override { forward(&GenericIf_::onOpen); }
 };
 
 Lid::GenericIf_::GenericIf_(Vek::Ptr<Lid> const& entity, bool isConst) : GenericIfEntity(Lid::_fwkType(), entity.ptr(), isConst) {
-  adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
+  adapterIs(GenericIf_Adapter_::GenericIf_Adapter_Is(entity, *this));
 }
 Lid::GenericIf_::~GenericIf_() = default;
 Vek::Ptr<Vek::GenericIf> Lid::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
@@ -275,12 +281,15 @@ Drawer::Notifiee::~Notifiee() = default;
 class Drawer::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<Drawer> {
  public:
   using GenericAdapter::GenericAdapter;
+  static Vek::Ptr<GenericIf_Adapter_> GenericIf_Adapter_Is(Vek::Ptr<Drawer> const& entity, GenericIf_& reactor) {
+    return Vek::activeGeneric<GenericIf_Adapter_>(entity, reactor);
+  }
 
-  void onThings() override { forward(259); }
+  void onThings() override { forward(&GenericIf_::onThings); }
 };
 
 Drawer::GenericIf_::GenericIf_(Vek::Ptr<Drawer> const& entity, bool isConst) : GenericIfEntity(Drawer::_fwkType(), entity.ptr(), isConst) {
-  adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
+  adapterIs(GenericIf_Adapter_::GenericIf_Adapter_Is(entity, *this));
 }
 Drawer::GenericIf_::~GenericIf_() = default;
 Vek::Ptr<Vek::GenericIf> Drawer::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
@@ -330,18 +339,22 @@ Shelf::Notifiee::~Notifiee() = default;
 class Shelf::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<Shelf> {
  public:
   using GenericAdapter::GenericAdapter;
+  static Vek::Ptr<GenericIf_Adapter_> GenericIf_Adapter_Is(Vek::Ptr<Shelf> const& entity, GenericIf_& reactor) {
+    return Vek::activeGeneric<GenericIf_Adapter_>(entity, reactor);
+  }
 
-  void onDrawers(Vek::String8 key) override { forward(258, key); }
-  void onDrawers() override { forwardWhole(258); }
+  void onDrawers(Vek::String8 key) override { forward(&GenericIf_::onDrawers, key); }
+  void onDrawers() override { forward(&GenericIf_::onDrawers); }
 };
 
 Shelf::GenericIf_::GenericIf_(Vek::Ptr<Shelf> const& entity, bool isConst) : GenericIfEntity(Shelf::_fwkType(), entity.ptr(), isConst) {
-  adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
+  adapterIs(GenericIf_Adapter_::GenericIf_Adapter_Is(entity, *this));
 }
 Shelf::GenericIf_::~GenericIf_() = default;
 Vek::Ptr<Vek::GenericIf> Shelf::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
   return Vek::entityAttributeOp<Attr, Shelf>(*this, op, key, value);
 }
+void Shelf::GenericIf_::onDrawers(Vek::String8 key) { Vek::tellKey<Attr::drawers>(*this, key); }
 Vek::GenericIf::AttributeIteratorConst Shelf::GenericIf_::attributeIteratorConst(Vek::AttributeId id) const {
   return Vek::entityIterator<Attr, Shelf>(*this, id);
 }
@@ -487,24 +500,27 @@ ToyBox::Notifiee::~Notifiee() = default;
 class ToyBox::GenericIf_::GenericIf_Adapter_ final : public Vek::GenericAdapter<ToyBox> {
  public:
   using GenericAdapter::GenericAdapter;
+  static Vek::Ptr<GenericIf_Adapter_> GenericIf_Adapter_Is(Vek::Ptr<ToyBox> const& entity, GenericIf_& reactor) {
+    return Vek::activeGeneric<GenericIf_Adapter_>(entity, reactor);
+  }
 
-  void onCounts(Vek::U32 key) override { forward(258, key); }
-  void onCounts() override { forwardWhole(258); }
-  void onFaps(Hardware::Dorn::FapId key) override { forward(259, key); }
-  void onFaps() override { forwardWhole(259); }
-  void onWanted(Vek::U32 key) override { forward(260, key); }
-  void onWanted() override { forwardWhole(260); }
-  void onNotes(Vek::String8 key) override { forward(261, key); }
-  void onNotes() override { forwardWhole(261); }
-  void onVlans(Bridging::VlanIdOrNone key) override { forward(263, key); }
-  void onVlans() override { forwardWhole(263); }
-  void onLid() override { forward(265); }
-  void onShelves(Vek::Name key) override { forward(266, key); }
-  void onShelves() override { forwardWhole(266); }
+  void onCounts(Vek::U32 key) override { forward(&GenericIf_::onCounts, key); }
+  void onCounts() override { forward(&GenericIf_::onCounts); }
+  void onFaps(Hardware::Dorn::FapId key) override { forward(&GenericIf_::onFaps, key); }
+  void onFaps() override { forward(&GenericIf_::onFaps); }
+  void onWanted(Vek::U32 key) override { forward(&GenericIf_::onWanted, key); }
+  void onWanted() override { forward(&GenericIf_::onWanted); }
+  void onNotes(Vek::String8 key) override { forward(&GenericIf_::onNotes, key); }
+  void onNotes() override { forward(&GenericIf_::onNotes); }
+  void onVlans(Bridging::VlanIdOrNone key) override { forward(&GenericIf_::onVlans, key); }
+  void onVlans() override { forward(&GenericIf_::onVlans); }
+  void onLid() override { forward(&GenericIf_::onLid); }
+  void onShelves(Vek::Name key) override { forward(&GenericIf_::onShelves, key); }
+  void onShelves() override { forward(&GenericIf_::onShelves); }
 };
 
 ToyBox::GenericIf_::GenericIf_(Vek::Ptr<ToyBox> const& entity, bool isConst) : GenericIfEntity(ToyBox::_fwkType(), entity.ptr(), isConst) {
-  adapterIs(Vek::make<GenericIf_Adapter_>(entity, *this));
+  adapterIs(GenericIf_Adapter_::GenericIf_Adapter_Is(entity, *this));
 }
 ToyBox::GenericIf_::~GenericIf_() = default;
 Vek::Ptr<Vek::GenericIf> ToyBox::GenericIf_::genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments) {
@@ -513,6 +529,12 @@ Vek::Ptr<Vek::GenericIf> ToyBox::GenericIf_::genericIfListConstructor(Vek::Ptr<V
 Vek::Ptr<Vek::GenericIf> ToyBox::GenericIf_::attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) {
   return Vek::entityAttributeOp<Attr, ToyBox>(*this, op, key, value);
 }
+void ToyBox::GenericIf_::onCounts(Vek::U32 key) { Vek::tellKey<Attr::counts>(*this, key); }
+void ToyBox::GenericIf_::onFaps(Hardware::Dorn::FapId key) { Vek::tellKey<Attr::faps>(*this, key); }
+void ToyBox::GenericIf_::onWanted(Vek::U32 key) { Vek::tellKey<Attr::wanted>(*this, key); }
+void ToyBox::GenericIf_::onNotes(Vek::String8 key) { Vek::tellKey<Attr::notes>(*this, key); }
+void ToyBox::GenericIf_::onVlans(Bridging::VlanIdOrNone key) { Vek::tellKey<Attr::vlans>(*this, key); }
+void ToyBox::GenericIf_::onShelves(Vek::Name key) { Vek::tellKey<Attr::shelves>(*this, key); }
 Vek::GenericIf::AttributeIteratorConst ToyBox::GenericIf_::attributeIteratorConst(Vek::AttributeId id) const {
   return Vek::entityIterator<Attr, ToyBox>(*this, id);
 }

@@ -72,7 +72,6 @@ class ToyPoint::GenericIf_ final : public Vek::ValueGeneric<ToyPoint> {
   static Vek::Ptr<Vek::GenericIf> genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments);
 
   Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
-  Vek::Ptr<Vek::GenericIf> clone() override { return GenericIf_Is(value(), isConst()); }
 };
 
 class ToyVlan;
@@ -115,7 +114,6 @@ class ToyVlan::GenericIf_ final : public Vek::ValueGeneric<ToyVlan> {
   static Vek::Ptr<Vek::GenericIf> genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments);
 
   Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
-  Vek::Ptr<Vek::GenericIf> clone() override { return GenericIf_Is(value(), isConst()); }
 };
 
 /// A toy on a shelf.
@@ -203,6 +201,11 @@ class Toy::GenericIf_ final : public Vek::GenericIfEntity {
   static Vek::Ptr<Vek::GenericIf> genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments);
 
   Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
+  void onSize() { tellScalar(258); }
+  void onBroken() { tellScalar(259); }
+  void onPlayed() { tellScalar(260); }
+  void onText() { tellScalar(261); }
+  void onPlace() { tellScalar(262); }
 };
 
 /// The lid of a box.
@@ -265,6 +268,7 @@ class Lid::GenericIf_ final : public Vek::GenericIfEntity {
   ~GenericIf_() override;
 
   Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
+  void onOpen() { tellScalar(258); }
 };
 
 /// A drawer of a box, by its label.
@@ -337,6 +341,7 @@ class Drawer::GenericIf_ final : public Vek::GenericIfEntity {
   ~GenericIf_() override;
 
   Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
+  void onThings() { tellScalar(259); }
 };
 
 /// A shelf of a box, by its name.
@@ -415,6 +420,9 @@ class Shelf::GenericIf_ final : public Vek::GenericIfEntity {
   ~GenericIf_() override;
 
   Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
+  void onDrawers(Vek::String8 key);
+  void onDrawers() { tellWhole(258); }
+
   AttributeIteratorConst attributeIteratorConst(Vek::AttributeId id) const override;
   AttributeIteratorConst attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const override;
 };
@@ -607,6 +615,20 @@ class ToyBox::GenericIf_ final : public Vek::GenericIfEntity {
   static Vek::Ptr<Vek::GenericIf> genericIfListConstructor(Vek::Ptr<Vek::GenericIf const> const& arguments);
 
   Vek::Ptr<Vek::GenericIf> attributeOp(AttributeOp const& op, Vek::Ptr<Vek::GenericIf const> const& key, Vek::Ptr<Vek::GenericIf> const& value) override;
+  void onCounts(Vek::U32 key);
+  void onCounts() { tellWhole(258); }
+  void onFaps(Hardware::Dorn::FapId key);
+  void onFaps() { tellWhole(259); }
+  void onWanted(Vek::U32 key);
+  void onWanted() { tellWhole(260); }
+  void onNotes(Vek::String8 key);
+  void onNotes() { tellWhole(261); }
+  void onVlans(Bridging::VlanIdOrNone key);
+  void onVlans() { tellWhole(263); }
+  void onLid() { tellScalar(265); }
+  void onShelves(Vek::Name key);
+  void onShelves() { tellWhole(266); }
+
   AttributeIteratorConst attributeIteratorConst(Vek::AttributeId id) const override;
   AttributeIteratorConst attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const override;
 };

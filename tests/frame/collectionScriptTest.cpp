@@ -1,12 +1,13 @@
 // Scripts of changes to a collection, played by a real box and by plain containers: after each act both look the same.
 // A walk goes on behind the key on which it stands: so no member is met twice, unless it was removed and added again,
-// and none is passed over that stood throughout.
+// and none is passed over that stood throughout. That holds of the iterators of the type and of those that a generic
+// opens by the attribute's number alike.
 #include "tests/frame/CollectionScript.h"
 
 #include "core/BitReverse.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/core/Property.h"
-#include "tests/frame/Toy.h"
+#include "tests/frame/CollectionCursor.h"
 
 #include <map>
 #include <memory>
@@ -106,6 +107,7 @@ class Model final : public Stage {
     if (held_[at(place)]) held_[at(place)]->value = C::value(value);
   }
   void open(int place) override { iterators_[at(place)] = members_.empty() ? nullptr : members_.begin()->second; }
+  void openAt(int place, int key) override { iterators_[at(place)] = find(key); }
   void step(int place) override {
     if (Held const member = iterators_[at(place)]) iterators_[at(place)] = behind(*member);
   }
@@ -123,7 +125,7 @@ class Model final : public Stage {
   U32 reads_ = 0;
 };
 
-template <class C>
+template <class C, class Cursor>
 class Reality final : public Stage {
  public:
   using Stage::Stage;
@@ -137,7 +139,7 @@ class Reality final : public Stage {
     for (int place = 0; place < Script::places; ++place) {
       if (auto const& m = held_[at(place)]) os << shown("held ", place, C::number(*m), C::value(*m), present(*m));
       auto const& it = iterators_[at(place)];
-      if (it && *it) os << shown("iterator ", place, C::number(**it), C::value(**it), present(**it));
+      if (it && *it) os << shown("iterator ", place, it->number(), it->value(), present(it->member()));
     }
     return os.str();
   }
@@ -191,24 +193,25 @@ class Reality final : public Stage {
   void changeHeld(int place, int value) override {
     if (auto const& member = held_[at(place)]) C::change(*member, value);
   }
-  void open(int place) override { iterators_[at(place)] = C::iterator(*box_); }
+  void open(int place) override { iterators_[at(place)] = Cursor(*box_); }
+  void openAt(int place, int key) override { iterators_[at(place)] = Cursor(*box_, key); }
   void step(int place) override {
     auto& it = iterators_[at(place)];
-    if (it && *it) ++*it;
+    if (it && *it) it->step();
   }
   void copy(int from, int to) override { iterators_[at(to)] = iterators_[at(from)]; }
   void close(int place) override { iterators_[at(place)].reset(); }
   int delAt(int place) override {
     // The reactors may close or reopen this iterator while the removal runs.
     auto& it = iterators_[at(place)];
-    return it ? C::removed(C::delAt(*box_, *it)) : C::value(0);
+    return it ? C::removed(C::delAt(*box_, it->iterator())) : C::value(0);
   }
 
   Ptr<ToyBox> box_ = toyBoxFactory("box");
   std::array<Ptr<Reactor>, Script::reactors> reactors_{Vek::make<Reactor>(*this, 0, box_.ptr()),
                                                        Vek::make<Reactor>(*this, 1, box_.ptr())};
   std::array<Ptr<Member>, Script::places> held_;
-  std::array<std::optional<typename C::Iterator>, Script::places> iterators_;
+  std::array<std::optional<Cursor>, Script::places> iterators_;
 };
 
 // Numbers of a script as keys: half of them share few buckets of a hashed collection.
@@ -218,8 +221,11 @@ constexpr int numberOf(U32 key) { return static_cast<int>(key < Script::keys / 2
 template <class M>
 struct Numbered {
   using Member = M;
-  using Iterator = typename M::Map::Iterator;
+  using Map = typename M::Map;
+  using Iterator = typename Map::Iterator;
+  using Key = U32;
   static constexpr bool holdsChildren = false;
+  static U32 key(int number) { return spread(number); }
   static int number(U32 key) { return numberOf(key); }
   static int number(Vek::Name const&) { return -1; }
   static int number(M const& member) { return numberOf(member.key()); }
@@ -265,6 +271,7 @@ struct Hashed : Numbered<ToyBox::VekWanted> {
 struct Keyed {
   using Member = Shelf;
   using Iterator = Shelf::Map::Iterator;
+  using Key = Vek::Name;
   static constexpr Vek::AttributeId id = 266;
   static constexpr bool holdsChildren = true;
   static Vek::Name key(int number) { return Vek::Name(std::string_view(std::to_string(number))); }
@@ -297,9 +304,16 @@ struct Keyed {
   static Iterator iterator(ToyBox& box) { return box.shelvesIterator(); }
 };
 
-template <class C>
+template <class C, template <class> class Cursor>
+struct By {
+  using Real = Reality<C, Cursor<C>>;
+  using Plain = Model<C>;
+};
+
+template <class Players>
 struct CollectionScripts : LeakCheck {};
-using Kinds = testing::Types<Ordered, Hashed, Keyed>;
+using Kinds = testing::Types<By<Ordered, TypedCursor>, By<Hashed, TypedCursor>, By<Keyed, TypedCursor>,
+                             By<Ordered, NumberedCursor>, By<Hashed, NumberedCursor>, By<Keyed, NumberedCursor>>;
 TYPED_TEST_SUITE(CollectionScripts, Kinds);
 
 TYPED_TEST(CollectionScripts, ABoxAndPlainContainersSeeTheSame) {
@@ -307,8 +321,8 @@ TYPED_TEST(CollectionScripts, ABoxAndPlainContainersSeeTheSame) {
     Script const script = anyScript();
     auto const live = Vek::CountedHeap::liveObjects();
     {
-      Reality<TypeParam> reality{script};
-      Model<TypeParam> model{script};
+      typename TypeParam::Real reality{script};
+      typename TypeParam::Plain model{script};
       for (Act const& act : script.outside) {
         reality.perform(act);
         model.perform(act);

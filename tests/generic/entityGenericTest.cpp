@@ -1,6 +1,7 @@
 // Entities without their classes: every attribute by number does what its typed operation does.
 #include "platform/vek/Builtin.h"
 #include "platform/vek/Dir.h"
+#include "platform/vek/EntityText.h"
 #include "platform/vek/GenericIfEntity.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/frame/Toy.h"
@@ -143,6 +144,27 @@ TEST_F(EntityGeneric, IsFoundByItsText) {
   Vek::Dir::root().entryIs(box);
   EXPECT_EQ(ToyBox::_fwkType()->genericIf(Vek::String8("box"), false)->strRep(), "box");
   EXPECT_THROW(static_cast<void>(Toy::_fwkType()->genericIf(Vek::String8("box"), false)), Vek::RangeException);
+  Vek::Dir::root().entryDel("box");
+}
+
+TEST_F(EntityGeneric, TheTextOfAReferenceLeadsThroughChildren) {
+  Vek::Dir::root().entryIs(box);
+  Vek::Ptr<Lid> const top = box->lidIs("any name");
+  Vek::Ptr<Drawer> const drawer = box->shelvesIs("a shelf")->drawersIs("it's\n[0].x");
+  auto const read = [](Vek::String8 const& text) {
+    return Vek::strepToValue(text, static_cast<Vek::Ptr<Vek::Entity>*>(nullptr));
+  };
+  for (Vek::Entity* entity : {static_cast<Vek::Entity*>(top.ptr()), static_cast<Vek::Entity*>(drawer.ptr())}) {
+    auto const reads = box->readCount();
+    EXPECT_EQ(read(entity->fullName()).ptr(), entity) << entity->fullName();
+    EXPECT_EQ(box->readCount(), reads + 1);
+  }
+  for (char const* text : {"box.lid[a]", "box.shelves", "box.shelves[none]", "box.shelves[none].drawers[x]",
+                           "box.counts", "box.counts[1]", "box.parent", "box.lid.open", "box.nothing"}) {
+    EXPECT_FALSE(read(text)) << text;
+  }
+  EXPECT_THROW(read("box.lid."), Vek::RangeException);
+  EXPECT_EQ(Drawer::_fwkType()->genericIf(drawer->fullName(), false)->strRep(), drawer->fullName());
   Vek::Dir::root().entryDel("box");
 }
 

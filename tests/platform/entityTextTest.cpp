@@ -27,7 +27,9 @@ namespace {
 using Shelf::Bottle;
 using Shelf::Box;
 
-Dir& root = Dir::root();  // made for good before a test counts
+// Made for good before a test counts.
+Dir& root = Dir::root();
+[[maybe_unused]] Vek::VekType* const entityType = Entity::_fwkType();
 
 struct EntityText : LeakCheck {
   ~EntityText() override {
@@ -78,7 +80,9 @@ TEST_F(EntityText, AReferenceReadsBackWhateverTheName) {
 
 TEST_F(EntityText, WhatDenotesNoEntityIsNull) {
   EXPECT_TRUE(Vek::valueToStrepOfRawPtr(nullptr, typeid(Entity)) == "None");
-  for (char const* text : {"None", "nobody", "'None'", "'nobody at all'", "\"x\""}) {
+  auto const box = enter<Box>("box");
+  for (char const* text : {"None", "nobody", "'None'", "'nobody at all'", "\"x\"", "nobody.lid",
+                           "'no.body'.a[b].c['d e']", "box.lid", "box.name", "box.shelves[top]"}) {
     auto const back = read<Box>(text);
     ASSERT_TRUE(back.value) << text << ' ' << back.message;
     EXPECT_FALSE(*back.value);
@@ -93,15 +97,32 @@ TEST_F(EntityText, WhatIsLeftOverIsJunkAndGivesTheReferenceBack) {
   } const cases[] = {
       {"box ", "junk at column 3 deserializing box "},
       {"box, box", "junk at column 3 deserializing box, box"},
+      {"box.lid ", "junk at column 7 deserializing box.lid "},
+      {"box.a[b]c", "junk at column 8 deserializing box.a[b]c"},
+      {"box[b]", "junk at column 3 deserializing box[b]"},
+      {"None.lid", "junk at column 4 deserializing None.lid"},
       {"None None", "junk at column 4 deserializing None None"},
       {"nobody!", "junk at column 6 deserializing nobody!"},
       {"'box''", "junk at column 5 deserializing 'box''"},
       {"", "expected a string in quotes at column 0, found the end of the text"},
       {" box", "expected a string in quotes at column 0, found ' box'"},
       {"'box", "expected a string with its closing quote at column 0, found '\\'box'"},
+      {"box.", "expected the name of an attribute at column 4, found the end of the text"},
+      {"nobody..a", "expected the name of an attribute at column 7, found '.a'"},
+      {"box.'lid'", "expected the name of an attribute at column 4, found '\\'lid\\''"},
+      {"box.a[", "expected a string in quotes at column 6, found the end of the text"},
+      {"box.a[b", "expected ] at column 7, found the end of the text"},
+      {"box.a[b.c]", "expected ] at column 7, found '.c]'"},
   };
   for (auto const& c : cases) EXPECT_EQ(read<Box>(c.text).message, c.message);
   EXPECT_EQ(box->references(), 3U) << "the directory, this test and its fixture";
+}
+
+TEST_F(EntityText, APathHasAGreatestLength) {
+  std::string path = "nobody";
+  for (int i = 0; i < Vek::maxPathSteps; ++i) path += ".a[b]";
+  EXPECT_FALSE(*read<Box>(path).value);
+  EXPECT_EQ(read<Box>(path + ".a").message, "a path goes through at most 32 children; this one goes on at column 166");
 }
 
 TEST_F(EntityText, AnEntityOfAnotherTypeDoesNotConvert) {

@@ -127,6 +127,7 @@ void addAttribute(Names& names, std::string const& full, Attribute const& a) {
   if (a.shape == Shape::childCollection || isCollection(a)) {
     members.push_back(allRemoverName(a.name));
     members.push_back(notifierName(a.name));
+    members.push_back("GenericIf_::" + slotName(a.name));
   }
   for (std::string const& member : members) names.insert(full + "::" + member);
   if (isCollection(a)) addDestroyed(names, full, elementClassName(a.name));
