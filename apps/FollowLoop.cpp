@@ -1,6 +1,7 @@
 #include "apps/FollowLoop.h"
 
 #include <asio.hpp>
+#include <sys/epoll.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -12,39 +13,31 @@ namespace {
 using Descriptor = asio::posix::stream_descriptor;
 using Clock = std::chrono::steady_clock;
 
-// Takes part in the loop with a descriptor that stays its owner's.
-class Borrowed {
- public:
-  explicit Borrowed(asio::io_context& context) : descriptor_{context} {}
-  Borrowed(Borrowed const&) = delete;
-  Borrowed& operator=(Borrowed const&) = delete;
-  ~Borrowed() {
-    if (descriptor_.is_open()) static_cast<void>(descriptor_.release());
-  }
-
-  // False where there is nothing to wait for: a file is always ready.
-  [[nodiscard]] bool take(int number) {
-    asio::error_code error;
-    descriptor_.assign(number, error);
-    return !error;
-  }
-  Descriptor& operator*() noexcept { return descriptor_; }
-
- private:
-  Descriptor descriptor_;
-};
+// A descriptor of the loop's own that becomes readable when `number` is, or meets an error: waiting for it leaves
+// `number` itself alone, which others share and write to. False where there is nothing to wait for: a file is always
+// ready.
+bool takeStandIn(Descriptor& descriptor, int number, std::uint32_t events) {
+  int const standIn = epoll_create1(EPOLL_CLOEXEC);
+  if (standIn < 0) return false;
+  descriptor.assign(standIn);
+  epoll_event event{};
+  event.events = events;  // errors and hang-ups are told anyway
+  return epoll_ctl(standIn, EPOLL_CTL_ADD, number, &event) == 0;
+}
 
 }  // namespace
 
 class FollowLoop::Waits {
  public:
   Waits(int descriptor, Work work) : work_{std::move(work)} {
-    if (!news_.take(descriptor)) throw std::system_error{errno, std::generic_category(), "The kernel's news"};
+    if (!takeStandIn(news_, descriptor, EPOLLIN)) {
+      throw std::system_error{errno, std::generic_category(), "The kernel's news cannot be waited for"};
+    }
     auto const stopUnlessCancelled = [this](asio::error_code const& error, auto...) {
       if (!error) context_.stop();
     };
     signals_.async_wait(stopUnlessCancelled);
-    if (reader_.take(STDOUT_FILENO)) (*reader_).async_wait(Descriptor::wait_error, stopUnlessCancelled);
+    if (takeStandIn(reader_, STDOUT_FILENO, 0)) reader_.async_wait(Descriptor::wait_read, stopUnlessCancelled);
     waitForNews();
     waitForTime();
   }
@@ -54,7 +47,7 @@ class FollowLoop::Waits {
 
  private:
   void waitForNews() {
-    (*news_).async_wait(Descriptor::wait_read, [this](asio::error_code const& error) {
+    news_.async_wait(Descriptor::wait_read, [this](asio::error_code const& error) {
       if (error) return;
       take();
       waitForNews();
@@ -88,8 +81,8 @@ class FollowLoop::Waits {
 
   Work work_;
   asio::io_context context_{1};
-  Borrowed news_{context_};
-  Borrowed reader_{context_};
+  Descriptor news_{context_};
+  Descriptor reader_{context_};
   asio::signal_set signals_{context_, SIGINT, SIGTERM};
   asio::steady_timer due_{context_};
   asio::steady_timer rested_{context_, Clock::now()};

@@ -21,8 +21,8 @@ Written writeToStandardOutput(std::string_view text) noexcept {
     ssize_t const count = write(STDOUT_FILENO, text.data(), text.size());
     if (count >= 0) {
       text.remove_prefix(static_cast<std::size_t>(count));
-    } else if (errno != EINTR) {
-      return errno == EPIPE ? Written::readerLeft : Written::failed;
+    } else {
+      return errno == EPIPE ? Written::readerLeft : errno == EINTR ? Written::interrupted : Written::failed;
     }
   }
   return Written::whole;

@@ -7,8 +7,9 @@ namespace Apps {
 
 enum class Written {
   whole,
-  readerLeft,  // the other end of the pipe closed: it has seen enough
-  failed       // errno tells why
+  readerLeft,   // the other end of the pipe closed: it has seen enough
+  interrupted,  // a signal that the program listens to came while the reader was slow
+  failed        // errno tells why
 };
 
 /// Gives the standard streams that are closed a descriptor that refuses to be written, so that no file or socket opened

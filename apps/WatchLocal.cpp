@@ -55,7 +55,6 @@ Written watchLocal(WatchOptions const& options, std::function<void(std::string c
   for (std::string const& notice : host.notices()) notify(notice);
 
   Printer printer{options};
-  printer.print(watch.start());
   FollowLoop loop{notifications.descriptor(),
                   {.take = [&] { return host.advance(); },
                    .patience = [&] { return host.patience(); },
@@ -65,6 +64,7 @@ Written watchLocal(WatchOptions const& options, std::function<void(std::string c
                          printer.printChanges(watch.changes());
                          if (printer.isDone()) loop.stop();
                        }}};
+  printer.print(watch.start());  // with the loop there: signals are listened to from here on
   if (!printer.isDone()) loop.run();
   return printer.written();
 }

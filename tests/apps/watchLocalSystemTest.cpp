@@ -69,6 +69,16 @@ TEST(WatchLocal, EndsWhenNobodyReadsOrASignalComes) {
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::minutes{1});
 }
 
+TEST(WatchLocal, WaitsForASlowReaderButNotAgainstASignal) {
+  std::string const much = "dornl3 watch --local $(yes status | head -n 60)";  // more than a pipe holds
+  Command slow{much + " | (sleep 0.3; head -n 3000 | wc -l)"};
+  EXPECT_EQ(slow.line(), "3000\n");
+  EXPECT_EQ(slow.finish(), 0);
+  Command stuck{"{ timeout --preserve-status -s TERM 0.5 " DORNL3_PROGRAM
+                " watch --local $(yes status | head -n 60); echo status $? >&2; } | sleep 2"};
+  EXPECT_EQ(stuck.line(), "status 0\n");
+}
+
 TEST(WatchLocal, SaysWhatIsWrongWithTheCommandLine) {
   struct {
     char const* line;
