@@ -2,6 +2,7 @@
 
 #include <asio.hpp>
 #include <sys/epoll.h>
+#include <sys/signalfd.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -25,6 +26,36 @@ bool takeStandIn(Descriptor& descriptor, int number, std::uint32_t events) {
   return epoll_ctl(standIn, EPOLL_CTL_ADD, number, &event) == 0;
 }
 
+// Has interrupt and termination signals wait in a descriptor instead of ending the process.
+class StopSignals {
+ public:
+  StopSignals() {
+    sigemptyset(&signals_);
+    sigaddset(&signals_, SIGINT);
+    sigaddset(&signals_, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &signals_, &before_);
+    descriptor_ = signalfd(-1, &signals_, SFD_CLOEXEC | SFD_NONBLOCK);
+    if (descriptor_ >= 0) return;
+    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    throw std::system_error{errno, std::generic_category(), "Signals cannot be waited for"};
+  }
+  StopSignals(StopSignals const&) = delete;
+  StopSignals& operator=(StopSignals const&) = delete;
+  ~StopSignals() {
+    signalfd_siginfo heard{};  // one that waits on would end the process now
+    while (read(descriptor_, &heard, sizeof heard) > 0) continue;
+    close(descriptor_);
+    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+  }
+
+  [[nodiscard]] int descriptor() const noexcept { return descriptor_; }
+
+ private:
+  sigset_t signals_{};
+  sigset_t before_{};
+  int descriptor_ = -1;
+};
+
 }  // namespace
 
 class FollowLoop::Waits {
@@ -33,10 +64,13 @@ class FollowLoop::Waits {
     if (!takeStandIn(news_, descriptor, EPOLLIN)) {
       throw std::system_error{errno, std::generic_category(), "The kernel's news cannot be waited for"};
     }
-    auto const stopUnlessCancelled = [this](asio::error_code const& error, auto...) {
+    auto const stopUnlessCancelled = [this](asio::error_code const& error) {
       if (!error) context_.stop();
     };
-    signals_.async_wait(stopUnlessCancelled);
+    if (!takeStandIn(signals_, stopSignals_.descriptor(), EPOLLIN)) {
+      throw std::system_error{errno, std::generic_category(), "Signals cannot be waited for"};
+    }
+    signals_.async_wait(Descriptor::wait_read, stopUnlessCancelled);
     if (takeStandIn(reader_, STDOUT_FILENO, 0)) reader_.async_wait(Descriptor::wait_read, stopUnlessCancelled);
     waitForNews();
     waitForTime();
@@ -44,6 +78,7 @@ class FollowLoop::Waits {
 
   void run() { context_.run(); }
   void stop() noexcept { context_.stop(); }
+  [[nodiscard]] int stopDescriptor() const noexcept { return stopSignals_.descriptor(); }
 
  private:
   void waitForNews() {
@@ -80,10 +115,11 @@ class FollowLoop::Waits {
   }
 
   Work work_;
+  StopSignals stopSignals_;
   asio::io_context context_{1};
   Descriptor news_{context_};
   Descriptor reader_{context_};
-  asio::signal_set signals_{context_, SIGINT, SIGTERM};
+  Descriptor signals_{context_};
   asio::steady_timer due_{context_};
   asio::steady_timer rested_{context_, Clock::now()};
   bool isToPublish_ = false;
@@ -94,5 +130,6 @@ FollowLoop::~FollowLoop() = default;
 
 void FollowLoop::run() { waits_->run(); }
 void FollowLoop::stop() noexcept { waits_->stop(); }
+int FollowLoop::stopDescriptor() const noexcept { return waits_->stopDescriptor(); }
 
 }  // namespace Apps

@@ -28,9 +28,11 @@ class FollowLoop {
   FollowLoop& operator=(FollowLoop const&) = delete;
   ~FollowLoop();
 
-  /// Runs until stop(), an interrupt or termination signal, or until nobody reads standard output any more. Throws what
-  /// the work throws.
+  /// Runs until stop(), an interrupt or termination signal, or until nobody reads standard output any more. While the
+  /// loop stands, these signals end nothing but it. Throws what the work throws.
   void run();
+  /// Becomes readable when such a signal has come: for the work, where it waits for somebody.
+  [[nodiscard]] int stopDescriptor() const noexcept;
   /// For the work: it was the last.
   void stop() noexcept;
 

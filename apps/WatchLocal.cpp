@@ -22,8 +22,10 @@ class Printer {
         stamp_{options.stamped ? Attributes::Stamp::time : Attributes::Stamp::none},
         left_{options.changes} {}
 
+  void stopDescriptorIs(int stop) noexcept { stop_ = stop; }
+
   void print(std::vector<Attributes::Change> const& changes) {
-    if (!changes.empty()) written_ = writeToStandardOutput(linesOf(changes, Show::secondsSince1970(), form_, stamp_));
+    written_ = writeToStandardOutput(linesOf(changes, Show::secondsSince1970(), form_, stamp_), stop_);
   }
 
   void printChanges(std::vector<Attributes::Change> changes) {
@@ -31,17 +33,18 @@ class Printer {
       changes.resize(std::min<std::uint64_t>(changes.size(), *left_));
       *left_ -= changes.size();
     }
-    print(changes);
+    if (!changes.empty()) print(changes);
   }
 
-  [[nodiscard]] bool isDone() const noexcept { return written_ != Written::whole || left_ == 0U; }
+  [[nodiscard]] bool isDone() const noexcept { return written_.how != Written::whole || left_ == 0U; }
   [[nodiscard]] Written written() const noexcept { return written_; }
 
  private:
   Attributes::Form form_;
   Attributes::Stamp stamp_;
   std::optional<std::uint64_t> left_;
-  Written written_ = Written::whole;
+  std::optional<int> stop_;
+  Written written_;
 };
 
 }  // namespace
@@ -52,7 +55,10 @@ Written watchLocal(WatchOptions const& options, std::function<void(std::string c
   Show::HostFollower host{kernel, notifications};
   Attributes::Watch watch{Vek::Dir::root(), options.paths,
                           options.recursive ? Attributes::Depth::all : Attributes::Depth::one};
-  for (std::string const& notice : host.notices()) notify(notice);
+  auto const giveNotice = [&] {
+    for (std::string const& notice : host.notices()) notify(notice);
+  };
+  giveNotice();
 
   Printer printer{options};
   FollowLoop loop{notifications.descriptor(),
@@ -61,9 +67,11 @@ Written watchLocal(WatchOptions const& options, std::function<void(std::string c
                    .publish =
                        [&] {
                          host.publish();
+                         giveNotice();
                          printer.printChanges(watch.changes());
                          if (printer.isDone()) loop.stop();
                        }}};
+  printer.stopDescriptorIs(loop.stopDescriptor());
   printer.print(watch.start());  // with the loop there: signals are listened to from here on
   if (!printer.isDone()) loop.run();
   return printer.written();

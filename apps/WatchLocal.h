@@ -22,7 +22,7 @@ struct WatchOptions {
 };
 
 /// Prints what is at the paths, and follows them until the changes are told, a signal comes, or nobody reads any more.
-/// `notify` hears, before anything is printed, what the reader should know. Throws Misfit and KernelError.
+/// `notify` hears what the reader should know of the figures. Throws Misfit, KernelError and std::system_error.
 [[nodiscard]] Written watchLocal(WatchOptions const& options, std::function<void(std::string const&)> const& notify);
 
 }  // namespace Apps

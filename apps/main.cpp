@@ -11,7 +11,7 @@
 #include <CLI/CLI.hpp>
 #include <unistd.h>
 
-#include <cerrno>
+#include <charconv>
 #include <cstdlib>
 #include <sstream>
 #include <string>
@@ -40,9 +40,9 @@ struct ShowOptions {
 
 void complain(std::string const& text) { std::cerr << "dornl3: " << text << '\n'; }
 
-int statusOf(Written written) {
-  if (written != Written::failed) return fine;
-  complain("The output could not be written: " + std::generic_category().message(errno) +
+int statusOf(Written const& written) {
+  if (written.how != Written::failed) return fine;
+  complain("The output could not be written: " + std::generic_category().message(written.error) +
            ". Check where standard output leads.");
   return failed;
 }
@@ -58,13 +58,23 @@ CLI::App* addShow(CLI::App& app, ShowOptions& options) {
   return show;
 }
 
+CLI::Validator wholeNumber() {
+  auto const check = [](std::string const& text) -> std::string {
+    std::uint64_t number = 0;
+    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    bool const fits = error == std::errc{} && end == text.data() + text.size() && number > 0;
+    return fits ? "" : "'" + text + "' is no whole number from 1 to 18446744073709551615";
+  };
+  return CLI::Validator{check, "NUMBER"};
+}
+
 CLI::App* addWatch(CLI::App& app, WatchOptions& options) {
   CLI::App* watch = app.add_subcommand("watch", "Print what is at paths, and then what changes there, as it changes");
   watch->add_flag("--local", options.local, "Follow this host's own entities, as its kernel tells (required)");
   watch->add_flag("-r,--recursive", options.recursive, "Go into children, also those that come");
   CLI::Option* json = watch->add_flag("--json", options.json, "Print JSON, an object a line");
   watch->add_flag("-t,--time", options.stamped, "Put the local time in front of each line")->excludes(json);
-  watch->add_option("-n,--changes", options.changes, "End after that many changes")->check(CLI::PositiveNumber);
+  watch->add_option("-n,--changes", options.changes, "End after that many changes")->check(wholeNumber());
   watch->add_option("PATH", options.paths, "An entity, an attribute, a collection or a member of one")->required();
   watch->footer(std::string{Attributes::pathForm} + "Ctrl-C ends it, with status 0.\n\n" + exitStatus);
   return watch;
@@ -103,7 +113,7 @@ int runOnAttributes(Attributes::CommandLine const& attributes) {
   if (!attributes.needsEntities()) return print(attributes.run(Vek::Dir::root()));
   Kernel::NetlinkSocket kernel;
   Show::HostRoots const host{[&kernel] { return Kernel::readKernel(kernel); }};
-  for (std::string const& notice : host.notices()) complain(notice);
+  for (std::string const& notice : Show::noticesOf(host.interrupted())) complain(notice);
   return print(attributes.run(Vek::Dir::root()));
 }
 

@@ -36,12 +36,12 @@ struct SetCounts {
   friend bool operator==(SetCounts const&, SetCounts const&) = default;
 };
 
-/// Route messages of IPv4, IPv6 and MPLS that were handled, local and broadcast ones included, and what they did to the
-/// routes that the figures count.
+/// Route messages of IPv4, IPv6 and MPLS that were handled, local and broadcast ones included: of the first reading,
+/// and notifications; and what became of the routes that the figures count.
 struct RouteCommands {
   std::uint64_t processed = 0;
   std::uint64_t added = 0;
-  std::uint64_t deleted = 0;  // also found gone by a fresh reading, without a message
+  std::uint64_t deleted = 0;  // like those below, also as a later reading found it, without a message
   std::uint64_t overwritten = 0;
   std::uint64_t failed = 0;  // malformed
 

@@ -87,8 +87,8 @@ void KernelFollower::readRoutes(Surroundings::Interrupted& interrupted) {
   Outcome const outcome = dumper_.read(Table::routes, start, [this](Bytes body) {
     bool const isRead = readRoute(body, route_);
     if (isRead && route_.family == Family::other) return;
-    ++processed_;
-    if (!isRead) ++failed_;
+    if (!wasRead_) ++processed_;
+    if (!wasRead_ && !isRead) ++failed_;
     if (isRead && route_.forwardsOrDiscards()) note(route_, routes_.read(route_));
   });
   if (outcome == Outcome::interrupted) interrupted.push_back(tableName(Table::routes));

@@ -38,8 +38,8 @@ class KernelFollower {
 
   [[nodiscard]] KernelFigures figures();
 
-  /// How many sets of next hops it keeps, in use or not.
-  [[nodiscard]] std::size_t knownSets() noexcept { return surroundings_.nextHops().setCount(); }
+  /// How many sets, paths and source prefixes of routes it keeps, in use or not.
+  [[nodiscard]] std::size_t keptEntries() const noexcept { return routes_.keptEntries(); }
 
  private:
   using Steady = std::chrono::steady_clock;

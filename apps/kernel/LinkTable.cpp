@@ -11,12 +11,13 @@ namespace Apps::Kernel {
 
 void LinkTable::add(Link const& link) { links_[link.index].link = link; }
 
-void LinkTable::add(LinkAddress const& address) {
-  remove(address);
+bool LinkTable::add(LinkAddress const& address) {
+  bool const isNew = !remove(address);
   auto const found = links_.find(address.link);
-  if (found == links_.end() || !address.reachesBeyondLink) return;
+  if (found == links_.end()) return isNew;
   addresses_.insert(address);
-  ++found->second.addresses;
+  if (address.reachesBeyondLink) ++found->second.addresses;
+  return isNew;
 }
 
 void LinkTable::remove(std::uint32_t index) {
@@ -24,8 +25,12 @@ void LinkTable::remove(std::uint32_t index) {
   std::erase_if(addresses_, [index](LinkAddress const& address) { return address.link == index; });
 }
 
-void LinkTable::remove(LinkAddress const& address) {
-  if (addresses_.erase(address) != 0) --links_[address.link].addresses;
+bool LinkTable::remove(LinkAddress const& address) {
+  auto const known = addresses_.find(address);
+  if (known == addresses_.end()) return false;
+  if (known->reachesBeyondLink) --links_[address.link].addresses;
+  addresses_.erase(known);
+  return true;
 }
 
 void LinkTable::clear() noexcept {

@@ -10,12 +10,12 @@ namespace Apps::Kernel {
 
 class LinkTable {
  public:
-  void add(Link const& link);  // takes the place of what was told of it; its addresses stay
-  void add(LinkAddress const& address);
+  void add(Link const& link);            // takes the place of what was told of it; its addresses stay
+  bool add(LinkAddress const& address);  // true if it is new
   void remove(std::uint32_t index);
-  void remove(LinkAddress const& address);
-  void clear() noexcept;           // links and addresses
-  void clearAddresses() noexcept;  // addresses alone
+  bool remove(LinkAddress const& address);  // true if it was there
+  void clear() noexcept;                    // links and addresses
+  void clearAddresses() noexcept;           // addresses alone
 
   /// The link with an index; null if it is not known. Holds until the next change.
   [[nodiscard]] Link const* link(std::uint32_t index) const noexcept;
@@ -47,7 +47,7 @@ class LinkTable {
   [[nodiscard]] bool isUp(Entry const& entry) const noexcept;
 
   std::unordered_map<std::uint32_t, Entry> links_;
-  std::unordered_set<LinkAddress, Hash, Same> addresses_;  // that are counted in links_
+  std::unordered_set<LinkAddress, Hash, Same> addresses_;  // those that reach beyond their link are counted there
 };
 
 }  // namespace Apps::Kernel

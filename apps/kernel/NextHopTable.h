@@ -1,7 +1,7 @@
 // NextHopTable: the next hops that routes use, each distinct one kept once: adjacencies, paths (an adjacency with what
 // is put around the packet) and sets of paths. Routes refer to a set by its number, so that memory follows the distinct
-// next hops and sets, not the routes. Entries stay for the table's life: who lets routes go
-// moves to a fresh table now and then. Owner: who reads the kernel.
+// next hops and sets, not the routes. Entries stay for the table's life: who lets routes go moves to a fresh table now
+// and then. Owner: who reads the kernel.
 #pragma once
 
 #include "apps/kernel/AdjacencyTable.h"

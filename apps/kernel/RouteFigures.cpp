@@ -73,7 +73,7 @@ void RouteFigures::resolveObjects(Families& families, KernelFigures& figures) co
 }
 
 void RouteFigures::sumUp(KernelFigures& figures, std::function<bool(Adjacency const&)> const& isPending,
-                         std::function<bool(std::uint32_t)> const& isTunnel) {
+                         std::function<bool(std::uint32_t)> const& isTunnel) const {
   Families families = families_;
   resolveObjects(families, figures);
   AdjacencyTable const& adjacencies = nextHops_.adjacencies();
@@ -121,7 +121,7 @@ RouteCounts RouteFigures::counts(OfFamily const& family, std::vector<bool> const
 }
 
 void RouteFigures::countSets(Families const& families, KernelFigures& figures,
-                             std::function<bool(std::uint32_t)> const& isTunnel) {
+                             std::function<bool(std::uint32_t)> const& isTunnel) const {
   auto const isTunnelled = [&](std::uint32_t number) {
     NextHopTable::Member const& path = nextHops_.path(number);
     return nextHops_.isTunnelled(path) || isTunnel(nextHops_.adjacencies()[path.adjacency].link);
@@ -130,12 +130,10 @@ void RouteFigures::countSets(Families const& families, KernelFigures& figures,
     ++(paths == 1 ? counts.singlePath : counts.multiPath);
   };
   figures.ipSets = figures.mplsSets = figures.tunnelSets = {};
-  usedSets_ = 0;
   for (std::uint32_t set = 0; set < nextHops_.setCount(); ++set) {
     bool const ofLabels = countOf(of(families, Family::mpls).routesOfSet, set) != 0;
     bool const ofIp = countOf(of(families, Family::ipv4).routesOfSet, set) != 0 ||
                       countOf(of(families, Family::ipv6).routesOfSet, set) != 0;
-    if (ofLabels || ofIp) ++usedSets_;
     auto const paths = nextHops_.set(set);
     if (ofLabels) countIn(figures.mplsSets, paths.size());
     if (!ofIp) continue;

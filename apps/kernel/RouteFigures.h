@@ -26,10 +26,7 @@ class RouteFigures {
   /// Fills the figures about routes, their prefixes, next-hop sets and MPLS labels. `isPending` tells whether an
   /// adjacency with a gateway waits for its neighbour, `isTunnel` whether the link with an index is one.
   void sumUp(KernelFigures& figures, std::function<bool(Adjacency const&)> const& isPending,
-             std::function<bool(std::uint32_t)> const& isTunnel);
-
-  /// How many sets of next hops routes used at the last sumUp(): the table may hold more.
-  [[nodiscard]] std::size_t usedSets() const noexcept { return usedSets_; }
+             std::function<bool(std::uint32_t)> const& isTunnel) const;
 
  private:
   using Counts = std::vector<std::uint32_t>;  // of routes, by number of the set
@@ -51,14 +48,14 @@ class RouteFigures {
   void count(RouteUse const& route, std::uint32_t one);
   void resolveObjects(Families& families, KernelFigures& figures) const;
   [[nodiscard]] RouteCounts counts(OfFamily const& family, std::vector<bool> const& pending) const;
-  void countSets(Families const& families, KernelFigures& figures, std::function<bool(std::uint32_t)> const& isTunnel);
+  void countSets(Families const& families, KernelFigures& figures,
+                 std::function<bool(std::uint32_t)> const& isTunnel) const;
   void countLabels(Families const& families, KernelFigures& figures) const;
 
   NextHopTable& nextHops_;
   NextHopObjects const& objects_;
   Families families_;
   std::uint32_t trapped_ = 0;
-  std::size_t usedSets_ = 0;
 };
 
 }  // namespace Apps::Kernel

@@ -2,7 +2,9 @@
 
 #include <linux/netlink.h>
 
+#include <algorithm>
 #include <iterator>
+#include <unordered_set>
 
 namespace Apps::Kernel {
 
@@ -17,12 +19,7 @@ std::size_t RouteTable::KeyHash::operator()(Key const& key) const noexcept {
   return std::hash<std::string_view>{}({reinterpret_cast<char const*>(&key), sizeof key});
 }
 
-RouteTable::Key RouteTable::keyOf(Route const& route) {
-  std::uint32_t source = 0;
-  if (route.sourceLength != 0) {
-    auto const next = static_cast<std::uint32_t>(sources_.size() + 1);
-    source = sources_.try_emplace({route.source, route.sourceLength}, next).first->second;
-  }
+RouteTable::Key RouteTable::keyOf(Route const& route, std::uint32_t source) {
   return {.prefix = route.prefix,
           .table = route.table,
           .priority = route.priority,
@@ -30,6 +27,19 @@ RouteTable::Key RouteTable::keyOf(Route const& route) {
           .family = route.family,
           .prefixLength = route.prefixLength,
           .typeOfService = route.typeOfService};
+}
+
+std::uint32_t RouteTable::sourceOf(Route const& route) {
+  if (route.sourceLength == 0) return anySource;
+  auto const [source, isNew] = sources_.try_emplace({route.source, route.sourceLength}, nextSource_);
+  if (isNew) ++nextSource_;
+  return source->second;
+}
+
+std::uint32_t RouteTable::knownSourceOf(Route const& route) const {
+  if (route.sourceLength == 0) return anySource;
+  auto const source = sources_.find({route.source, route.sourceLength});
+  return source == sources_.end() ? noSource : source->second;
 }
 
 RouteChange RouteTable::add(Key const& key, RouteUse const& use) {
@@ -76,7 +86,9 @@ RouteTable::Entries::iterator RouteTable::find(Range range, RouteUse const& use,
   if (use.family != Family::ipv6) return meant;
   // An IPv6 route that has several paths is told whole when it gets one more, and by the path alone when it loses one.
   for (auto entry = range.first; entry != range.second; ++entry) {
-    if (!nextHops_.overlap(entry->second.use.set, use.set)) continue;
+    RouteUse const& other = entry->second.use;
+    bool const isByObject = use.nextHopId != 0 || other.nextHopId != 0;  // that goes alone
+    if (isByObject || !nextHops_.overlap(other.set, use.set)) continue;
     unclear = meant != entries_.end();
     meant = entry;
   }
@@ -84,7 +96,7 @@ RouteTable::Entries::iterator RouteTable::find(Range range, RouteUse const& use,
 }
 
 RouteChange RouteTable::put(Route const& route, std::uint16_t flags) {
-  Key const key = keyOf(route);
+  Key const key = keyOf(route, sourceOf(route));
   RouteUse const use = reader_.useOf(route);
   Range const range = entries_.equal_range(key);
   // Which of several routes gave way is not told.
@@ -97,8 +109,12 @@ RouteChange RouteTable::put(Route const& route, std::uint16_t flags) {
     dropAllBut(known, range);
     return known == entries_.end() ? add(key, use) : overwrite(known->second, use);
   }
-  if (known != entries_.end()) return overwrite(known->second, use);
   bool const takesPlace = (flags & NLM_F_REPLACE) != 0 || (flags & NLM_F_CREATE) == 0;
+  if (known != entries_.end()) {
+    // One more IPv4 route that goes the same way differs in what is not kept; or it is this one, told late.
+    bool const mayBeTwin = route.family == Family::ipv4 && !takesPlace;
+    return mayBeTwin ? RouteChange::unclear : overwrite(known->second, use);
+  }
   if (!takesPlace || !holds(range)) return add(key, use);
   return holdsOne(range) ? overwrite(range.first->second, use) : RouteChange::unclear;
 }
@@ -106,7 +122,7 @@ RouteChange RouteTable::put(Route const& route, std::uint16_t flags) {
 RouteChange RouteTable::remove(Route const& route) {
   RouteUse const use = reader_.useOf(route);
   bool unclear = false;
-  auto const entry = find(entries_.equal_range(keyOf(route)), use, unclear);
+  auto const entry = find(entries_.equal_range(keyOf(route, knownSourceOf(route))), use, unclear);
   if (unclear) return RouteChange::unclear;
   if (entry == entries_.end()) return RouteChange::none;
   RouteUse left = entry->second.use;
@@ -124,7 +140,7 @@ void RouteTable::beginReading() {
 }
 
 RouteChange RouteTable::read(Route const& route) {
-  Key const key = keyOf(route);
+  Key const key = keyOf(route, sourceOf(route));
   RouteUse const use = reader_.useOf(route);
   auto const range = entries_.equal_range(key);
   Entry* other = nullptr;
@@ -144,8 +160,27 @@ void RouteTable::clear() noexcept {
 }
 
 void RouteTable::tidy() {
-  constexpr std::size_t fewSets = 4096;
-  if (nextHops_.setCount() < fewSets || nextHops_.setCount() < 2 * figures_.usedSets()) return;
+  Sizes const now = sizes();
+  if (now.sets < due_.sets && now.paths < due_.paths && now.sources < due_.sources) return;
+  tidyNextHops();
+  tidySources();
+  Sizes const left = sizes();
+  due_ = {std::max(few, 2 * left.sets), std::max(few, 2 * left.paths), std::max(few, 2 * left.sources)};
+}
+
+RouteTable::Sizes RouteTable::sizes() const noexcept {
+  return {nextHops_.setCount(), nextHops_.pathCount(), sources_.size()};
+}
+
+void RouteTable::tidySources() {
+  std::unordered_set<std::uint32_t> used;
+  for (auto const& [key, entry] : entries_) {
+    if (key.source != anySource) used.insert(key.source);
+  }
+  std::erase_if(sources_, [&used](auto const& source) { return !used.contains(source.second); });
+}
+
+void RouteTable::tidyNextHops() {
   NextHopTable fresh;
   std::vector<std::uint32_t> numbers(nextHops_.setCount(), NextHopTable::noSet);
   auto const moved = [&](std::uint32_t set) {

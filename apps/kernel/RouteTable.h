@@ -45,8 +45,14 @@ class RouteTable {
   }
   void clear() noexcept;
 
-  /// Drops next hops from the tables that no route and no object uses any more, where they outnumber the others.
+  /// Drops next hops and source prefixes that no route and no object uses any more, once there are twice as many as
+  /// were left the last time.
   void tidy();
+
+  [[nodiscard]] std::size_t keptEntries() const noexcept {
+    Sizes const now = sizes();
+    return now.sets + now.paths + now.sources;
+  }
 
   /// What was done to the entries since the table was clear.
   struct Done {
@@ -61,7 +67,7 @@ class RouteTable {
     PrefixBytes prefix;
     std::uint32_t table;
     std::uint32_t priority;
-    std::uint32_t source;  // number of the source prefix; 0: any
+    std::uint32_t source;  // number of the source prefix
     Family family;
     std::uint8_t prefixLength;
     std::uint8_t typeOfService;
@@ -81,7 +87,19 @@ class RouteTable {
   using Entries = std::pmr::unordered_multimap<Key, Entry, KeyHash>;
   using Range = std::pair<Entries::iterator, Entries::iterator>;
 
-  [[nodiscard]] Key keyOf(Route const& route);
+  struct Sizes {
+    std::size_t sets;
+    std::size_t paths;
+    std::size_t sources;
+  };
+
+  static constexpr std::uint32_t anySource = 0;
+  static constexpr std::uint32_t noSource = 0xffffffff;  // of no route here
+  static constexpr std::size_t few = 4096;               // not worth tidying
+
+  [[nodiscard]] static Key keyOf(Route const& route, std::uint32_t source);
+  [[nodiscard]] std::uint32_t sourceOf(Route const& route);  // enters it
+  [[nodiscard]] std::uint32_t knownSourceOf(Route const& route) const;
   RouteChange add(Key const& key, RouteUse const& use);
   RouteChange overwrite(Entry& entry, RouteUse const& use);
   void countOut(RouteUse const& use);
@@ -89,6 +107,10 @@ class RouteTable {
   void dropAllBut(Entries::iterator kept, Range range);
   /// The entry that a message means by its paths; the end where none does or, with `unclear`, several do.
   [[nodiscard]] Entries::iterator find(Range range, RouteUse const& use, bool& unclear);
+
+  [[nodiscard]] Sizes sizes() const noexcept;
+  void tidyNextHops();
+  void tidySources();
 
   NextHopTable& nextHops_;
   NextHopObjects& objects_;
@@ -98,6 +120,8 @@ class RouteTable {
   std::pmr::unsynchronized_pool_resource pool_;
   Entries entries_{&pool_};
   std::map<std::pair<PrefixBytes, std::uint8_t>, std::uint32_t> sources_;  // numbers of source prefixes, which are rare
+  std::uint32_t nextSource_ = anySource + 1;
+  Sizes due_{few, few, few};  // for the next tidying
 };
 
 }  // namespace Apps::Kernel

@@ -7,6 +7,7 @@ namespace Apps::Kernel {
 RouteUse RouteReader::useOf(Route const& route) {
   RouteUse use;
   use.family = route.family;
+  use.type = route.type;
   use.prefixLength = route.prefixLength;
   use.isOff = isDown(route.flags) || (route.flags & RTM_F_OFFLOAD_FAILED) != 0;
   use.isTrapped = (route.flags & (RTM_F_TRAP | RTNH_F_TRAP)) != 0;

@@ -12,6 +12,7 @@ struct RouteUse {
   std::uint32_t downSet = NextHopTable::noSet;  // those of them that are marked dead or link-down
   std::uint32_t nextHopId = 0;                  // of the object that it goes by; 0: none
   Family family = Family::other;
+  std::uint8_t type = 0;  // RTN_*
   std::uint8_t prefixLength = 0;
   bool isOff = false;      // marked dead, link-down or not taken by the hardware, as a whole
   bool isTrapped = false;  // the hardware hands its packets to the CPU
@@ -22,7 +23,8 @@ struct RouteUse {
   [[nodiscard]] bool isUnprogrammed() const noexcept { return isOff || (set != NextHopTable::noSet && downSet == set); }
   /// Whether both go the same way, in whatever state.
   [[nodiscard]] bool goesLike(RouteUse const& other) const noexcept {
-    return nextHopId != 0 ? nextHopId == other.nextHopId : other.nextHopId == 0 && set == other.set;
+    bool const isSameWay = nextHopId != 0 || other.nextHopId != 0 ? nextHopId == other.nextHopId : set == other.set;
+    return isSameWay && type == other.type;
   }
 
   friend bool operator==(RouteUse const&, RouteUse const&) = default;

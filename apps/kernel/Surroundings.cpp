@@ -60,13 +60,9 @@ Surroundings::Taken Surroundings::takeLink(Bytes body, bool isNew) {
 Surroundings::Taken Surroundings::takeAddress(Bytes body, bool isNew) {
   std::optional<LinkAddress> const address = readLinkAddress(body);
   if (!address) return Taken::taken;
-  if (isNew) {
-    links_.add(*address);
-    return Taken::taken;
-  }
-  links_.remove(*address);
-  // IPv4 routes that have it for their source address go silently.
-  return address->local.family == AF_INET ? Taken::takenAndMore : Taken::taken;
+  bool const isChange = isNew ? links_.add(*address) : links_.remove(*address);
+  // With an IPv4 address the kernel drops the routes that have it for their source, or revives next hops, silently.
+  return isChange && address->local.family == AF_INET ? Taken::takenAndMore : Taken::taken;
 }
 
 Surroundings::Taken Surroundings::takeNeighbour(Bytes body, bool isNew) {
@@ -94,7 +90,7 @@ Surroundings::Taken Surroundings::takeNextHop(Bytes body, bool isNew) {
   return Taken::takenAndMore;  // the routes by way of it go silently
 }
 
-KernelFigures Surroundings::sumUp(RouteFigures& routes) const {
+KernelFigures Surroundings::sumUp(RouteFigures const& routes) const {
   KernelFigures figures;
   figures.vrfs = links_.count(LinkKind::vrf) + 1;
   figures.vxlanTunnels = links_.count(LinkKind::vxlan);

@@ -32,7 +32,7 @@ class Surroundings {
   Taken take(std::uint16_t messageType, Bytes body);
 
   /// Figures of these and of the routes that `routes` counts.
-  [[nodiscard]] KernelFigures sumUp(RouteFigures& routes) const;
+  [[nodiscard]] KernelFigures sumUp(RouteFigures const& routes) const;
 
   [[nodiscard]] NextHopTable& nextHops() noexcept { return nextHops_; }
   [[nodiscard]] NextHopObjects& objects() noexcept { return objects_; }

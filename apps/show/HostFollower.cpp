@@ -3,12 +3,30 @@
 #include "apps/show/StatusFiller.h"
 #include "apps/show/WallClock.h"
 
+#include <algorithm>
+
 namespace Apps::Show {
 
 HostFollower::HostFollower(Kernel::MessageSource& questions, Kernel::NotificationSource& notifications,
                            Kernel::KernelFollower::Pace pace)
     : follower_{questions, notifications, secondsSince1970, pace} {}
 
-void HostFollower::publish() { fill(roots_.roots(), follower_.figures()); }
+void HostFollower::publish() {
+  Kernel::KernelFigures const figures = follower_.figures();
+  fill(roots_.roots(), figures);
+  interrupted_ = figures.interrupted;
+}
+
+std::vector<std::string> HostFollower::notices() {
+  std::vector<std::string> notices;
+  for (std::string_view table : interrupted_) {
+    if (std::find(told_.begin(), told_.end(), table) != told_.end()) continue;
+    notices.push_back(std::string{table} +
+                      " kept changing while they were read: until they are read again, the figures may mix several "
+                      "states.");
+  }
+  told_ = interrupted_;
+  return notices;
+}
 
 }  // namespace Apps::Show

@@ -21,12 +21,14 @@ class HostFollower {
   /// Fills the roots.
   void publish();
 
-  /// What the reader should know about the first figures: sentences.
-  [[nodiscard]] std::vector<std::string> const& notices() const noexcept { return roots_.notices(); }
+  /// What the reader should know about the figures since the last call: sentences.
+  [[nodiscard]] std::vector<std::string> notices();
 
  private:
   Kernel::KernelFollower follower_;
   HostRoots const roots_{[this] { return follower_.figures(); }};
+  Interrupted interrupted_ = roots_.interrupted();
+  Interrupted told_;
 };
 
 }  // namespace Apps::Show

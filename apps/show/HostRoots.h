@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Apps::Show {
@@ -13,9 +14,14 @@ namespace Apps::Show {
 /// Reads the kernel. Throws KernelError.
 using ReadFigures = std::function<Kernel::KernelFigures()>;
 
-/// Puts a request to a responder that calls `read` and fills the roots. Returns what the reader should know about the
-/// figures: sentences. Throws what `read` throws.
-[[nodiscard]] std::vector<std::string> fillFrom(ReadFigures const& read, Roots const& roots);
+/// Names of tables that changed while they were read.
+using Interrupted = std::vector<std::string_view>;
+
+/// Puts a request to a responder that calls `read` and fills the roots. Throws what `read` throws.
+[[nodiscard]] Interrupted fillFrom(ReadFigures const& read, Roots const& roots);
+
+/// What the reader of figures should know of such tables: a sentence each.
+[[nodiscard]] std::vector<std::string> noticesOf(Interrupted const& interrupted);
 
 class HostRoots {
  public:
@@ -26,12 +32,11 @@ class HostRoots {
   ~HostRoots();
 
   [[nodiscard]] Roots const& roots() const noexcept { return roots_; }
-  /// What the reader should know about the figures: sentences.
-  [[nodiscard]] std::vector<std::string> const& notices() const noexcept { return notices_; }
+  [[nodiscard]] Interrupted const& interrupted() const noexcept { return interrupted_; }
 
  private:
   Roots const roots_;
-  std::vector<std::string> const notices_;
+  Interrupted const interrupted_;
 };
 
 }  // namespace Apps::Show

@@ -5,8 +5,6 @@
 #include "apps/show/JsonForm.h"
 #include "apps/show/TextForm.h"
 
-#include <utility>
-
 namespace Apps::Show {
 
 namespace {
@@ -24,8 +22,8 @@ std::string print(std::vector<Figure> const& figures, Form form, Style style) {
 
 Shown showLocal(Kernel::MessageSource& source, Form form, Style style) {
   Roots const roots;
-  std::vector<std::string> notices = fillFrom([&source] { return Kernel::readKernel(source); }, roots);
-  return {print(figuresOf(roots), form, style), std::move(notices)};
+  Interrupted const interrupted = fillFrom([&source] { return Kernel::readKernel(source); }, roots);
+  return {print(figuresOf(roots), form, style), noticesOf(interrupted)};
 }
 
 }  // namespace Apps::Show

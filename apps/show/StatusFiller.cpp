@@ -107,8 +107,9 @@ void fill(Roots const& roots, Kernel::KernelFigures const& figures) {
   fillPrefixes(*status.lemV6RouteStatsIs("lemV6RouteStats"), figures.ipv6Prefixes);
   status.lemCmdsStatsIs(lemCmdsStats(figures));
   status.timingMarkersIs(timingMarkers(figures.times));
-  status.restartHelperStatsIs(restartHelperStats(figures));
   roots.vxlanRouting->vxlanRoutingEnabledIs(figures.routesVxlan);
+  if (roots.restartCompletion->restartComplete()) return;  // what came before the first whole reading stays told
+  status.restartHelperStatsIs(restartHelperStats(figures));
   roots.restartCompletion->restartCompleteIs(figures.interrupted.empty());
 }
 

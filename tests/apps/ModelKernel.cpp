@@ -69,7 +69,7 @@ void ModelKernel::add4(unsigned key, Route const& route) {
 
 void ModelKernel::append4(unsigned key, Route const& route) {
   auto& routes = ipv4_[key];
-  if (routes.empty() || holds(routes, route)) return;
+  if (routes.empty()) return;
   routes.push_back(route);
   ++commands.added;
   tell(AF_INET, key, route, NLM_F_CREATE | NLM_F_APPEND);
@@ -77,7 +77,7 @@ void ModelKernel::append4(unsigned key, Route const& route) {
 
 void ModelKernel::prepend4(unsigned key, Route const& route) {
   auto& routes = ipv4_[key];
-  if (routes.empty() || holds(routes, route)) return;
+  if (routes.empty()) return;
   routes.insert(routes.begin(), route);
   ++commands.added;
   tell(AF_INET, key, route, NLM_F_CREATE);

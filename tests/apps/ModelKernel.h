@@ -28,7 +28,7 @@ class ModelKernel {
 
   // IPv4 routes to prefix `key`. What the kernel would refuse is not done.
   void add4(unsigned key, Route const& route);      // where there is none
-  void append4(unsigned key, Route const& route);   // behind others of the same key
+  void append4(unsigned key, Route const& route);   // behind others of the same key, which may go the same way
   void prepend4(unsigned key, Route const& route);  // before them
   void replace4(unsigned key, Route const& route);  // the first of them
   void delete4(unsigned key, std::size_t which);

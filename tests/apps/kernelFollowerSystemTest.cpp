@@ -47,7 +47,7 @@ route add unreachable fd12::/64
 route replace 20.0.0.0/24 via 10.0.0.3 dev a0
 route replace 20.0.1.0/24 via 10.1.0.2 dev b0
 route change blackhole 20.0.2.0/24
-route replace fd10::/64 nexthop via fd00::4 dev a0 nexthop via fd00::5 dev a0
+route replace fd10::/64 nexthop via fd03::4 dev b0 nexthop via fd00::5 dev a0
 route replace fd11::/64 via fd00::2 dev a0
 )"},
     {"several routes to one prefix", R"(
@@ -90,6 +90,27 @@ route add fd14::/64 nhid 3
     {"and has it back", "link set b1 up\n"},
     {"a link goes down, and routes with it", "link set a0 down\n"},
     {"and comes up again", "link set a0 up\nroute add 20.0.5.0/24 via 10.0.0.2 dev a0\n"},
+    {"routes that differ in what is not kept", R"(
+route add unreachable 10.50.1.0/24 metric 7
+route append blackhole 10.50.1.0/24 metric 7
+route add 10.50.2.0/24 nexthop via 10.0.0.2 dev a0 nexthop via 10.1.0.2 dev b0
+route append 10.50.2.0/24 nexthop via 10.0.0.2 dev a0 weight 3 nexthop via 10.1.0.2 dev b0
+route add 10.50.3.0/24 via 10.0.0.2 dev a0
+route append 10.50.3.0/24 via 10.0.0.2 dev a0 mtu 1400
+)"},
+    {"and go one by one", R"(
+route del unreachable 10.50.1.0/24 metric 7
+route del 10.50.2.0/24
+route del 10.50.3.0/24
+)"},
+    {"a route by an object beside one by its path", R"(
+nexthop add id 4 via fd03::4 dev b0
+route add fd15::/64 nhid 4
+route append fd15::/64 via fd03::4 dev b0
+)"},
+    {"without one of the two", "route del fd15::/64 via fd03::4 dev b0\n"},
+    {"an address goes with its next hops", "addr del 10.0.0.1/24 dev a0\n"},
+    {"and revives them", "addr add 10.0.0.1/24 dev a0\n"},
     {"a bridge", "link add br0 type bridge\nlink set b0 master br0\nlink set br0 up\nlink set b0 nomaster\n"},
     {"a VXLAN link", R"(
 link add vx0 type vxlan id 10 dstport 4789 remote 10.0.0.9 dev a0
