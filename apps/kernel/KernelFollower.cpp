@@ -2,6 +2,7 @@
 
 #include "apps/kernel/Datagram.h"
 #include "apps/kernel/ForwardingMessage.h"
+#include "apps/kernel/KernelError.h"
 
 #include <linux/rtnetlink.h>
 
@@ -12,11 +13,12 @@ namespace Apps::Kernel {
 namespace {
 
 constexpr int datagramsAtOnce = 4096;
+constexpr int failuresInARow = 3;
 
 }  // namespace
 
 KernelFollower::KernelFollower(MessageSource& questions, NotificationSource& notifications, Clock clock, Pace pace)
-    : notifications_{notifications}, clock_{std::move(clock)}, pace_{pace}, dumper_{questions} {
+    : notifications_{notifications}, clock_{std::move(clock)}, pace_{pace}, questions_{questions} {
   read();
 }
 
@@ -39,10 +41,22 @@ bool KernelFollower::advance() {
   }
   hasMore_ = left == 0;
   if (due_ && Steady::now() >= *due_) {
-    read();
+    tryReading();
     changed = true;
   }
-  return changed;
+  return changed && failures_ == 0;
+}
+
+// What a busy kernel could not tell now it may tell soon; what is known until then is not whole.
+void KernelFollower::tryReading() {
+  try {
+    read();
+    failures_ = 0;
+  } catch (KernelError const&) {
+    if (++failures_ == failuresInARow) throw;
+    questions_.reopen();
+    due_ = Steady::now() + 10 * pace_.settling;
+  }
 }
 
 std::optional<std::chrono::milliseconds> KernelFollower::patience() const {

@@ -30,7 +30,8 @@ class KernelFollower {
   KernelFollower(MessageSource& questions, NotificationSource& notifications, Clock clock, Pace pace);
 
   /// Takes the notifications that have come, up to some thousand, and reads afresh if that is due. True if the figures
-  /// may have changed. Throws KernelError.
+  /// may have changed. A reading that fails is tried again, and until it succeeds nothing counts as changed. Throws
+  /// KernelError after several.
   bool advance();
 
   /// How long advance() can wait if no notification comes; nothing if for ever.
@@ -45,6 +46,7 @@ class KernelFollower {
   using Steady = std::chrono::steady_clock;
 
   void needReading();
+  void tryReading();
   void read();
   void readRoutes(Surroundings::Interrupted& interrupted);
   bool take(nlmsghdr const& header, Bytes body);
@@ -56,7 +58,8 @@ class KernelFollower {
   NotificationSource& notifications_;
   Clock clock_;
   Pace pace_;
-  Dumper dumper_;
+  MessageSource& questions_;
+  Dumper dumper_{questions_};
   Surroundings surroundings_;
   RouteFigures routeFigures_{surroundings_.nextHops(), surroundings_.objects()};
   RouteTable routes_{surroundings_.nextHops(), surroundings_.objects(), routeFigures_};
@@ -65,6 +68,7 @@ class KernelFollower {
   std::uint64_t failed_ = 0;
   ChangeTimes times_;
   Surroundings::Interrupted interrupted_;
+  int failures_ = 0;  // of readings, one after the other
   bool wasRead_ = false;
   bool hasMore_ = false;                   // notifications that were left for the next time
   std::optional<Steady::time_point> due_;  // of a reading that is needed

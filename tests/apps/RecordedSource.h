@@ -29,10 +29,11 @@ class RecordedSource final : public MessageSource {
   void messages(std::uint16_t table, std::vector<Message> messages) { answer(table, {std::move(messages)}); }
 
   // Forgets earlier answers.
-  void onlyMessages(std::uint16_t table, std::vector<Message> messages) {
+  void onlyAnswer(std::uint16_t table, Answer one) {
     answers_[table].clear();
-    answer(table, {std::move(messages)});
+    answer(table, std::move(one));
   }
+  void onlyMessages(std::uint16_t table, std::vector<Message> messages) { onlyAnswer(table, {std::move(messages)}); }
 
   // Has each datagram pass through `spoil` before it is received.
   void spoilWith(std::function<void(Buffer&)> spoil) { spoil_ = std::move(spoil); }

@@ -149,6 +149,25 @@ TEST(KernelFollower, WaitsUntilThingsHaveSettledBeforeItReadsAfresh) {
   EXPECT_GT(*follower.patience(), std::chrono::minutes{59});
 }
 
+TEST(KernelFollower, TriesAReadingThatFailedAgainAndPublishesNothingMeanwhile) {
+  Followed followed;
+  KernelFollower& follower = followed.begin();
+  ModelKernel& kernel = followed.kernel;
+  kernel.add4(1, {{0}});
+  kernel.notifications.lose();
+  kernel.source.onlyAnswer(RTM_GETROUTE, {.error = EBUSY});
+  EXPECT_FALSE(follower.advance());
+  kernel.add4(2, {{0}});  // sets the answers right
+  EXPECT_TRUE(follower.advance());
+  EXPECT_TRUE(followed.agrees());
+
+  kernel.notifications.lose();
+  kernel.source.onlyAnswer(RTM_GETNEIGH, {.overrun = true});
+  EXPECT_FALSE(follower.advance());
+  EXPECT_FALSE(follower.advance());
+  EXPECT_THROW(follower.advance(), KernelError);
+}
+
 Message forwarding(std::uint8_t family, std::int32_t link, std::int32_t value) {
   netconfmsg header{};
   header.ncm_family = family;
