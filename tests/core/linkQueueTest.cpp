@@ -35,7 +35,6 @@ struct Queue : Vek::LinkQueue<Queue, U32, Numbered> {
   void remove(U32 number) { deleteMember(Ptr<Member>(member(number))); }
 };
 
-constexpr U32 high = 0xfffffff0;
 constexpr U32 theEnd = 0xdead;
 
 struct LinkQueues : LeakCheck {};
@@ -72,6 +71,7 @@ TEST_F(LinkQueues, HaveABookmarkAtAnyKeyBut0) {
   EXPECT_FALSE(it.hasBookmark());
 }
 
+// With what has come since; the law below has the rest.
 TEST_F(LinkQueues, AreResumedByKey) {
   struct Case {
     char const* situation;
@@ -82,23 +82,8 @@ TEST_F(LinkQueues, AreResumedByKey) {
     U32 expected;
   };
   for (Case const& c : {
-           Case{"nothing is left", {1, 2}, 1, {1, 2}, {}, theEnd},
-           Case{"it is the head", {1, 2, 3}, 1, {3}, {}, 2},
-           Case{"it is the tail", {1, 2, 3}, 3, {2}, {}, theEnd},
-           Case{"it is the only one", {1, 2}, 1, {2}, {}, theEnd},
-           Case{"it was the tail", {1, 2, 3}, 3, {3}, {}, theEnd},
            Case{"it was the tail, and others came", {1, 2, 3}, 3, {3}, {4, 5}, 4},
-           Case{"it was the head", {1, 2, 3}, 1, {1}, {}, 2},
-           Case{"it has gone with its neighbours", {1, 2, 3, 4, 5}, 3, {2, 3, 4}, {}, 5},
-           Case{"it is there, others are not", {1, 2, 3, 4, 5}, 3, {2, 4}, {}, 5},
            Case{"it came again", {1, 2, 3}, 3, {3}, {3, 4}, 4},
-           Case{"ahead of the wrap", {high, high + 2, high + 4, 0, 1}, high + 2, {high + 2}, {}, high + 4},
-           Case{"just ahead of the wrap", {high, high + 2, 0, 1}, high + 2, {high + 2}, {}, 0},
-           Case{"still just ahead of the wrap", {high, high + 2, 0, 1, 2}, high + 2, {0}, {}, 1},
-           Case{"behind the wrap", {high, high + 2, 0, 3, 5}, 3, {3}, {}, 5},
-           Case{"behind the wrap and still there", {high, high + 2, 0, 3, 5, 6}, 3, {5}, {}, 6},
-           Case{"first behind the wrap", {high, high + 2, 0, 3}, 0, {0}, {}, 3},
-           Case{"last behind the wrap", {high, 0, 3}, 3, {3}, {}, theEnd},
            Case{"the wrap has come since", {5, 6, 7}, 6, {6, 7}, {2}, 2},
        }) {
     SCOPED_TRACE(c.situation);
