@@ -6,29 +6,21 @@
 
 namespace Toys::Collecting {
 
+namespace {
+
+// Every kind of act, and how often it is drawn.
+constexpr struct {
+  char const* name;
+  int weight;
+} kinds[] = {{"set", 14},   {"make", 1},        {"delete", 3}, {"delete all", 1}, {"notify", 1}, {"hold", 2},
+             {"let go", 1}, {"change held", 1}, {"open", 2},   {"open at", 1},    {"step", 8},   {"copy", 1},
+             {"close", 1},  {"delete at", 2},   {"throw", 1},  {"throw twice", 1}};
+
+}  // namespace
+
 std::ostream& operator<<(std::ostream& os, Act const& act) {
-  using Kind = Act::Kind;
-  auto const key = ' ' + std::to_string(act.key);
-  auto const place = ' ' + std::to_string(act.place);
-  switch (act.kind) {
-  case Kind::set: return os << "set" << key << " to " << act.value;
-  case Kind::make: return os << "make" << key << " with " << act.value;
-  case Kind::del: return os << "delete" << key;
-  case Kind::delAll: return os << "delete all";
-  case Kind::notify: return os << "notify" << key;
-  case Kind::hold: return os << "hold" << key << " as" << place;
-  case Kind::letGo: return os << "let" << place << " go";
-  case Kind::changeHeld: return os << "change held" << place << " to " << act.value;
-  case Kind::open: return os << "open iterator" << place;
-  case Kind::openAt: return os << "open iterator" << place << " at" << key;
-  case Kind::step: return os << "step iterator" << place;
-  case Kind::copy: return os << "copy iterator" << place;
-  case Kind::close: return os << "close iterator" << place;
-  case Kind::delAt: return os << "delete at iterator" << place;
-  case Kind::fail: return os << "throw";
-  case Kind::failTwice: return os << "throw twice";
-  }
-  return os;
+  return os << kinds[static_cast<std::size_t>(act.kind)].name << " k" << act.key << " v" << act.value << " p"
+            << act.place;
 }
 
 std::ostream& operator<<(std::ostream& os, Script const& script) {
@@ -50,20 +42,13 @@ int below(int limit) { return *rc::gen::resize(rc::kNominalSize, rc::gen::inRang
 
 rc::Gen<Act> anyAct() {
   return rc::gen::exec([] {
-    using Kind = Act::Kind;
-    static constexpr struct {
-      Kind kind;
-      int weight;
-    } mix[] = {{Kind::set, 14},   {Kind::make, 1},   {Kind::del, 3},   {Kind::delAll, 1},
-               {Kind::notify, 1}, {Kind::hold, 2},   {Kind::letGo, 1}, {Kind::changeHeld, 1},
-               {Kind::open, 2},   {Kind::openAt, 1}, {Kind::step, 8},  {Kind::copy, 1},
-               {Kind::close, 1},  {Kind::delAt, 2},  {Kind::fail, 1},  {Kind::failTwice, 1}};
     int total = 0;
-    for (auto const& entry : mix) total += entry.weight;
+    for (auto const& kind : kinds) total += kind.weight;
     int drawn = below(total);
-    auto const* entry = mix;
-    while (drawn >= entry->weight) drawn -= entry++->weight;
-    return Act{entry->kind, below(Script::keys), below(3), below(Script::places)};
+    int kind = 0;
+    while (drawn >= kinds[kind].weight) drawn -= kinds[kind++].weight;
+    int const keys = below(2) == 0 ? 5 : Script::keys;  // few, so that acts meet, or so many that a table grows
+    return Act{static_cast<Act::Kind>(kind), below(keys), below(3), below(Script::places)};
   });
 }
 
@@ -91,8 +76,9 @@ void Stage::perform(Act const& doIt) {
   }
 }
 
-void Stage::called(int who, int key, int value) {
-  note('r' + std::to_string(who) + " hears of " + std::to_string(key) + " with " + std::to_string(value));
+void Stage::called(int who, int key, int value, Vek::U32 writes) {
+  note('r' + std::to_string(who) + " hears of " + std::to_string(key) + " with " + std::to_string(value) + " after " +
+       std::to_string(writes) + " writes");
   std::size_t const turn = turn_[at(who)]++;
   auto const& turns = script_.turns[at(who)];
   if (turn >= turns.size()) return;

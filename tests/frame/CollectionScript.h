@@ -2,6 +2,8 @@
 // with members held and iterators kept across it. The same script is played by a real box and by plain containers.
 #pragma once
 
+#include "core/Integers.h"
+
 #include <array>
 #include <ostream>
 #include <string>
@@ -68,7 +70,7 @@ class Stage {
 
  protected:
   void note(std::string event) { trace_.push_back(std::move(event)); }
-  void called(int who, int key, int value);
+  void called(int who, int key, int value, Vek::U32 writes);
   void failed(int who);
   static std::size_t at(int number) { return static_cast<std::size_t>(number); }
 

@@ -1,6 +1,7 @@
 #include "tests/core/LeakCheck.h"
-#include "tests/frame/Recorder.h"
+#include "tests/frame/Listener.h"
 
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -23,78 +24,27 @@ struct Setters : LeakCheck {
     return calls;
   }
 
-  Setters() {
-    reactor->isRegisteredNotifieeIs(true);
-    reactor->notifierIs(toy);
-  }
-
   Calls calls;
   Vek::Ptr<Toy> toy = toyFactory("toy");
-  Vek::Ptr<Recorder> reactor = Vek::make<Recorder>(calls, "r");
+  Vek::Ptr<ToyListener> reactor = listen<ToyListener>(toy, calls, "r");
 };
 
-// What a test over all attributes needs to know of one. Neighbours in `values` differ.
-struct Size {
-  static constexpr Vek::AttributeId id = 258;
-  static constexpr char const* name = "size";
-  static constexpr Vek::U64 values[] = {1, 0, ~0ULL, 1ULL << 32};
-  static void set(Toy& toy, Vek::U64 v) { toy.sizeIs(v); }
-  static Vek::U64 get(Toy const& toy) { return toy.size(); }
-};
-struct Broken {
-  static constexpr Vek::AttributeId id = 259;
-  static constexpr char const* name = "broken";
-  static constexpr bool values[] = {true, false};
-  static void set(Toy& toy, bool v) { toy.brokenIs(v); }
-  static bool get(Toy const& toy) { return toy.broken(); }
-};
-struct Played {
-  static constexpr Vek::AttributeId id = 260;
-  static constexpr char const* name = "played";
-  static constexpr double values[] = {0.5, 5e-324, std::numeric_limits<double>::infinity(), 0};
-  static void set(Toy& toy, double v) { toy.playedIs(v); }
-  static double get(Toy const& toy) { return toy.played(); }
-};
-struct Text {
-  static constexpr Vek::AttributeId id = 261;
-  static constexpr char const* name = "text";
-  static constexpr char const* values[] = {"a", "", "b", "B"};
-  static void set(Toy& toy, char const* v) { toy.textIs(v); }
-  static Vek::String8 get(Toy const& toy) { return toy.text(); }
-};
-struct Place {
-  static constexpr Vek::AttributeId id = 262;
-  static constexpr char const* name = "place";
-  static inline ToyPoint const values[] = {{1, 0, "a"}, {1, 0, "b"}, {1, 2, "b"}, {3, 2, "b"}};
-  static void set(Toy& toy, ToyPoint const& v) { toy.placeIs(v); }
-  static ToyPoint get(Toy const& toy) { return toy.place(); }
-};
-
-template <class Attribute>
-struct EveryAttribute : Setters {};
-using Attributes = testing::Types<Size, Broken, Played, Text, Place>;
-TYPED_TEST_SUITE(EveryAttribute, Attributes);
-
-TYPED_TEST(EveryAttribute, AChangeIsStoredCountedAndToldOnceAndTheSameValueAgainIsNothing) {
-  Calls const told{std::string("r ") + TypeParam::name};
-  for (auto const& value : TypeParam::values) {
-    EXPECT_EQ(this->effect([&] { TypeParam::set(*this->toy, value); }, 1), told);
-    EXPECT_TRUE(TypeParam::get(*this->toy) == value);
-    EXPECT_EQ(this->effect([&] { TypeParam::set(*this->toy, value); }, 0), Calls{});
-  }
-}
-
-TYPED_TEST(EveryAttribute, AReadIsCounted) {
-  auto const reads = this->toy->readCount();
-  for (Vek::U32 i = 1; i < 4; ++i) {
-    static_cast<void>(TypeParam::get(*this->toy));
-    EXPECT_EQ(this->toy->readCount(), reads + i);
-  }
-  EXPECT_EQ(this->toy->writeCount(), 0U);
-}
-
-TYPED_TEST(EveryAttribute, HasItsNameByNumber) {
-  EXPECT_TRUE(this->toy->attributeString(TypeParam::id) == TypeParam::name);
+TEST_F(Setters, AChangeIsStoredCountedAndToldOnceAndTheSameValueAgainIsNothing) {
+  // Neighbours in `values` differ.
+  auto const expectChanges = [this](char const* name, auto setter, auto getter, auto const& values) {
+    for (auto const& value : values) {
+      auto const set = [&] { std::invoke(setter, *toy, value); };
+      EXPECT_EQ(effect(set, 1), Calls{std::string("r ") + name});
+      EXPECT_TRUE(std::invoke(getter, *toy) == value);
+      EXPECT_EQ(effect(set, 0), Calls{});
+    }
+  };
+  expectChanges("size", &Toy::sizeIs, &Toy::size, std::array{1ULL, 0ULL, ~0ULL, 1ULL << 32});
+  expectChanges("played", &Toy::playedIs, &Toy::played,
+                std::array{0.5, 5e-324, std::numeric_limits<double>::infinity(), 0.0});
+  expectChanges("text", &Toy::textIs, &Toy::text, std::array<Vek::String8, 4>{"a", "", "b", "B"});
+  expectChanges("place", &Toy::placeIs, &Toy::place,
+                std::array<ToyPoint, 4>{{{1, 0, "a"}, {1, 0, "b"}, {1, 2, "b"}, {3, 2, "b"}}});
 }
 
 TEST_F(Setters, ANewEntityHasCountedNothingAndHasNoParent) {
@@ -160,7 +110,7 @@ TEST_F(Setters, AnIncrementerCountsOneReadAndNeverAWrite) {
 }
 
 TEST_F(Setters, AnIncrementerGivesItsOwnSumWhateverItsReactorsDo) {
-  reactor->next = [&] { toy->sizeIs(100); };
+  reactor->nextDo({[&] { toy->sizeIs(100); }});
   EXPECT_EQ(toy->sizeInc(1), 1U);
   EXPECT_EQ(toy->size(), 100U);
 }
@@ -169,6 +119,7 @@ TEST_F(Setters, NumbersThatTheTypeDoesNotKnowAreTheFrameworks) {
   for (Vek::AttributeId const id : {0U, 5U, 128U, 136U, 154U, 257U, 263U, ~0U}) {
     EXPECT_TRUE(toy->attributeString(id) == toy->Entity::attributeString(id)) << id;
   }
+  EXPECT_TRUE(toy->attributeString(262) == "place");
   EXPECT_TRUE(toy->attributeString(154) == "vekHasAttrLogInterface");
   EXPECT_TRUE(toy->attributeString(263) == "unknown");
 }
@@ -201,12 +152,6 @@ TEST_F(Setters, ValuesAreEqualAttributeByAttribute) {
   EXPECT_FALSE(unequal == unequal);  // NOLINT(misc-redundant-expression)
   EXPECT_TRUE(copy != unequal);
   EXPECT_TRUE((ToyPoint{1, 0.0, "a"} == ToyPoint{1, -0.0, "a"}));
-}
-
-TEST_F(Setters, ATypesRecordIsOneAndTheSame) {
-  EXPECT_EQ(Toy::_fwkType(), toy->fwkType());
-  EXPECT_EQ(Toy::_fwkType(), Vek::VekType::find("Toys::Toy"));
-  EXPECT_EQ(ToyPoint{}.fwkType(), ToyPoint::_fwkType());
 }
 
 }  // namespace

@@ -1,11 +1,9 @@
-// BoxListener, and its like for what stands in a box: reactors that write down every call and do what a test tells
-// them.
+// Listener: reactors of toys, boxes and shelves that write down every call and do what a test tells them.
 #pragma once
 
 #include "tests/frame/Toy.h"
 
 #include <functional>
-#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -47,6 +45,16 @@ class Listener : public X::Notifiee {
   Calls& calls_;
   std::string label_;
   std::vector<std::function<void()>> acts_;
+};
+
+struct ToyListener : Listener<Toy> {
+  using Listener::Listener;
+
+  void onSize() override { called("size"); }
+  void onBroken() override { called("broken"); }
+  void onPlayed() override { called("played"); }
+  void onText() override { called("text"); }
+  void onPlace() override { called("place"); }
 };
 
 struct BoxListener : Listener<ToyBox> {
