@@ -198,12 +198,6 @@ TEST(Registration, ARecordIsMadeOnce) {
   EXPECT_EQ(Vek::Entity::_fwkType()->derivedTypes().size(), derived);
 }
 
-TEST(Registration, TypesOfOneShortNameAreToldApartByTheirFullNames) {
-  EXPECT_EQ(Status::_fwkType()->name(), AclRoute::Status::_fwkType()->name());
-  EXPECT_EQ(Status::_fwkType()->fullName(), "Hardware::DornL3Unicast::Status");
-  EXPECT_EQ(AclRoute::Status::_fwkType()->fullName(), "Hardware::DornL3Unicast::AclRoute::Status");
-}
-
 TEST(Registration, ABareValueNamesTheAttributeItStandsFor) {
   Vek::VekAttr const* const whole = AclRoute::Ipv4EgressAclLabel::_fwkType()->valAttr();
   ASSERT_NE(whole, nullptr);

@@ -324,7 +324,9 @@ TEST_F(TwoWays, AValueReadsComparesAndIsBuiltTheSame) {
       Text const text = Inventor{seed}.text(*type);
       Text const another = seed % 2 == 0 ? text : Inventor{seed + 1}.text(*type);
       Generic const value = valueOf(*type, text);
-      ASSERT_EQ(str(value->strRep()), typed.again(text));
+      ASSERT_EQ(str(value->strRep()), text) << "the text is the one that would be written";
+      ASSERT_EQ(typed.again(text), text);
+      ASSERT_EQ(typed.equal(text, another), text == another);
       ASSERT_EQ(str(value->attributeOp({0, GenericIf::OpEquals}, valueOf(*type, another), nullptr)->strRep()),
                 typed.equal(text, another) ? "True" : "False");
       std::vector<Generic> fields;
@@ -337,9 +339,9 @@ TEST_F(TwoWays, AValueReadsComparesAndIsBuiltTheSame) {
         Text const changed = Inventor{seed + 7}.text(*attr->valueType());
         auto arguments = fields;
         arguments[i++] = valueOf(*attr->valueType(), changed);
-        ASSERT_EQ(str(type->genericIf(listOf(arguments).ptr(), false)->strRep()),
-                  typed.fields.at(attr->id()).set(text, changed))
-            << attr->name();
+        Text const whole = typed.fields.at(attr->id()).set(text, changed);
+        ASSERT_EQ(str(type->genericIf(listOf(arguments).ptr(), false)->strRep()), whole) << attr->name();
+        ASSERT_EQ(typed.equal(text, whole), text == whole) << "where " << attr->name() << " alone may differ";
       }
     }
   }
