@@ -1,7 +1,6 @@
 #include "schemac/Types.h"
 
 #include "schemac/Literal.h"
-#include "schemac/Names.h"
 #include "schemac/Suggest.h"
 #include "tests/schemac/Schemas.h"
 
@@ -38,25 +37,6 @@ TEST(Types, WidthAndPassingOfTheHouseValues) {
     EXPECT_EQ(type.parameter(), e.parameter) << e.type;
   }
   EXPECT_THROW((void)Types(houseFile("AclIntf")).at("RouteStats"), std::out_of_range);  // of another file
-}
-
-TEST(Names, DerivedFromACollection) {
-  Attribute banks;
-  banks.name = "banks";
-  banks.shape = Shape::hashed;
-  std::vector<std::string> const expected = {"banks",
-                                             "banksIs",
-                                             "banksDel",
-                                             "banksDelAll",
-                                             "banksNotify",
-                                             "banksCount",
-                                             "banksIterator",
-                                             "banksIteratorConst",
-                                             "newBanks",
-                                             "onBanks",
-                                             "onBanksvekImmediate",
-                                             "VekBanks"};
-  EXPECT_EQ(derivedNames(banks, Type::Kind::entity), expected);
 }
 
 TEST(Literal, IsCppThatReadsBackTheSame) {

@@ -42,16 +42,6 @@ TEST(Golden, TheToysAreEmittedAsTheyAreKept) {
   expectGolden("tests/frame/Toy.cpp", toys.source);
 }
 
-TEST(Golden, TheSameFileYieldsTheSameText) {
-  for (File const& file : allFiles()) {
-    Emitted const once = emit(file, "schema");
-    Emitted const again = emit(*readFile(file.path).file, "schema");
-    EXPECT_EQ(firstDifference(once.header, again.header), "") << file.path;
-    EXPECT_EQ(firstDifference(once.source, again.source), "") << file.path;
-    EXPECT_EQ(once.header.rfind(fmt::format("// Made by schemac from {}.toml:", file.stem), 0), 0U);
-  }
-}
-
 // How many lines a type may cost its reader, header and source together.
 int budget(Type const& type) {
   if (!type.isEntity()) return 90 + 8 * static_cast<int>(type.attributes.size());
