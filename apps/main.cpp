@@ -13,6 +13,7 @@
 
 #include <charconv>
 #include <cstdlib>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <system_error>
@@ -58,14 +59,15 @@ CLI::App* addShow(CLI::App& app, ShowOptions& options) {
   return show;
 }
 
-CLI::Validator wholeNumber() {
-  auto const check = [](std::string const& text) -> std::string {
-    std::uint64_t number = 0;
-    auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    bool const fits = error == std::errc{} && end == text.data() + text.size() && number > 0;
-    return fits ? "" : "'" + text + "' is no whole number from 1 to 18446744073709551615";
-  };
-  return CLI::Validator{check, "NUMBER"};
+std::optional<std::uint64_t> wholeNumber(std::string const& text) {
+  std::uint64_t number = 0;
+  auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  bool const fits = error == std::errc{} && end == text.data() + text.size() && number > 0;
+  return fits ? std::optional{number} : std::nullopt;
+}
+
+std::string needWholeNumber(std::string const& text) {
+  return wholeNumber(text) ? "" : "'" + text + "' is no whole number from 1 to 18446744073709551615";
 }
 
 CLI::App* addWatch(CLI::App& app, WatchOptions& options) {
@@ -74,7 +76,10 @@ CLI::App* addWatch(CLI::App& app, WatchOptions& options) {
   watch->add_flag("-r,--recursive", options.recursive, "Go into children, also those that come");
   CLI::Option* json = watch->add_flag("--json", options.json, "Print JSON, an object a line");
   watch->add_flag("-t,--time", options.stamped, "Put the local time in front of each line")->excludes(json);
-  watch->add_option("-n,--changes", options.changes, "End after that many changes")->check(wholeNumber());
+  auto const takeChanges = [&options](std::string const& text) { options.changes = wholeNumber(text); };
+  watch->add_option_function<std::string>("-n,--changes", takeChanges, "End after that many changes")
+      ->check(needWholeNumber)
+      ->type_name("NUMBER");
   watch->add_option("PATH", options.paths, "An entity, an attribute, a collection or a member of one")->required();
   watch->footer(std::string{Attributes::pathForm} + "Ctrl-C ends it, with status 0.\n\n" + exitStatus);
   return watch;

@@ -44,17 +44,17 @@ bool KernelFollower::advance() {
     tryReading();
     changed = true;
   }
-  return changed && failures_ == 0;
+  return changed && isWhole();
 }
 
 // What a busy kernel could not tell now it may tell soon; what is known until then is not whole.
 void KernelFollower::tryReading() {
   try {
+    if (failures_ != 0) questions_.reopen();
     read();
     failures_ = 0;
   } catch (KernelError const&) {
     if (++failures_ == failuresInARow) throw;
-    questions_.reopen();
     due_ = Steady::now() + 10 * pace_.settling;
   }
 }
@@ -128,8 +128,14 @@ void KernelFollower::takeRoute(nlmsghdr const& header, Bytes body) {
   if (!isRead) {
     ++failed_;
     needReading();
-  } else if (route_.forwardsOrDiscards()) {
-    bool const isNew = header.nlmsg_type == RTM_NEWROUTE;
+    return;
+  }
+  bool const isNew = header.nlmsg_type == RTM_NEWROUTE;
+  if (!route_.forwardsOrDiscards()) {
+    // One that counts may have given way to it.
+    bool const mayTakePlace = isNew && (header.nlmsg_flags & (NLM_F_REPLACE | NLM_F_CREATE)) != NLM_F_CREATE;
+    if (mayTakePlace && routes_.holdsKeyOf(route_)) needReading();
+  } else {
     note(route_, isNew ? routes_.put(route_, header.nlmsg_flags) : routes_.remove(route_));
   }
 }

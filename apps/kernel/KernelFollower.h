@@ -37,6 +37,8 @@ class KernelFollower {
   /// How long advance() can wait if no notification comes; nothing if for ever.
   [[nodiscard]] std::optional<std::chrono::milliseconds> patience() const;
 
+  /// Whether the last reading succeeded: figures() of less would mislead.
+  [[nodiscard]] bool isWhole() const noexcept { return failures_ == 0; }
   [[nodiscard]] KernelFigures figures();
 
   /// How many sets, paths and source prefixes of routes it keeps, in use or not.

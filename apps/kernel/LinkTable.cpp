@@ -12,9 +12,9 @@ namespace Apps::Kernel {
 void LinkTable::add(Link const& link) { links_[link.index].link = link; }
 
 bool LinkTable::add(LinkAddress const& address) {
-  bool const isNew = !remove(address);
   auto const found = links_.find(address.link);
-  if (found == links_.end()) return isNew;
+  if (found == links_.end()) return false;
+  bool const isNew = !remove(address);
   addresses_.insert(address);
   if (address.reachesBeyondLink) ++found->second.addresses;
   return isNew;

@@ -11,7 +11,7 @@ namespace Apps::Kernel {
 class LinkTable {
  public:
   void add(Link const& link);            // takes the place of what was told of it; its addresses stay
-  bool add(LinkAddress const& address);  // true if it is new
+  bool add(LinkAddress const& address);  // true if it is new; of a link that is not known it is not kept
   void remove(std::uint32_t index);
   bool remove(LinkAddress const& address);  // true if it was there
   void clear() noexcept;                    // links and addresses

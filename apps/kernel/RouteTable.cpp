@@ -135,6 +135,8 @@ RouteChange RouteTable::remove(Route const& route) {
   return overwrite(entry->second, left);
 }
 
+bool RouteTable::holdsKeyOf(Route const& route) const { return entries_.contains(keyOf(route, knownSourceOf(route))); }
+
 void RouteTable::beginReading() {
   for (auto& [key, entry] : entries_) entry.isRead = false;
 }

@@ -30,6 +30,9 @@ class RouteTable {
   /// A route has gone, or lost those of its paths that the message carries.
   RouteChange remove(Route const& route);
 
+  /// Whether some route has the key of this one.
+  [[nodiscard]] bool holdsKeyOf(Route const& route) const;
+
   // A fresh reading: begin, each route that the kernel has, end.
   void beginReading();
   RouteChange read(Route const& route);

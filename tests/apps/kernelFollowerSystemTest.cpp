@@ -111,6 +111,12 @@ route append fd15::/64 via fd03::4 dev b0
     {"without one of the two", "route del fd15::/64 via fd03::4 dev b0\n"},
     {"an address goes with its next hops", "addr del 10.0.0.1/24 dev a0\n"},
     {"and revives them", "addr add 10.0.0.1/24 dev a0\n"},
+    {"local routes take the place of others", R"(
+route add 10.60.0.0/24 via 10.1.0.2
+route replace local 10.60.0.0/24 dev lo table main
+route add fd16::/64 via fd03::2
+route replace local fd16::/64 dev lo table main
+)"},
     {"a bridge", "link add br0 type bridge\nlink set b0 master br0\nlink set br0 up\nlink set b0 nomaster\n"},
     {"a VXLAN link", R"(
 link add vx0 type vxlan id 10 dstport 4789 remote 10.0.0.9 dev a0

@@ -157,6 +157,7 @@ TEST(KernelFollower, TriesAReadingThatFailedAgainAndPublishesNothingMeanwhile) {
   kernel.notifications.lose();
   kernel.source.onlyAnswer(RTM_GETROUTE, {.error = EBUSY});
   EXPECT_FALSE(follower.advance());
+  EXPECT_FALSE(follower.isWhole());
   kernel.add4(2, {{0}});  // sets the answers right
   EXPECT_TRUE(follower.advance());
   EXPECT_TRUE(followed.agrees());

@@ -1,8 +1,10 @@
 // The program that follows a host, from the kernel's change to the printed line.
 #include "tests/apps/OwnNetwork.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
 #include <chrono>
@@ -41,7 +43,7 @@ class Command {
 void watchRoutes() {
   ASSERT_TRUE(ip("link set lo up\nlink add a0 type veth peer name a1\nlink set a0 addrgenmode none\n"
                  "link set a0 up\nlink set a1 up\naddr add 10.0.0.1/24 dev a0\n"));
-  Command watch{"dornl3 watch --local -n 4 status.ipv4RouteStats.routes 'status.lemV4RouteStats.routeCount[16]'"};
+  Command watch{"dornl3 watch --local -n 04 status.ipv4RouteStats.routes 'status.lemV4RouteStats.routeCount[16]'"};
   ASSERT_EQ(watch.line(), "status.ipv4RouteStats.routes = 1\n");
   ASSERT_TRUE(ip("route add 20.0.0.0/16 via 10.0.0.2\n"));
   EXPECT_EQ(watch.line(), "status.ipv4RouteStats.routes = 2\n");
@@ -79,6 +81,17 @@ TEST(WatchLocal, WaitsForASlowReaderButNotAgainstASignal) {
   EXPECT_EQ(stuck.line(), "status 0\n");
 }
 
+TEST(WatchLocal, EndsOnATerminalThatNobodyReads) {
+  int const master = posix_openpt(O_RDWR | O_NOCTTY);
+  ASSERT_GE(master, 0);
+  ASSERT_EQ(grantpt(master), 0);
+  ASSERT_EQ(unlockpt(master), 0);
+  Command stuck{"timeout --preserve-status -s TERM 0.5 " DORNL3_PROGRAM " watch --local $(yes status | head -n 60) > " +
+                std::string{ptsname(master)} + "; echo status $?"};
+  EXPECT_EQ(stuck.line(), "status 0\n");
+  close(master);
+}
+
 TEST(WatchLocal, SaysWhatIsWrongWithTheCommandLine) {
   struct {
     char const* line;
@@ -88,7 +101,9 @@ TEST(WatchLocal, SaysWhatIsWrongWithTheCommandLine) {
       {"dornl3 watch status", 2,
        "dornl3: Only this host's own entities can be followed. Add --local: 'dornl3 watch --local ...'.\n"},
       {"dornl3 watch --local", 2, "dornl3: PATH is required. Type 'dornl3 --help' to see what there is.\n"},
-      {"dornl3 watch --local -n 0 status", 2, nullptr},
+      {"dornl3 watch --local -n 0 status", 2,
+       "dornl3: --changes: '0' is no whole number from 1 to 18446744073709551615. Type 'dornl3 --help' to see what "
+       "there is.\n"},
       {"dornl3 watch --local --json -t status", 2, nullptr},
       {"dornl3 watch --local status.numVrf", 1,
        "dornl3: status has no attribute 'numVrf'; did you mean 'numVrfs'? 'dornl3 types "

@@ -52,6 +52,7 @@ struct Hashed {
   using Member = M;
   using Map = Vek::HashMap<M, K, Vek::U32>;
   static constexpr bool replaces = false;
+  static constexpr bool staysAtTheEnd = false;  // an iterator there must not be advanced
 
   static K key(Member const& member) { return member.vekKey(); }
   /// Members are walked by rising rank.
@@ -69,6 +70,7 @@ struct Ordered {
   using Member = Vek::RbElement<K, Vek::U32>;
   using Map = Vek::RbTreeMap<Member, K, Vek::U32>;
   static constexpr bool replaces = true;
+  static constexpr bool staysAtTheEnd = true;
 
   static K key(Member const& member) { return member.key(); }
   static K rank(K const& key) { return key; }

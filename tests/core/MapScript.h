@@ -116,7 +116,11 @@ class MapRunner {
     case MapOp::openAt: place = {Iterator(&map_, key), standing(model_.lower_bound(Kind::rank(key)))}; break;
     case MapOp::copy: place = places_[(step.iterator + 1) % MapStep::iterators]; break;
     case MapOp::advance:
-      if (place.model) advance(place);
+      if (place.model) {
+        advance(place);
+      } else if constexpr (Kind::staysAtTheEnd) {
+        ++place.real;
+      }
       break;
     case MapOp::walk:
     case MapOp::delAll:

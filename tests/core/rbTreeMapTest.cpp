@@ -76,6 +76,14 @@ TEST_F(RbTreeMapOf, AMemberThatDiesUnderAnIteratorMayTakeOutTheNextOne) {
   EXPECT_EQ(it->key(), 3U);
 }
 
+TEST_F(RbTreeMapOf, AnIteratorWithoutACollectionIsAtTheEnd) {
+  using Map = Vek::RbTreeMap<Vek::RbElement<U32, U32>, U32, U32>;
+  Map::IteratorConst it{nullptr};
+  EXPECT_FALSE(it);
+  Map::IteratorConst const copy{it};
+  EXPECT_FALSE(copy);
+}
+
 template <class K>
 void expectBookmark(K const& key, bool expected) {
   using Map = Vek::RbTreeMap<Vek::RbElement<K, U32>, K, U32>;

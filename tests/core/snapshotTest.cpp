@@ -107,6 +107,15 @@ TEST_P(Snapshots, HoldEachReactorUntilItsTurnIsOver) {
   EXPECT_EQ(allocationCount() - before, expected);
 }
 
+TEST_P(Snapshots, AbandonedHalfwayGiveBackAllReferences) {
+  fill(GetParam());
+  {
+    Snapshot walk{list};
+    if (walk) ++walk;
+  }
+  for (auto const& reactor : held) EXPECT_EQ(reactor->references(), 1U);
+}
+
 TEST_P(Snapshots, PassOverWhatOnlyTheyStillHold) {
   fill(GetParam());
   std::vector<std::size_t> called;

@@ -29,6 +29,13 @@ std::vector<Vek::VekType*> ourTypes() {
 
 bool isDeclared(Vek::VekType const& type, Vek::VekAttr const& attr) { return type.isValue() || attr.id() >= 258; }
 
+TEST(Registration, TypesAreCalledByTheLastPartOfTheirFullName) {
+  for (Vek::VekType* type : ourTypes()) {
+    std::string_view const full = type->fullName();
+    EXPECT_EQ(std::string_view(type->name()), full.substr(full.rfind(':') + 1)) << full;
+  }
+}
+
 TEST(Registration, EveryAttributeHasTheNumberThatPeersKnow) {
   std::ifstream golden(DORNL3_SOURCE_DIR "/tests/schema/attributes.golden");
   std::vector<std::string> expected;

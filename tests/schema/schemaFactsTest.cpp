@@ -33,6 +33,12 @@ TEST_F(SchemaFacts, AuditsHaveThreeLevelsEachWithItsKey) {
   EXPECT_EQ(fap->fapName(), "fap0");
   EXPECT_EQ(fap->fullName(), "auditStatus.auditInfo[kernel].table[lem].perFapInfo[fap0]");
   EXPECT_EQ(fap->uriPath(), "/auditStatus/auditInfo/kernel/table/lem/perFapInfo/fap0");
+  EXPECT_EQ(fap->parentAttrId(), 258U);
+  EXPECT_EQ(fap->parent()->parentAttrId(), 258U);
+  EXPECT_EQ(fap->parent()->parent()->parentAttrId(), 261U);
+  Ptr<Status> const status = statusFactory("status");
+  EXPECT_EQ(status->lemV4RouteStatsIs("lem")->parentAttrId(), 308U);
+  EXPECT_EQ(status->lemV6RouteStatsIs("lem")->parentAttrId(), 309U);
 }
 
 TEST_F(SchemaFacts, FiguresByFapAndByPrefixLengthAreWalkedInTheirOrder) {
