@@ -179,8 +179,7 @@ inline Message routeVia(std::uint32_t link, char const* gateway, std::uint32_t f
 }
 
 // One next hop of RTA_MULTIPATH.
-inline Buffer hop(int link, char const* gateway, std::uint8_t flags = 0, std::uint8_t weight = 1) {
-  Buffer const attributes = nested(RTA_GATEWAY, ip(gateway));
+inline Buffer pathBy(int link, Buffer const& attributes, std::uint8_t flags = 0, std::uint8_t weight = 1) {
   rtnexthop header{};
   header.rtnh_len = static_cast<std::uint16_t>(sizeof header + attributes.size());
   header.rtnh_flags = flags;
@@ -189,6 +188,10 @@ inline Buffer hop(int link, char const* gateway, std::uint8_t flags = 0, std::ui
   Buffer bytes = bytesOf(header);
   bytes.insert(bytes.end(), attributes.begin(), attributes.end());
   return bytes;
+}
+
+inline Buffer hop(int link, char const* gateway, std::uint8_t flags = 0, std::uint8_t weight = 1) {
+  return pathBy(link, nested(RTA_GATEWAY, ip(gateway)), flags, weight);
 }
 
 inline Message routeVia(std::uint8_t family, std::vector<Buffer> const& hops) {

@@ -21,6 +21,12 @@ bool holds(std::vector<Member> const& all, Member const& one) {
   return std::find(all.begin(), all.end(), one) != all.end();
 }
 
+// The one of the IPv6 routes to a prefix that is made up of paths with gateways.
+auto withGateways(std::vector<Route>& routes) {
+  return std::find_if(routes.begin(), routes.end(),
+                      [](Route const& route) { return hasGateway(*route.paths.begin()); });
+}
+
 }  // namespace
 
 Message ModelKernel::message(std::uint8_t family, unsigned key, Route const& route) const {
@@ -48,84 +54,71 @@ Message ModelKernel::message(std::uint8_t family, unsigned key, Route const& rou
   return message.put(RTA_MULTIPATH, hops);
 }
 
-void ModelKernel::tell(std::uint8_t family, unsigned key, Route const& route, std::uint16_t flags) {
-  notifications.tell(message(family, key, route), flags);
+void ModelKernel::tell(Message const& route, std::uint16_t flags) {
+  notifications.tell(route, flags);
   ++commands.processed;
   answer();
 }
 
-void ModelKernel::tellGone(std::uint8_t family, unsigned key, Route const& route) {
-  notifications.tell(message(family, key, route).as(RTM_DELROUTE));
-  ++commands.processed;
-  answer();
+void ModelKernel::insert4(unsigned key, Route const& route, Place place, std::uint16_t flags) {
+  auto& routes = ipv4_[key];
+  if (routes.empty() != (place == Place::alone)) return;
+  routes.insert(place == Place::first ? routes.begin() : routes.end(), route);
+  ++commands.added;
+  tell(message(AF_INET, key, route), flags);
 }
 
 void ModelKernel::add4(unsigned key, Route const& route) {
-  if (!ipv4_[key].empty()) return;
-  ipv4_[key].push_back(route);
-  ++commands.added;
-  tell(AF_INET, key, route, NLM_F_CREATE | NLM_F_EXCL);
+  insert4(key, route, Place::alone, NLM_F_CREATE | NLM_F_EXCL);
 }
-
 void ModelKernel::append4(unsigned key, Route const& route) {
-  auto& routes = ipv4_[key];
-  if (routes.empty()) return;
-  routes.push_back(route);
-  ++commands.added;
-  tell(AF_INET, key, route, NLM_F_CREATE | NLM_F_APPEND);
+  insert4(key, route, Place::last, NLM_F_CREATE | NLM_F_APPEND);
 }
-
-void ModelKernel::prepend4(unsigned key, Route const& route) {
-  auto& routes = ipv4_[key];
-  if (routes.empty()) return;
-  routes.insert(routes.begin(), route);
-  ++commands.added;
-  tell(AF_INET, key, route, NLM_F_CREATE);
-}
+void ModelKernel::prepend4(unsigned key, Route const& route) { insert4(key, route, Place::first, NLM_F_CREATE); }
 
 void ModelKernel::replace4(unsigned key, Route const& route) {
   auto& routes = ipv4_[key];
   if (routes.empty() || holds(routes, route)) return;
   routes.front() = route;
   ++commands.overwritten;
-  tell(AF_INET, key, route, NLM_F_REPLACE);
+  tell(message(AF_INET, key, route), NLM_F_REPLACE);
 }
 
-void ModelKernel::delete4(unsigned key, std::size_t which) {
-  auto& routes = ipv4_[key];
+void ModelKernel::erase(std::uint8_t family, unsigned key, std::size_t which) {
+  auto& routes = (family == AF_INET ? ipv4_ : ipv6_)[key];
   if (which >= routes.size()) return;
   Route const gone = routes[which];
   routes.erase(routes.begin() + static_cast<std::ptrdiff_t>(which));
   ++commands.deleted;
-  tellGone(AF_INET, key, gone);
+  tell(message(family, key, gone).as(RTM_DELROUTE));
 }
+
+void ModelKernel::delete4(unsigned key, std::size_t which) { erase(AF_INET, key, which); }
+void ModelKernel::deleteAll6(unsigned key, std::size_t which) { erase(AF_INET6, key, which); }
 
 void ModelKernel::add6(unsigned key, unsigned path) {
   auto& routes = ipv6_[key];
   Route const alone{{path}};
-  bool const isFirst = routes.empty();
-  auto const withGateways =
-      std::find_if(routes.begin(), routes.end(), [](Route const& route) { return hasGateway(*route.paths.begin()); });
-  if (!hasGateway(path) || withGateways == routes.end()) {
+  auto const joined = withGateways(routes);
+  if (!hasGateway(path) || joined == routes.end()) {
     if (holds(routes, alone)) return;
+    std::uint16_t const flags = routes.empty() ? NLM_F_CREATE | NLM_F_EXCL : NLM_F_CREATE;
     routes.push_back(alone);
     ++commands.added;
-    return tell(AF_INET6, key, alone, isFirst ? NLM_F_CREATE | NLM_F_EXCL : NLM_F_CREATE);
+    return tell(message(AF_INET6, key, alone), flags);
   }
-  if (!withGateways->paths.insert(path).second) return;
+  if (!joined->paths.insert(path).second) return;
   ++commands.overwritten;
-  tell(AF_INET6, key, *withGateways, NLM_F_CREATE | NLM_F_APPEND);
+  tell(message(AF_INET6, key, *joined), NLM_F_CREATE | NLM_F_APPEND);
 }
 
 void ModelKernel::replace6(unsigned key, Paths const& paths) {
   auto& routes = ipv6_[key];
-  if (routes.empty() || holds(routes, Route{paths})) return;
-  auto const withGateways =
-      std::find_if(routes.begin(), routes.end(), [](Route const& route) { return hasGateway(*route.paths.begin()); });
-  if (withGateways == routes.end()) return;
-  withGateways->paths = paths;
+  auto const replaced = withGateways(routes);
+  if (replaced == routes.end() || holds(routes, Route{paths})) return;
+  replaced->paths = paths;
   ++commands.overwritten;
-  tell(AF_INET6, key, *withGateways, NLM_F_REPLACE);
+  tell(message(AF_INET6, key, *replaced), NLM_F_REPLACE);
 }
 
 void ModelKernel::delete6(unsigned key, unsigned path) {
@@ -136,16 +129,7 @@ void ModelKernel::delete6(unsigned key, unsigned path) {
   holder->paths.erase(path);
   ++(holder->paths.empty() ? commands.deleted : commands.overwritten);
   if (holder->paths.empty()) routes.erase(holder);
-  tellGone(AF_INET6, key, Route{{path}});
-}
-
-void ModelKernel::deleteAll6(unsigned key, std::size_t which) {
-  auto& routes = ipv6_[key];
-  if (which >= routes.size()) return;
-  Route const gone = routes[which];
-  routes.erase(routes.begin() + static_cast<std::ptrdiff_t>(which));
-  ++commands.deleted;
-  tellGone(AF_INET6, key, gone);
+  tell(message(AF_INET6, key, Route{{path}}).as(RTM_DELROUTE));
 }
 
 void ModelKernel::object(std::uint32_t id, unsigned path) {

@@ -46,10 +46,12 @@ class ModelKernel {
 
  private:
   using Table = std::map<unsigned, std::vector<Route>>;
+  enum class Place { alone, first, last };  // among the routes to one prefix
 
   [[nodiscard]] Message message(std::uint8_t family, unsigned key, Route const& route) const;
-  void tell(std::uint8_t family, unsigned key, Route const& route, std::uint16_t flags);
-  void tellGone(std::uint8_t family, unsigned key, Route const& route);
+  void tell(Message const& route, std::uint16_t flags = 0);
+  void insert4(unsigned key, Route const& route, Place place, std::uint16_t flags);
+  void erase(std::uint8_t family, unsigned key, std::size_t which);
   void dropSilently(bool (*isGone)(Route const&, std::uint32_t), std::uint32_t what);
   void answer();
 

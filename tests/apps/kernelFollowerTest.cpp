@@ -121,18 +121,22 @@ TEST(KernelFollower, ReadsAfreshOnlyWhenItMust) {
   kernel.notifications.tell(link(1, IFF_UP));      // as it was
   kernel.notifications.tell(link(9, 0, "dummy"));  // new
   kernel.notifications.tell(linkAddress(1, 0));
-  static_cast<void>(followed.state());
-  EXPECT_EQ(readings(), 1);
+  ifinfomsg port{};
+  port.ifi_family = AF_BRIDGE;
+  port.ifi_index = 1;
+  kernel.notifications.tell(Message{RTM_DELLINK, port});  // it left its bridge and is there all the same
+  EXPECT_TRUE(followed.agrees());
+  EXPECT_EQ(readings(), 2) << "one of them by this test";
 
   kernel.notifications.lose();
   static_cast<void>(followed.state());
-  EXPECT_EQ(readings(), 2) << "lost messages";
+  EXPECT_EQ(readings(), 3) << "lost messages";
   kernel.flap(1);
   static_cast<void>(followed.state());
-  EXPECT_EQ(readings(), 3) << "a link that went down";
+  EXPECT_EQ(readings(), 4) << "a link that went down";
   kernel.notifications.tellBytes(Buffer(7));
   static_cast<void>(followed.state());
-  EXPECT_EQ(readings(), 4) << "bytes that are no message";
+  EXPECT_EQ(readings(), 5) << "bytes that are no message";
 }
 
 TEST(KernelFollower, WaitsUntilThingsHaveSettledBeforeItReadsAfresh) {
@@ -204,42 +208,22 @@ TEST(KernelFollower, KeepsTheTimesOfChanges) {
   EXPECT_EQ(timesAfter(8, [&] { kernel.object(1, 1); }), expected) << "no route changed";
 }
 
-TEST(KernelFollower, IgnoresMessagesOfOthersAboutItsLinks) {
-  Followed followed;
-  followed.begin();
-  ifinfomsg header{};
-  header.ifi_family = AF_BRIDGE;
-  header.ifi_index = 1;
-  followed.kernel.notifications.tell(Message{RTM_DELLINK, header});  // a port that left its bridge
-  followed.kernel.add4(1, {{0}});
-  EXPECT_EQ(followed.state(), followed.read());
-  EXPECT_EQ(followed.kernel.source.requests(RTM_GETROUTE), 2) << "one of them by this test";
-}
-
 TEST(KernelFollower, ForgetsNextHopsAndSourcesThatNobodyUses) {
   Followed followed;
   followed.begin();
-  for (unsigned i = 0; i < 20'000; ++i) {
-    std::string const gateway =
-        "10." + std::to_string(i / 65'536) + "." + std::to_string(i / 256 % 256) + "." + std::to_string(i % 256);
-    rtmsg header{};
-    header.rtm_family = AF_INET;
-    header.rtm_type = RTN_UNICAST;
-    followed.kernel.notifications.tell(
-        Message{RTM_NEWROUTE, header}.put(RTA_OIF, 1U).put(RTA_GATEWAY, ip(gateway.c_str())), NLM_F_REPLACE);
-    if (i % 1000 == 0) static_cast<void>(followed.state());
-  }
+  RecordedNotifications& told = followed.kernel.notifications;
   for (unsigned i = 0; i < 20'000; ++i) {
     std::string const address = std::to_string(i / 256) + "." + std::to_string(i % 256);
-    followed.kernel.notifications.tell(nextHop(1, 1, ("10.1." + address).c_str()));  // no route goes by it
+    told.tell(routeVia(1, ("10.0." + address).c_str()), NLM_F_REPLACE);
+    told.tell(nextHop(1, 1, ("10.1." + address).c_str()));  // no route goes by it
     rtmsg header{};
     header.rtm_family = AF_INET6;
     header.rtm_type = RTN_UNREACHABLE;
     header.rtm_src_len = 64;
     Message const route =
         Message{RTM_NEWROUTE, header}.put(RTA_SRC, ip(("fd00:" + std::to_string(i % 10'000) + "::").c_str()));
-    followed.kernel.notifications.tell(route, NLM_F_CREATE);
-    followed.kernel.notifications.tell(route.as(RTM_DELROUTE));
+    told.tell(route, NLM_F_CREATE);
+    told.tell(route.as(RTM_DELROUTE));
     if (i % 1000 == 0) static_cast<void>(followed.state());
   }
   KernelFigures const figures = followed.state();
@@ -253,14 +237,25 @@ RC_GTEST_PROP(KernelFollower, SurvivesAnySpoiledNotification, ()) {
   followed.begin();
   auto const bytes = *rc::gen::container<std::vector<std::pair<std::size_t, std::uint8_t>>>(
       rc::gen::pair(rc::gen::inRange<std::size_t>(0, 120), rc::gen::arbitrary<std::uint8_t>()));
+  auto const end = *rc::gen::inRange<std::size_t>(sizeof(nlmsghdr), 200);
+  Message const routeByLabels =
+      route(AF_MPLS).put(RTA_DST, 100U).put(RTA_VIA, via("10.0.0.1")).put(RTA_NEWDST, std::uint32_t{1});
+  Message const encapsulated =
+      routeVia(3, "10.0.0.1").put(RTA_ENCAP_TYPE, std::uint16_t{LWTUNNEL_ENCAP_IP}).put(RTA_ENCAP, Buffer(20));
   for (Message const& message :
-       {routeVia(AF_INET, {hop(1, "10.0.0.1"), hop(2, "10.0.0.5")}), link(1, 0, "vxlan", 2, 3), linkAddress(1, 0),
-        neighbour(1, "10.0.0.1", NUD_REACHABLE), nextHopGroup(10, {1, 2}), forwarding(AF_INET, -1, 1)}) {
+       {routeVia(AF_INET, {hop(1, "10.0.0.1"), hop(2, "10.0.0.5")}), encapsulated, routeByLabels,
+        link(1, 0, "vxlan", 2, 3), linkAddress(1, 0), neighbour(1, "fd00::1", NUD_REACHABLE), nextHop(1, 3, "10.0.0.1"),
+        nextHopGroup(10, {1, 2}), forwarding(AF_INET, -1, 1)}) {
     Buffer datagram = message.framed(0, NLM_F_REPLACE);
     for (auto const& [place, value] : bytes) {
       if (place < datagram.size()) datagram[place] = std::byte{value};
     }
-    datagram.shrink_to_fit();
+    if (end < datagram.size()) {  // cut off, and well framed all the same
+      datagram.resize(end);
+      auto const length = static_cast<std::uint32_t>(end);
+      std::memcpy(datagram.data(), &length, sizeof length);
+    }
+    datagram.shrink_to_fit();  // so that a sanitizer sees the first byte read behind the end
     followed.kernel.notifications.tellBytes(std::move(datagram));
   }
   static_cast<void>(followed.state());

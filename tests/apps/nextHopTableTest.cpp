@@ -32,28 +32,6 @@ TEST(NextHopTable, KeepsTheSamePathOnce) {
   EXPECT_NE(table.pathOf(path(1)), first);
 }
 
-TEST(NextHopTable, TellsPathsOfOneAdjacencyByTheirEncapsulation) {
-  NextHopTable table;
-  Buffer const blue = bytesOf(std::uint32_t{100});
-  Buffer const red = bytesOf(std::uint32_t{200});
-  Path tunnelled = path(1, "10.0.0.1");
-  tunnelled.encapsulationType = LWTUNNEL_ENCAP_IP;
-  tunnelled.encapsulation = blue;
-  std::uint32_t const first = table.pathOf(tunnelled);
-  EXPECT_NE(table.pathOf(path(1, "10.0.0.1")), first);
-  tunnelled.encapsulation = red;
-  EXPECT_NE(table.pathOf(tunnelled), first);
-  tunnelled.encapsulation = blue;
-  EXPECT_EQ(table.pathOf(tunnelled), first);
-  tunnelled.encapsulationType = LWTUNNEL_ENCAP_SEG6;
-  EXPECT_NE(table.pathOf(tunnelled), first);
-  EXPECT_EQ(table.adjacencies().size(), 1U);
-  EXPECT_TRUE(table.isTunnelled(table.path(first)));
-
-  tunnelled.encapsulationType = Path::labels;
-  EXPECT_FALSE(table.isTunnelled(table.path(table.pathOf(tunnelled)))) << "a label swap is no tunnel";
-}
-
 RC_GTEST_PROP(NextHopTable, GivesEqualSetsAndOnlyThemTheSameNumber, ()) {
   NextHopTable table;
   std::map<std::set<std::uint32_t>, std::uint32_t> model;
