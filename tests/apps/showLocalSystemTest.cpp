@@ -7,9 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include <chrono>
-#include <cstdint>
 #include <fstream>
-#include <map>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -50,26 +48,12 @@ Json fecCountStats(int single, int multi) {
   return {{"numNonEcmpFecs", single}, {"numEcmpFecs", multi}, {"numFecEntries", single + multi}};
 }
 
-// The figures of one family by prefix length: `routes` shorter ones by their lengths.
-Json prefixes(int hosts, std::map<std::string, int> const& routes) {
-  Json lengths = Json::object();
-  for (auto const& [length, count] : routes) lengths[length] = true;
-  return {{"hostsInLem", hosts != 0}, {"hostCount", hosts}, {"prefixLenInLem", lengths}, {"routeCount", routes}};
-}
-
-// 'ip' lines that add, or delete, IPv4 routes of each length from 8 to 32: one of /8, two of /9 and so on; and an IPv6
-// route four times as long for each length.
-std::string routesOfManyLengths(char const* command) {
-  std::ostringstream lines;
-  for (unsigned length = 8; length <= 32; ++length) {
-    for (unsigned i = 0; i < length - 7; ++i) {
-      std::uint32_t const address = (40U << 24U) + (i << (32 - length));
-      lines << "route " << command << " blackhole " << (address >> 24U) << '.' << (address >> 16U & 255U) << '.'
-            << (address >> 8U & 255U) << '.' << (address & 255U) << '/' << length << '\n';
-    }
-    lines << "route " << command << " blackhole fd10:" << length << "::/" << length * 4 << '\n';
-  }
-  return lines.str();
+// The figures of a family whose prefixes are host routes and `count` others of one length.
+Json prefixes(int hosts, char const* length, int count) {
+  return {{"hostsInLem", hosts != 0},
+          {"hostCount", hosts},
+          {"prefixLenInLem", {{length, true}}},
+          {"routeCount", {{length, count}}}};
 }
 
 // Two veth links of which the second has no carrier, and a VXLAN link over the first.
@@ -116,31 +100,6 @@ std::string hostRoutes(int count) {
   return lines.str();
 }
 
-void checkPrefixLengths() {
-  // Besides the hosts: two connected ones and eight; one connected one and two.
-  Json const ipv4 = prefixes(1000, {{"24", 10}});
-  Json const ipv6 = prefixes(0, {{"64", 3}});
-  Json const before = figures().at("status");
-  EXPECT_EQ(before.at("lemV4RouteStats"), ipv4);
-  EXPECT_EQ(before.at("lemV6RouteStats"), ipv6);
-
-  ASSERT_TRUE(ip(routesOfManyLengths("add")));
-  std::map<std::string, int> ipv4Routes;
-  std::map<std::string, int> ipv6Routes;
-  for (int length = 8; length < 32; ++length) {
-    ipv4Routes[std::to_string(length)] = length - 7;
-    ipv6Routes[std::to_string(length * 4)] = 1;
-  }
-  ipv4Routes["24"] += 10;
-  ipv6Routes["64"] += 3;
-  Json const now = figures().at("status");
-  EXPECT_EQ(now.at("lemV4RouteStats"), prefixes(1025, ipv4Routes));
-  EXPECT_EQ(now.at("lemV6RouteStats"), prefixes(1, ipv6Routes));
-
-  ASSERT_TRUE(ip(routesOfManyLengths("del")));
-  EXPECT_EQ(figures().at("status").at("lemV4RouteStats"), ipv4);
-}
-
 void checkFigures() {
   // The kernel may put tunnel links of its own into each namespace.
   int const tunnelsBefore = figures().at("status").at("inUseIpTunnelEntries").at("0");
@@ -156,16 +115,14 @@ void checkFigures() {
   // Two connected ones, eight, a thousand. Next hops: two links, the tunnel, four gateways.
   EXPECT_EQ(status.at("ipv4RouteStats"), routeStats(1010, 7, 4, 2, 2, 2));
   EXPECT_EQ(status.at("ipv6RouteStats"), routeStats(3, 3, 1, 1, 0, 0));
-  EXPECT_EQ(status.at("mplsRouteStats"), routeStats(0, 0, 0, 0, 0, 0));
   // Single: a0, b0, 10.0.0.2, 10.0.0.3, 10.1.0.2, fd00::2. Several: the IPv4 pair, the IPv6 pair.
   EXPECT_EQ(status.at("ipFecs"), fecCountStats(6, 2));
-  EXPECT_EQ(status.at("mplsFecs"), fecCountStats(0, 0));
   EXPECT_EQ(status.at("tunnelFecs"), fecCountStats(1, 0));
   EXPECT_EQ(status.at("inUseArpEntries"), (Json{{"0", 2}}));
   EXPECT_EQ(status.at("inUseIpTunnelEntries"), (Json{{"0", tunnelsBefore + 1}}));
-  EXPECT_EQ(status.at("inUseMplsTailEntries"), (Json{{"0", 0}}));
-  EXPECT_EQ(status.at("inUseMplsHeadEntries"), (Json{{"0", 0}}));
-  checkPrefixLengths();
+  // Besides the hosts: two connected ones and eight; one connected one and two.
+  EXPECT_EQ(status.at("lemV4RouteStats"), prefixes(1000, "24", 10));
+  EXPECT_EQ(status.at("lemV6RouteStats"), prefixes(0, "64", 3));
   EXPECT_EQ(json.at("restartCompletionStatus").at("restartComplete"), true);
   EXPECT_EQ(json.at("aradVxlanRoutingStatus").at("vxlanRoutingEnabled"), false);
 
