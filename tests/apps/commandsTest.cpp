@@ -119,15 +119,11 @@ TEST_F(Commands, WhatDoesNotFitIsRefusedAndChangesNothing) {
            Case{"status.numVrfs", "abc",
                 "The value of status.numVrfs is a U32, such as 0; 'abc' is none: expected a "
                 "whole number at column 0, found 'abc'."},
-           Case{"status.numVrfs", "", "expected a whole number at column 0"},
-           Case{"status.numVrfs", "1 2", "junk at column 1"},
            Case{"status.numVrfs", "4294967296", "'4294967296' does not fit into one."},
-           Case{"status.numVrfs", "-1", "'-1' does not fit into one."},
            Case{"status.numVrfs", {}, "status.numVrfs needs a value: a U32, such as 0."},
            Case{"status.displayAradStats", "1", "a bool, such as False"},
            Case{"status.ipFecs", "Value('X', ** {})", "FecCountStats"},
            Case{"cliConfig.lpmLevelBits", "Value('Hardware::DornL3Unicast::LpmLevelBits', ** {'level1': 9})", "level1"},
-           Case{"auditRequest.tableToAudit", "ipv4", "a Vek::String, such as ''; 'ipv4' is none: expected a string in"},
            Case{"status.inUseArpEntries", "1", "is a collection: name one member, as status.inUseArpEntries[KEY]."},
            Case{"status.ipFecs.numEcmpFecs", "1", "is part of a value, which is set as a whole: set status.ipFecs."},
            Case{"status.writeCount", "1", "status.writeCount is read only."},
@@ -142,10 +138,8 @@ TEST_F(Commands, WhatDoesNotFitIsRefusedAndChangesNothing) {
   }
   for (auto const& [path, says] : std::vector<std::pair<char const*, char const*>>{
            {"status", "status is always there: only members of collections and children can be removed."},
-           {"status.numVrfs", "is always there"},
            {"status.inUseArpEntries", "is a collection: name one member"},
            {"status.inUseArpEntries[9]", "status.inUseArpEntries[9] is not there."},
-           {"auditStatus.auditInfo[x]", "is not there."},
            {"status.lemV4RouteStats", "is not there: there is nothing to remove."},
        }) {
     SCOPED_TRACE(path);
@@ -205,9 +199,7 @@ TEST_F(Commands, TheCommandLineNeedsLocalWhereEntitiesAreWanted) {
             "Only this host's own entities can be reached. Add --local: 'dornl3 get --local ...'.");
   EXPECT_THROW(misuse("set --local"), CLI::RequiredError);
   EXPECT_THROW(misuse("get --local -r --digest status"), CLI::ExcludesError);
-}
 
-TEST_F(Commands, TheCommandLineSets) {
   CLI::App app;
   CommandLine const commands{app};
   app.parse("set --local status.inUseArpEntries[0] 5");

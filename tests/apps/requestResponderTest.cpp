@@ -104,8 +104,6 @@ TEST_F(Responder, FillsTheCollectionsAndTheChildren) {
 
 // Writes down what it hears of a child of Status.
 struct PrefixWatcher : LemRouteStats::Notifiee {
-  void onHostsInLem() override { heard.push_back("hostsInLem"); }
-  void onHostCount() override { heard.push_back("hostCount"); }
   void onPrefixLenInLem(Vek::U32 length) override { heard.push_back("prefixLenInLem " + std::to_string(length)); }
   void onRouteCount(Vek::U32 length) override { heard.push_back("routeCount " + std::to_string(length)); }
   std::vector<std::string> heard;
