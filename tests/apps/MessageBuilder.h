@@ -35,6 +35,12 @@ inline Buffer bytesOf(std::string_view text) {
   return buffer;
 }
 
+inline Buffer joined(std::vector<Buffer> const& all) {
+  Buffer whole;
+  for (Buffer const& one : all) whole.insert(whole.end(), one.begin(), one.end());
+  return whole;
+}
+
 // The bytes of an address as people write it: "10.0.0.1", "fd00::1".
 inline Buffer ip(char const* text) {
   Buffer buffer(16);
@@ -50,10 +56,7 @@ inline std::uint8_t familyOf(char const* address) { return ip(address).size() ==
 
 // The payload of RTA_VIA.
 inline Buffer via(char const* address) {
-  Buffer buffer = bytesOf(__kernel_sa_family_t{familyOf(address)});
-  Buffer const bytes = ip(address);
-  buffer.insert(buffer.end(), bytes.begin(), bytes.end());
-  return buffer;
+  return joined({bytesOf(__kernel_sa_family_t{familyOf(address)}), ip(address)});
 }
 
 // A fixed header and attributes behind it: the body of a message, or a next hop of a multi-path route.
@@ -69,9 +72,8 @@ class Message {
     return put(attribute, bytesOf(value));
   }
   Message& put(std::uint16_t attribute, Buffer const& payload) {
-    Buffer const header = bytesOf(nlattr{static_cast<std::uint16_t>(sizeof(nlattr) + payload.size()), attribute});
-    append(header);
-    append(payload);
+    nlattr const header{static_cast<std::uint16_t>(sizeof(nlattr) + payload.size()), attribute};
+    bytes_ = joined({bytes_, bytesOf(header), payload});
     pad(bytes_);
     return *this;
   }
@@ -92,14 +94,12 @@ class Message {
     header.nlmsg_type = type_;
     header.nlmsg_flags = flags;
     header.nlmsg_seq = sequence;
-    Buffer whole = bytesOf(header);
-    whole.insert(whole.end(), bytes_.begin(), bytes_.end());
+    Buffer whole = joined({bytesOf(header), bytes_});
     pad(whole);
     return whole;
   }
 
  private:
-  void append(Buffer const& more) { bytes_.insert(bytes_.end(), more.begin(), more.end()); }
   static void pad(Buffer& buffer) { buffer.resize(MNL_ALIGN(buffer.size())); }
 
   std::uint16_t type_;
@@ -147,14 +147,9 @@ inline Message nextHop(std::uint32_t id, std::uint32_t link, char const* gateway
 }
 
 inline Message nextHopGroup(std::uint32_t id, std::vector<std::uint32_t> const& members) {
-  Buffer payload;
-  for (std::uint32_t member : members) {
-    nexthop_grp entry{};
-    entry.id = member;
-    Buffer const bytes = bytesOf(entry);
-    payload.insert(payload.end(), bytes.begin(), bytes.end());
-  }
-  return Message{RTM_NEWNEXTHOP, nhmsg{}}.put(NHA_ID, id).put(NHA_GROUP, payload);
+  std::vector<Buffer> entries;
+  for (std::uint32_t member : members) entries.push_back(bytesOf(nexthop_grp{member, {}, {}, {}}));
+  return Message{RTM_NEWNEXTHOP, nhmsg{}}.put(NHA_ID, id).put(NHA_GROUP, joined(entries));
 }
 
 inline Message route(std::uint8_t family, std::uint8_t type = RTN_UNICAST, std::uint32_t flags = 0) {
@@ -185,9 +180,7 @@ inline Buffer pathBy(int link, Buffer const& attributes, std::uint8_t flags = 0,
   header.rtnh_flags = flags;
   header.rtnh_hops = static_cast<std::uint8_t>(weight - 1);
   header.rtnh_ifindex = link;
-  Buffer bytes = bytesOf(header);
-  bytes.insert(bytes.end(), attributes.begin(), attributes.end());
-  return bytes;
+  return joined({bytesOf(header), attributes});
 }
 
 inline Buffer hop(int link, char const* gateway, std::uint8_t flags = 0, std::uint8_t weight = 1) {
@@ -195,9 +188,7 @@ inline Buffer hop(int link, char const* gateway, std::uint8_t flags = 0, std::ui
 }
 
 inline Message routeVia(std::uint8_t family, std::vector<Buffer> const& hops) {
-  Buffer payload;
-  for (Buffer const& one : hops) payload.insert(payload.end(), one.begin(), one.end());
-  return route(family).put(RTA_MULTIPATH, payload);
+  return route(family).put(RTA_MULTIPATH, joined(hops));
 }
 
 }  // namespace Apps::Kernel

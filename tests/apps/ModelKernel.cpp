@@ -46,12 +46,11 @@ Message ModelKernel::message(std::uint8_t family, unsigned key, Route const& rou
     message.put(RTA_OIF, linkOf(path));
     return hasGateway(path) ? message.put(RTA_GATEWAY, ip(gatewayOf(family, path).c_str())) : message;
   }
-  Buffer hops;
+  std::vector<Buffer> hops;
   for (unsigned path : route.paths) {
-    Buffer const one = hop(static_cast<int>(linkOf(path)), gatewayOf(family, path).c_str());
-    hops.insert(hops.end(), one.begin(), one.end());
+    hops.push_back(hop(static_cast<int>(linkOf(path)), gatewayOf(family, path).c_str()));
   }
-  return message.put(RTA_MULTIPATH, hops);
+  return message.put(RTA_MULTIPATH, joined(hops));
 }
 
 void ModelKernel::tell(Message const& route, std::uint16_t flags) {

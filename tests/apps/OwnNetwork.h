@@ -1,6 +1,7 @@
 // OwnNetwork: an empty network namespace for a test, and 'ip' to furnish it.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <sched.h>
 
 #include <cstdio>
@@ -10,15 +11,15 @@
 namespace Apps {
 
 // Runs `body` on a thread that has an empty network namespace for itself; the programs it starts share it.
-// False if this process may not make one.
+// Skips the test if this process may not make one.
 template <class Body>
-bool inOwnNetwork(Body&& body) {
+void inOwnNetwork(Body&& body) {
   bool made = false;
   std::thread{[&] {
     made = unshare(CLONE_NEWNET) == 0;
     if (made) body();
   }}.join();
-  return made;
+  if (!made) GTEST_SKIP() << "making a network namespace is not permitted: run the test as root";
 }
 
 // Has 'ip -batch' carry out the lines. True if all of them succeed.
