@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <map>
 #include <string>
 #include <vector>
@@ -15,32 +16,34 @@ namespace {
 using namespace Hardware::DornL3Unicast;
 
 Kernel::KernelFigures someFigures() {
-  Kernel::KernelFigures figures;
-  figures.vrfs = 3;
-  figures.vxlanTunnels = 2;
-  figures.routesVxlan = true;
-  figures.ipv4 = {10, 9, 8, 7, 6, 5};
-  figures.ipv6 = {20, 19, 18, 17, 16, 15};
-  figures.mpls = {30, 29, 28, 27, 26, 25};
-  figures.ipSets = {1, 2};
-  figures.mplsSets = {3, 4};
-  figures.tunnelSets = {5, 6};
-  figures.tunnels = 4;
-  figures.linkLayerNeighbours = 7;
-  figures.mplsPops = 8;
-  figures.mplsPushes = 9;
-  figures.ipv4Prefixes.hosts = 40;
+  Kernel::KernelFigures figures{
+      .vrfs = 3,
+      .vxlanTunnels = 2,
+      .tunnels = 4,
+      .routesVxlan = true,
+      .ipv4 = {10, 9, 8, 7, 6, 5},
+      .ipv6 = {20, 19, 18, 17, 16, 15},
+      .mpls = {30, 29, 28, 27, 26, 25},
+      .ipv4Prefixes = {.hosts = 40},
+      .ipv6Prefixes = {},
+      .mplsPops = 8,
+      .mplsPushes = 9,
+      .ipSets = {1, 2},
+      .mplsSets = {3, 4},
+      .tunnelSets = {5, 6},
+      .commands = {.processed = 100, .added = 60, .deleted = 50, .overwritten = 40, .failed = 1},
+      .times = {.ipv4 = {1, 2, 3, 4}, .ipv6 = {5, 6, 7, 8}},
+      .linkLayerNeighbours = 7,
+      .failedNeighbours = 11,
+      .routesTrapped = 12,
+      .failedNextHops = 13,
+      .nestedGroups = 14,
+      .missingNextHops = 15,
+      .interrupted = {},
+  };
   figures.ipv4Prefixes.byLength[0] = 1;
   figures.ipv4Prefixes.byLength[24] = 50;
   figures.ipv6Prefixes.byLength[127] = 60;
-  figures.commands.processed = 100;
-  figures.commands.added = 60;
-  figures.commands.failed = 1;
-  figures.failedNeighbours = 11;
-  figures.routesTrapped = 12;
-  figures.failedNextHops = 13;
-  figures.nestedGroups = 14;
-  figures.missingNextHops = 15;
   return figures;
 }
 
@@ -57,7 +60,15 @@ class Responder : public LeakCheck {
       roots_, [this] { return kernel_(); }, [] { return 1234.5; });
 };
 
-TEST_F(Responder, FillsTheEntities) {
+// What a collection holds, by key.
+template <class Iterator>
+std::map<unsigned, unsigned> contents(Iterator it) {
+  std::map<unsigned, unsigned> all;
+  for (; it; ++it) all[it->key()] = it->value();
+  return all;
+}
+
+TEST_F(Responder, FillsTheEntitiesTheirCollectionsAndChildren) {
   roots_.request->statusRequestIdInc(1);
   Status const& status = *roots_.status;
   EXPECT_EQ(status.numVrfs(), 3U);
@@ -68,23 +79,17 @@ TEST_F(Responder, FillsTheEntities) {
   EXPECT_EQ(status.ipFecs(), (FecCountStats{1, 2, 3}));
   EXPECT_EQ(status.mplsFecs(), (FecCountStats{3, 4, 7}));
   EXPECT_EQ(status.tunnelFecs(), (FecCountStats{5, 6, 11}));
-  EXPECT_EQ(status.lemCmdsStats(), (LemCmdsStats{100, 1, 60, 0, 0}));
+  EXPECT_EQ(status.lemCmdsStats(), (LemCmdsStats{100, 1, 60, 50, 40}));
   EXPECT_EQ(status.restartHelperStats(), (RestartHelperStats{11, 12, 13, 14, 15}));
+  TimingMarkers const times = status.timingMarkers();
+  EXPECT_EQ((std::array{times.lastRouteUpdateTime(), times.lastDefaultRouteUpdateTime(),
+                        times.routingEnabledLastUpdTime(), times.routingDisabledLastUpdTime(),
+                        times.lastV6RouteUpdateTime(), times.lastV6DefaultRouteUpdateTime(),
+                        times.v6RoutingEnabledLastUpdTime(), times.v6RoutingDisabledLastUpdTime()}),
+            (std::array<Vek::Seconds, 8>{1, 2, 3, 4, 5, 6, 7, 8}));
   EXPECT_TRUE(roots_.vxlanRouting->vxlanRoutingEnabled());
   EXPECT_TRUE(roots_.restartCompletion->restartComplete());
-}
 
-// What a collection holds, by key.
-template <class Iterator>
-std::map<unsigned, unsigned> contents(Iterator it) {
-  std::map<unsigned, unsigned> all;
-  for (; it; ++it) all[it->key()] = it->value();
-  return all;
-}
-
-TEST_F(Responder, FillsTheCollectionsAndTheChildren) {
-  roots_.request->statusRequestIdInc(1);
-  Status const& status = *roots_.status;
   Hardware::Dorn::FapId const kernel{0};
   EXPECT_EQ(status.inUseArpEntries(kernel), 7U);
   EXPECT_EQ(status.inUseIpTunnelEntries(kernel), 4U);
