@@ -25,13 +25,6 @@ TEST_F(Dump, TakesEachMessageOnce) {
   EXPECT_EQ(taken_, 500);
 }
 
-TEST_F(Dump, KeepsTheLastAttemptWhenTheTableNeverSettles) {
-  kernel_.answer(RTM_GETROUTE, {.messages = {route(AF_INET)}, .interrupted = true});
-  EXPECT_EQ(read(), Outcome::interrupted);
-  EXPECT_EQ(kernel_.requests(RTM_GETROUTE), Dumper::attempts);
-  EXPECT_EQ(taken_, 1);
-}
-
 TEST_F(Dump, StartsOverOnAFreshSocketWhenMessagesWereLost) {
   kernel_.answer(RTM_GETROUTE, {.messages = {route(AF_INET)}, .overrun = true});
   kernel_.messages(RTM_GETROUTE, {route(AF_INET), route(AF_INET)});

@@ -1,6 +1,7 @@
 // What the figures say of hosts made of recorded messages.
 #include "apps/kernel/KernelReader.h"
 
+#include "apps/kernel/Dump.h"
 #include "tests/apps/RecordedSource.h"
 
 #include <gtest/gtest.h>
@@ -240,10 +241,11 @@ TEST_F(Host, StartsTheFiguresOverWithEachAttempt) {
   EXPECT_TRUE(figures.interrupted.empty());
 }
 
-TEST_F(Host, NamesTheTablesThatNeverSettled) {
+TEST_F(Host, NamesTheTablesThatNeverSettledAndKeepsTheirLastState) {
   kernel_.answer(RTM_GETROUTE, {.messages = {connected(1)}, .interrupted = true});
   KernelFigures const figures = readKernel(kernel_);
   EXPECT_EQ(figures.interrupted, std::vector<std::string_view>{"The kernel's routes"});
+  EXPECT_EQ(kernel_.requests(RTM_GETROUTE), Dumper::attempts);
   EXPECT_EQ(figures.ipv4.routes, 1U);
 }
 

@@ -12,6 +12,9 @@ constexpr std::uint32_t vlan = 3;
 constexpr std::uint32_t vrf = 4;
 constexpr std::uint32_t underlay = 5;
 
+constexpr Link alone{vxlan, IFF_UP, 0, 0, LinkKind::vxlan};
+constexpr Link bridged{vxlan, IFF_UP, bridge, 0, LinkKind::vxlan};
+
 struct Situation {
   char const* what;
   std::vector<Link> links;
@@ -22,31 +25,23 @@ struct Situation {
 TEST(LinkTable, TellsWhetherVxlanTakesPartInRouting) {
   Situation const situations[] = {
       {"no VXLAN link", {{bridge, IFF_UP}}, {{bridge, true}}, false},
-      {"a VXLAN link without address", {{vxlan, IFF_UP, 0, 0, LinkKind::vxlan}}, {}, false},
-      {"a link-local address alone", {{vxlan, IFF_UP, 0, 0, LinkKind::vxlan}}, {{vxlan, false}}, false},
-      {"an address on the link", {{vxlan, IFF_UP, 0, 0, LinkKind::vxlan}}, {{vxlan, true}}, true},
+      {"a VXLAN link without address", {alone}, {}, false},
+      {"a link-local address alone", {alone}, {{vxlan, false}}, false},
+      {"an address on the link", {alone}, {{vxlan, true}}, true},
       {"the link is down", {{vxlan, 0, 0, 0, LinkKind::vxlan}}, {{vxlan, true}}, false},
       {"an address on its underlay only",
        {{vxlan, IFF_UP, 0, underlay, LinkKind::vxlan}, {underlay, IFF_UP}},
        {{underlay, true}},
        false},
-      {"an address on its bridge",
-       {{vxlan, IFF_UP, bridge, 0, LinkKind::vxlan}, {bridge, IFF_UP}},
-       {{bridge, true}},
-       true},
-      {"the bridge is down", {{vxlan, IFF_UP, bridge, 0, LinkKind::vxlan}, {bridge, 0}}, {{bridge, true}}, false},
-      {"its bridge in a VRF",
-       {{vxlan, IFF_UP, bridge, 0, LinkKind::vxlan}, {bridge, IFF_UP, vrf}, {vrf, IFF_UP, 0, 0, LinkKind::vrf}},
-       {},
-       true},
+      {"an address on its bridge", {bridged, {bridge, IFF_UP}}, {{bridge, true}}, true},
+      {"the bridge is down", {bridged, {bridge, 0}}, {{bridge, true}}, false},
+      {"its bridge in a VRF", {bridged, {bridge, IFF_UP, vrf}, {vrf, IFF_UP, 0, 0, LinkKind::vrf}}, {}, true},
       {"an address on a VLAN of its bridge",
-       {{vxlan, IFF_UP, bridge, 0, LinkKind::vxlan}, {bridge, IFF_UP}, {vlan, IFF_UP, 0, bridge, LinkKind::stacked}},
+       {bridged, {bridge, IFF_UP}, {vlan, IFF_UP, 0, bridge, LinkKind::stacked}},
        {{vlan, true}},
        true},
       {"links that stand on each other",
-       {{vxlan, IFF_UP, bridge, 0, LinkKind::vxlan},
-        {bridge, IFF_UP, bridge, vlan, LinkKind::stacked},
-        {vlan, IFF_UP, 0, bridge, LinkKind::stacked}},
+       {bridged, {bridge, IFF_UP, bridge, vlan, LinkKind::stacked}, {vlan, IFF_UP, 0, bridge, LinkKind::stacked}},
        {},
        false},
   };
