@@ -31,14 +31,9 @@ bool isAt(Cursor const& it, Cursor const& end, char byte) noexcept {
   return !text.empty() && text.front() == byte;
 }
 
-void needByte(Cursor& it, Cursor const& end, char const* byte) {
-  if (!isAt(it, end, *byte)) throwExpected(byte, it, end);
-  ++it;
-}
-
 Step readStep(Cursor& it, Cursor const& end) {
   Step step;
-  needByte(it, end, ".");
+  needString(it, end, ".");
   std::string_view const text = between(it, end);
   auto const length = std::find_if_not(text.begin(), text.end(), isNameByte) - text.begin();
   if (length == 0) throwExpected("the name of an attribute", it, end);
@@ -48,7 +43,7 @@ Step readStep(Cursor& it, Cursor const& end) {
   ++it;
   step.isKeyed = true;
   step.key = readPathComponent(it, end);
-  needByte(it, end, "]");
+  needString(it, end, "]");
   return step;
 }
 
