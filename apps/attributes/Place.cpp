@@ -67,6 +67,10 @@ Place memberOf(Place const& collection, GenericConst const& key) {
   return {memberPath(collection.path, keyText(*key)), collection.holder, collection.attr, key};
 }
 
+bool isText(VekType const& type) {
+  return &type == Vek::Name::_fwkType() || &type == Vek::Builtin<Vek::String8>::_fwkType();
+}
+
 std::string keyName(GenericIf const& key) {
   VekType const* const type = key.type();
   if (type == Vek::Name::_fwkType()) return std::string{static_cast<Vek::Name const*>(key.voidPtrIs(type))->view()};
@@ -77,9 +81,7 @@ std::string keyName(GenericIf const& key) {
 }
 
 std::string keyText(GenericIf const& key) {
-  VekType const* const type = key.type();
-  bool const isText = type == Vek::Name::_fwkType() || type == Vek::Builtin<Vek::String8>::_fwkType();
-  if (!isText) return keyName(key);
+  if (!isText(*key.type())) return keyName(key);
   return std::string{Vek::pathComponent(Vek::Name(std::string_view{keyName(key)})).view()};
 }
 

@@ -43,6 +43,8 @@ struct Place {
 [[nodiscard]] Place attributeOf(Place const& owner, Generic const& holder, Vek::VekAttr const& attr);
 [[nodiscard]] Place memberOf(Place const& collection, GenericConst const& key);
 
+/// Whether keys of that type are texts, which stand in a path as they are.
+[[nodiscard]] bool isText(Vek::VekType const& type);
 /// What a key is called: its bytes where it is a text, else the text of its value.
 [[nodiscard]] std::string keyName(Vek::GenericIf const& key);
 /// The same as it stands in a path.

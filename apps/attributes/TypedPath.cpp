@@ -2,7 +2,6 @@
 
 #include "apps/attributes/Misfit.h"
 #include "core/Nearest.h"
-#include "platform/vek/Builtin.h"
 #include "platform/vek/Path.h"
 #include "platform/vek/TextReader.h"
 
@@ -23,8 +22,6 @@ std::string didYouMean(Name const& word, std::vector<Name> const& candidates) {
   std::string_view const best = Vek::nearestWord(word, {candidates.begin(), candidates.end()});
   return best.empty() ? ". " : fmt::format("; did you mean '{}'? ", best);
 }
-
-bool isText(VekType const* type) { return type == Name::_fwkType() || type == Vek::Builtin<Vek::String8>::_fwkType(); }
 
 bool isParent(VekType const& owner, VekAttr const& attr) {
   return owner.isEntity() && attr.id() == Vek::Entity::parentAttrNumber;
@@ -123,7 +120,7 @@ class Reader {
   }
 
   GenericConst key(VekType const& type) {
-    if (isText(&type)) {
+    if (isText(type)) {
       Name const name = Vek::readPathComponent(it_, end_);
       if (&type == Name::_fwkType()) return type.genericIf(static_cast<void const*>(&name), false);
       Vek::String8 const text{name};
@@ -162,7 +159,7 @@ TypedPath readPath(Vek::Dir const& roots, std::string_view path) {
 
 std::string keyHint(std::string_view path, VekAttr const& collection) {
   VekType const& type = *collection.keyType();
-  return fmt::format("name one member, as {}[KEY]. The key is {}", path, isText(&type) ? "a text" : wanted(type));
+  return fmt::format("name one member, as {}[KEY]. The key is {}", path, isText(type) ? "a text" : wanted(type));
 }
 
 }  // namespace Apps::Attributes
