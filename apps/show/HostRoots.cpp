@@ -4,8 +4,6 @@
 #include "apps/show/WallClock.h"
 #include "platform/vek/Dir.h"
 
-#include <string_view>
-
 namespace Apps::Show {
 
 Interrupted fillFrom(ReadFigures const& read, Roots const& roots) {

@@ -20,14 +20,8 @@ FecCountStats fecCountStats(Kernel::SetCounts const& counts) {
   return FecCountStats{counts.singlePath, counts.multiPath, counts.singlePath + counts.multiPath};
 }
 
-LemCmdsStats lemCmdsStats(Kernel::KernelFigures const& figures) {
-  LemCmdsStats stats;
-  stats.totalProcessedIs(figures.commands.processed);
-  stats.failedIs(figures.commands.failed);
-  stats.addedIs(figures.commands.added);
-  stats.deletedIs(figures.commands.deleted);
-  stats.overwrittenIs(figures.commands.overwritten);
-  return stats;
+LemCmdsStats lemCmdsStats(Kernel::RouteCommands const& commands) {
+  return LemCmdsStats{commands.processed, commands.failed, commands.added, commands.deleted, commands.overwritten};
 }
 
 TimingMarkers timingMarkers(Kernel::ChangeTimes const& times) {
@@ -44,13 +38,8 @@ TimingMarkers timingMarkers(Kernel::ChangeTimes const& times) {
 }
 
 RestartHelperStats restartHelperStats(Kernel::KernelFigures const& figures) {
-  RestartHelperStats stats;
-  stats.failedInitArpEntryIs(figures.failedNeighbours);
-  stats.routesPointedAtCpuIs(figures.routesTrapped);
-  stats.failedFecRecoveryIs(figures.failedNextHops);
-  stats.fecWithMultipleFecViasIs(figures.nestedGroups);
-  stats.fecNotRecoveredIs(figures.missingNextHops);
-  return stats;
+  return RestartHelperStats{figures.failedNeighbours, figures.routesTrapped, figures.failedNextHops,
+                            figures.nestedGroups, figures.missingNextHops};
 }
 
 // Calls `remove`, which takes the iterator, at each member of a collection whose key is gone.
@@ -105,7 +94,7 @@ void fill(Roots const& roots, Kernel::KernelFigures const& figures) {
   fillEntriesInUse(status, figures);
   fillPrefixes(*status.lemV4RouteStatsIs("lemV4RouteStats"), figures.ipv4Prefixes);
   fillPrefixes(*status.lemV6RouteStatsIs("lemV6RouteStats"), figures.ipv6Prefixes);
-  status.lemCmdsStatsIs(lemCmdsStats(figures));
+  status.lemCmdsStatsIs(lemCmdsStats(figures.commands));
   status.timingMarkersIs(timingMarkers(figures.times));
   roots.vxlanRouting->vxlanRoutingEnabledIs(figures.routesVxlan);
   if (roots.restartCompletion->restartComplete()) return;  // what came before the first whole reading stays told
