@@ -42,7 +42,7 @@ asan: setup  ## all tests and fuzz targets under address and undefined-behaviour
 	@$(call build,asan)
 	@$(call tests,asan)
 
-tsan: setup  ## the tests of core, the one floor that threads may share, under the thread sanitizer (Clang)
+tsan: setup  ## the tests of core, the one layer that threads may share, under the thread sanitizer (Clang)
 	@$(call build,tsan) --target coreTests
 	@$(unrandomised) $(call tests,tsan) -R ^core/
 
@@ -51,7 +51,7 @@ coverage: setup  ## which lines the unit tests execute: build/coverage/report.ht
 	@find build/coverage -name '*.gcda' -delete
 	@$(call tests,coverage) -L unit
 	@gcovr --root . --object-directory build/coverage --exclude-throw-branches -j$(JOBS) \
-	  --filter '(core|platform|frame|text|schemac|apps)/' \
+	  --filter '(dornl3|schemac|apps)/' \
 	  --html-details build/coverage/report.html --print-summary --sort-percentage --txt
 
 release: setup

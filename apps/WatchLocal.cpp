@@ -6,7 +6,7 @@
 #include "apps/kernel/NotificationSocket.h"
 #include "apps/show/HostFollower.h"
 #include "apps/show/WallClock.h"
-#include "platform/vek/Dir.h"
+#include "dornl3/platform/vek/Dir.h"
 
 #include <algorithm>
 

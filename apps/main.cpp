@@ -6,7 +6,7 @@
 #include "apps/kernel/NetlinkSocket.h"
 #include "apps/show/HostRoots.h"
 #include "apps/show/ShowLocal.h"
-#include "platform/vek/Dir.h"
+#include "dornl3/platform/vek/Dir.h"
 
 #include <CLI/CLI.hpp>
 #include <unistd.h>

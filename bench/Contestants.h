@@ -3,10 +3,10 @@
 #pragma once
 
 #define BOOST_DISABLE_ASSERTS  // in release builds its users have none
-#include "core/CountedHeap.h"
-#include "core/HashMap.h"
-#include "core/RbTreeMap.h"
-#include "core/String8.h"
+#include "dornl3/core/CountedHeap.h"
+#include "dornl3/core/HashMap.h"
+#include "dornl3/core/RbTreeMap.h"
+#include "dornl3/core/String8.h"
 
 #include <boost/intrusive/set.hpp>
 #include <boost/intrusive/unordered_set.hpp>

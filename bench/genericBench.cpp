@@ -1,10 +1,10 @@
 // What it costs to read and set an attribute by its number or its name, beside the typed call, and beside the least
 // that handing out a value as a counted object can cost: to make one and drop it.
 #include "bench/SideBySide.h"
-#include "generic/Digest.h"
-#include "platform/vek/Builtin.h"
-#include "platform/vek/GenericIfEntity.h"
-#include "schema/Status.h"
+#include "dornl3/generic/Digest.h"
+#include "dornl3/platform/vek/Builtin.h"
+#include "dornl3/platform/vek/GenericIfEntity.h"
+#include "dornl3/schema/Status.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // What it costs to set an attribute and tell the reactors, beside a bare loop of virtual calls over a vector of
 // pointers: no references, no exceptions caught, nobody may come or go.
 #include "bench/SideBySide.h"
-#include "schema/Status.h"
+#include "dornl3/schema/Status.h"
 
 #include <memory>
 

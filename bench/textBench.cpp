@@ -1,8 +1,8 @@
 // What the text of a value costs, beside the same text written by fmt and its numbers read by std::from_chars where
 // they are known to stand.
 #include "bench/SideBySide.h"
-#include "schema/Status.h"
-#include "text/ValueText.h"
+#include "dornl3/schema/Status.h"
+#include "dornl3/text/ValueText.h"
 
 #include <charconv>
 #include <memory>

@@ -1,16 +1,21 @@
-# dornl3_add_schema(TARGET [OUTPUT_DIR dir] files...)
+# dornl3_add_schema(TARGET [INCLUDE_PREFIX folder] [OUTPUT_DIR dir] files...)
 #
-# Stamps types from schema files: each X.toml becomes schema/X.h and schema/X.cpp under OUTPUT_DIR (by default
-# generated/TARGET in the current build folder), which TARGET compiles and finds as "schema/X.h". The sources join
-# TARGET in the order of the files, which is the order in which their types register when the program loads.
+# Stamps types from schema files: each X.toml becomes X.h and X.cpp, which TARGET compiles and finds as
+# "INCLUDE_PREFIX/X.h". INCLUDE_PREFIX may have several parts and is the project's name by default. The files lie under
+# OUTPUT_DIR, by default generated/TARGET in the current build folder. The sources join TARGET in the order of the files,
+# which is the order in which their types register when the program loads.
 # TARGET must link DornL3Unicast::Vek or DornL3Unicast::Types.
 function(dornl3_add_schema target)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "OUTPUT_DIR" "")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "OUTPUT_DIR;INCLUDE_PREFIX" "")
   if(NOT arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "dornl3_add_schema(${target} ...) names no schema file. Give one or more .toml files.")
   endif()
   if(NOT arg_OUTPUT_DIR)
     set(arg_OUTPUT_DIR ${CMAKE_CURRENT_BINARY_DIR}/generated/${target})
+  endif()
+
+  if(NOT arg_INCLUDE_PREFIX)
+    set(arg_INCLUDE_PREFIX ${PROJECT_NAME})
   endif()
 
   set(schemas "")
@@ -19,12 +24,12 @@ function(dornl3_add_schema target)
     cmake_path(ABSOLUTE_PATH file NORMALIZE OUTPUT_VARIABLE schema)
     cmake_path(GET file STEM LAST_ONLY stem)
     list(APPEND schemas ${schema})
-    list(APPEND outputs ${arg_OUTPUT_DIR}/schema/${stem}.h ${arg_OUTPUT_DIR}/schema/${stem}.cpp)
+    list(APPEND outputs ${arg_OUTPUT_DIR}/${arg_INCLUDE_PREFIX}/${stem}.h ${arg_OUTPUT_DIR}/${arg_INCLUDE_PREFIX}/${stem}.cpp)
   endforeach()
 
   add_custom_command(
     OUTPUT ${outputs}
-    COMMAND DornL3Unicast::schemac compile --out ${arg_OUTPUT_DIR} --include-prefix schema ${schemas}
+    COMMAND DornL3Unicast::schemac compile --out ${arg_OUTPUT_DIR} --include-prefix ${arg_INCLUDE_PREFIX} ${schemas}
     DEPENDS DornL3Unicast::schemac ${schemas}
     COMMENT "Stamping types of ${target}"
     VERBATIM)

@@ -2,7 +2,6 @@
 # include/dornl3, and the descriptions of all that for CMake and pkg-config.
 include(CMakePackageConfigHelpers)
 
-set(headers ${CMAKE_INSTALL_INCLUDEDIR}/dornl3)
 set(package ${CMAKE_INSTALL_LIBDIR}/cmake/DornL3UnicastTypes)
 
 set_target_properties(vek DornL3UnicastTypes PROPERTIES INSTALL_RPATH "$ORIGIN")
@@ -12,9 +11,9 @@ set_target_properties(dornl3 schemac PROPERTIES INSTALL_RPATH "$ORIGIN/${librari
 install(TARGETS vek DornL3UnicastTypes schemac EXPORT DornL3UnicastTypes)
 install(TARGETS dornl3)
 
-install(DIRECTORY core platform frame text generic DESTINATION ${headers} FILES_MATCHING PATTERN "*.h")
-install(DIRECTORY ${PROJECT_BINARY_DIR}/generated/schema DESTINATION ${headers} FILES_MATCHING PATTERN "*.h")
-install(DIRECTORY schema/ DESTINATION ${CMAKE_INSTALL_DATADIR}/dornl3/schema FILES_MATCHING PATTERN "*.toml")
+install(DIRECTORY dornl3 ${PROJECT_BINARY_DIR}/generated/dornl3 DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+  FILES_MATCHING PATTERN "*.h")
+install(DIRECTORY dornl3/schema/ DESTINATION ${CMAKE_INSTALL_DATADIR}/dornl3/schema FILES_MATCHING PATTERN "*.toml")
 
 install(EXPORT DornL3UnicastTypes NAMESPACE DornL3Unicast:: DESTINATION ${package}
   FILE DornL3UnicastTypesTargets.cmake)

@@ -1,5 +1,5 @@
 // Uses the types of Fan.toml, which the build stamps; see CMakeLists.txt.
-#include "schema/Fan.h"
+#include "chassis/Fan.h"
 
 #include <iostream>
 

@@ -1,12 +1,12 @@
 // Reads any bytes as the text of a value or of an entity reference. Each text is read or refused by RangeException,
 // with the cursor inside it; what is read is written again and reads back as the same value. The first byte selects the
 // type.
-#include "platform/vek/Dir.h"
-#include "platform/vek/EntityText.h"
-#include "schema/AclIntf.h"
-#include "schema/DornL3CliConfig.h"
-#include "schema/Status.h"
-#include "text/ValueText.h"
+#include "dornl3/platform/vek/Dir.h"
+#include "dornl3/platform/vek/EntityText.h"
+#include "dornl3/schema/AclIntf.h"
+#include "dornl3/schema/DornL3CliConfig.h"
+#include "dornl3/schema/Status.h"
+#include "dornl3/text/ValueText.h"
 
 #include <cstdint>
 #include <cstdlib>

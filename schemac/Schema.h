@@ -92,7 +92,7 @@ struct Type : Table {
 /// One schema file.
 struct File : Table {
   std::string path;       ///< as it was named to the program
-  std::string stem;       ///< "Status" for schema/Status.toml: names the header and what registers the types
+  std::string stem;       ///< "Status" for dornl3/schema/Status.toml: names the header and what registers the types
   std::string nameSpace;  ///< "Hardware::DornL3Unicast"
   std::string doc;
   std::vector<Type> types;  ///< in definition order, values and entities together

@@ -1,6 +1,6 @@
 #include "schemac/Suggest.h"
 
-#include "core/Nearest.h"
+#include "dornl3/core/Nearest.h"
 
 #include <fmt/format.h>
 

@@ -18,17 +18,18 @@ constexpr std::uint32_t widestByValue = 2;                                   // 
 std::vector<AttributeType> builtinTypes() {
   return {
       // declared, C++, kind, wire width, by reference, header, default, greatest integer
-      {"U8", "Vek::U8", Kind::integer, 1, false, "core/Integers.h", "0", 0xff},
-      {"U32", "Vek::U32", Kind::integer, 4, false, "core/Integers.h", "0", 0xffffffff},
-      {"U64", "Vek::U64", Kind::integer, 8, true, "core/Integers.h", "0", maxOfU64},
+      {"U8", "Vek::U8", Kind::integer, 1, false, "dornl3/core/Integers.h", "0", 0xff},
+      {"U32", "Vek::U32", Kind::integer, 4, false, "dornl3/core/Integers.h", "0", 0xffffffff},
+      {"U64", "Vek::U64", Kind::integer, 8, true, "dornl3/core/Integers.h", "0", maxOfU64},
       {"bool", "bool", Kind::boolean, 1, false, "", "false", 0},
       {"Vek::Seconds", "double", Kind::seconds, 8, true, "", "0.0", 0},
-      {"Vek::String", "Vek::String8", Kind::text, 0, false, "core/String8.h", "", 0},
-      {"Vek::Name", "Vek::Name", Kind::text, 0, false, "core/Name.h", "", 0},
-      {"Hardware::Dorn::FapId", "Hardware::Dorn::FapId", Kind::sibling, 2, false, "platform/siblings/FapId.h", "", 0},
-      {"Bridging::VlanIdOrNone", "Bridging::VlanIdOrNone", Kind::sibling, 2, false, "platform/siblings/VlanIdOrNone.h",
+      {"Vek::String", "Vek::String8", Kind::text, 0, false, "dornl3/core/String8.h", "", 0},
+      {"Vek::Name", "Vek::Name", Kind::text, 0, false, "dornl3/core/Name.h", "", 0},
+      {"Hardware::Dorn::FapId", "Hardware::Dorn::FapId", Kind::sibling, 2, false, "dornl3/platform/siblings/FapId.h",
        "", 0},
-      {"Kiln::Fapmask", "Kiln::Fapmask", Kind::sibling, 16, true, "platform/siblings/Fapmask.h", "", 0},
+      {"Bridging::VlanIdOrNone", "Bridging::VlanIdOrNone", Kind::sibling, 2, false,
+       "dornl3/platform/siblings/VlanIdOrNone.h", "", 0},
+      {"Kiln::Fapmask", "Kiln::Fapmask", Kind::sibling, 16, true, "dornl3/platform/siblings/Fapmask.h", "", 0},
   };
 }
 

@@ -221,16 +221,18 @@ Data argumentList(std::vector<Type const*> const& types) {
 }
 
 Data includesOf(File const& file, Types const& types) {
-  std::set<std::string> headers = {"core/String8.h", "platform/vek/VekType.h"};
+  std::set<std::string> headers = {"dornl3/core/String8.h", "dornl3/platform/vek/VekType.h"};
   for (Type const& type : file.types) {
-    if (type.isEntity()) headers.insert({"core/ListRaw.h", "frame/EntityFrame.h", "platform/vek/GenericIfEntity.h"});
-    if (!type.isEntity()) headers.insert("generic/ValueGeneric.h");
+    if (type.isEntity())
+      headers.insert({"dornl3/core/ListRaw.h", "dornl3/frame/EntityFrame.h", "dornl3/platform/vek/GenericIfEntity.h"});
+    if (!type.isEntity()) headers.insert("dornl3/generic/ValueGeneric.h");
     for (Attribute const& a : standing(type)) {
       Form const form(a);
       if (form.collection)
-        headers.insert({form.ordered ? "core/RbTreeMap.h" : "core/HashMap.h", "frame/CollectionFrame.h"});
-      if (form.child || form.children) headers.insert("frame/ChildFrame.h");
-      if (form.children) headers.insert("core/HashMap.h");
+        headers.insert(
+            {form.ordered ? "dornl3/core/RbTreeMap.h" : "dornl3/core/HashMap.h", "dornl3/frame/CollectionFrame.h"});
+      if (form.child || form.children) headers.insert("dornl3/frame/ChildFrame.h");
+      if (form.children) headers.insert("dornl3/core/HashMap.h");
       if (!a.type.empty()) headers.insert(types.at(a.type).header);
       if (std::string const key = keyType(a); !key.empty()) headers.insert(types.at(key).header);
     }

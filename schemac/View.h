@@ -10,7 +10,7 @@
 namespace Schemac {
 
 /// The data of the templates Header and Source. The file has passed the check. `includePrefix` stands before the name
-/// of the header in its include: "schema".
+/// of the header in its include: "dornl3/schema".
 [[nodiscard]] Data viewOf(File const& file, std::string_view includePrefix);
 
 }  // namespace Schemac

@@ -86,12 +86,11 @@ int run(int argc, char** argv) {
     command->footer(exitCodes);
   };
   std::string folder;
-  std::string includePrefix = "schema";
+  std::string includePrefix;
   CLI::App* const compileCommand = app.add_subcommand("compile", "Stamp the types: X.h and X.cpp for each X.toml");
   takeFiles(compileCommand);
   compileCommand->add_option("--out", folder, "Folder to write under")->required();
-  compileCommand->add_option("--include-prefix", includePrefix, "Folder below it, which includes name too")
-      ->capture_default_str();
+  compileCommand->add_option("--include-prefix", includePrefix, "Folder below it, which includes name too");
   CLI::App* const checkCommand = app.add_subcommand("check", "Say what is wrong with schema files");
   takeFiles(checkCommand);
   CLI::App* const docsCommand = app.add_subcommand("docs", "Print the attribute reference, as Markdown");

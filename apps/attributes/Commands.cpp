@@ -2,9 +2,9 @@
 
 #include "apps/attributes/Misfit.h"
 #include "apps/attributes/TypedPath.h"
-#include "generic/Digest.h"
-#include "platform/vek/Path.h"
-#include "platform/vek/TextReader.h"
+#include "dornl3/generic/Digest.h"
+#include "dornl3/platform/vek/Path.h"
+#include "dornl3/platform/vek/TextReader.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

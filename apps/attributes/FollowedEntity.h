@@ -7,7 +7,7 @@
 
 #include "apps/attributes/Change.h"
 #include "apps/attributes/TypedPath.h"
-#include "platform/vek/Activity.h"
+#include "dornl3/platform/vek/Activity.h"
 
 #include <map>
 #include <memory>

@@ -1,7 +1,7 @@
 // The commands that tell what there is: ls and types.
 #include "apps/attributes/Commands.h"
 #include "apps/attributes/Misfit.h"
-#include "core/Nearest.h"
+#include "dornl3/core/Nearest.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

@@ -1,6 +1,6 @@
 #include "apps/attributes/Misfit.h"
 
-#include "platform/vek/ScalarText.h"
+#include "dornl3/platform/vek/ScalarText.h"
 
 namespace Apps::Attributes {
 

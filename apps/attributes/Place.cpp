@@ -1,8 +1,8 @@
 #include "apps/attributes/Place.h"
 
 #include "apps/attributes/Misfit.h"
-#include "platform/vek/Builtin.h"
-#include "platform/vek/Path.h"
+#include "dornl3/platform/vek/Builtin.h"
+#include "dornl3/platform/vek/Path.h"
 
 #include <fmt/format.h>
 

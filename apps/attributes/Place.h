@@ -3,7 +3,7 @@
 // Owner: whoever made it; it holds its entity. Thread: the entity's.
 #pragma once
 
-#include "platform/vek/GenericIfEntity.h"
+#include "dornl3/platform/vek/GenericIfEntity.h"
 
 #include <optional>
 #include <string>

@@ -1,9 +1,9 @@
 #include "apps/attributes/TypedPath.h"
 
 #include "apps/attributes/Misfit.h"
-#include "core/Nearest.h"
-#include "platform/vek/Path.h"
-#include "platform/vek/TextReader.h"
+#include "dornl3/core/Nearest.h"
+#include "dornl3/platform/vek/Path.h"
+#include "dornl3/platform/vek/TextReader.h"
 
 #include <fmt/format.h>
 

@@ -5,7 +5,7 @@
 #pragma once
 
 #include "apps/attributes/Place.h"
-#include "platform/vek/Dir.h"
+#include "dornl3/platform/vek/Dir.h"
 
 #include <string>
 #include <string_view>

@@ -1,7 +1,7 @@
 #include "apps/attributes/ValueJson.h"
 
-#include "core/String8.h"
-#include "platform/vek/ScalarText.h"
+#include "dornl3/core/String8.h"
+#include "dornl3/platform/vek/ScalarText.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,6 +1,6 @@
 #include "apps/show/Figures.h"
 
-#include "platform/vek/ScalarText.h"
+#include "dornl3/platform/vek/ScalarText.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 
 #include "apps/show/RequestResponder.h"
 #include "apps/show/WallClock.h"
-#include "platform/vek/Dir.h"
+#include "dornl3/platform/vek/Dir.h"
 
 namespace Apps::Show {
 

@@ -2,10 +2,10 @@
 // them stands here.
 #pragma once
 
-#include "schema/AclIntf.h"
-#include "schema/AuditStatus.h"
-#include "schema/DornL3CliConfig.h"
-#include "schema/Status.h"
+#include "dornl3/schema/AclIntf.h"
+#include "dornl3/schema/AuditStatus.h"
+#include "dornl3/schema/DornL3CliConfig.h"
+#include "dornl3/schema/Status.h"
 
 namespace Apps::Show {
 

@@ -1,7 +1,7 @@
 // What the entities of a host that is followed tell while readings of it go wrong.
 #include "apps/show/HostFollower.h"
 
-#include "platform/vek/Dir.h"
+#include "dornl3/platform/vek/Dir.h"
 #include "tests/apps/ModelKernel.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 // Counted: a counted object that tells when it goes, and a reactor for lists without an entity.
 #pragma once
 
-#include "core/NotifieeConst.h"
-#include "core/Ptr.h"
+#include "dornl3/core/NotifieeConst.h"
+#include "dornl3/core/Ptr.h"
 
 #include <functional>
 #include <utility>

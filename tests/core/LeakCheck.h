@@ -2,8 +2,8 @@
 // What a test makes for good by using it first, say a type's record, its fixture makes before this one counts.
 #pragma once
 
-#include "core/CountedHeap.h"
-#include "core/VFPtrInterface.h"
+#include "dornl3/core/CountedHeap.h"
+#include "dornl3/core/VFPtrInterface.h"
 
 #include <gtest/gtest.h>
 

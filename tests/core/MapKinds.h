@@ -2,9 +2,9 @@
 // it promises to walk.
 #pragma once
 
-#include "core/HashMap.h"
-#include "core/RbTreeMap.h"
-#include "core/String8.h"
+#include "dornl3/core/HashMap.h"
+#include "dornl3/core/RbTreeMap.h"
+#include "dornl3/core/String8.h"
 
 #include <string>
 #include <utility>

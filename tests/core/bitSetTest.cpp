@@ -1,4 +1,4 @@
-#include "core/BitSet.h"
+#include "dornl3/core/BitSet.h"
 
 #include <gtest/gtest.h>
 

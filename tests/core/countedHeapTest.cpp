@@ -1,4 +1,4 @@
-#include "core/CountedHeap.h"
+#include "dornl3/core/CountedHeap.h"
 
 #include "tests/core/Counted.h"
 #include "tests/core/LeakCheck.h"

@@ -1,6 +1,6 @@
-#include "core/Exception.h"
+#include "dornl3/core/Exception.h"
 
-#include "core/Throwers.h"
+#include "dornl3/core/Throwers.h"
 #include "tests/core/LeakCheck.h"
 
 using Vek::Exception;

@@ -1,4 +1,4 @@
-#include "core/HashMap.h"
+#include "dornl3/core/HashMap.h"
 
 #include "tests/core/LeakCheck.h"
 #include "tests/core/MapScript.h"

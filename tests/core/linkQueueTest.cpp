@@ -1,4 +1,4 @@
-#include "core/LinkQueue.h"
+#include "dornl3/core/LinkQueue.h"
 
 #include "tests/core/LeakCheck.h"
 #include "tests/core/Property.h"

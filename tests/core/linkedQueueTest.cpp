@@ -1,4 +1,4 @@
-#include "core/LinkedQueue.h"
+#include "dornl3/core/LinkedQueue.h"
 
 #include "tests/core/LeakCheck.h"
 #include "tests/core/Property.h"

@@ -1,8 +1,8 @@
-#include "core/Ptr.h"
+#include "dornl3/core/Ptr.h"
 
-#include "core/Exception.h"
-#include "core/PtrTrack.h"
-#include "core/ValidPtr.h"
+#include "dornl3/core/Exception.h"
+#include "dornl3/core/PtrTrack.h"
+#include "dornl3/core/ValidPtr.h"
 #include "tests/core/Counted.h"
 #include "tests/core/LeakCheck.h"
 

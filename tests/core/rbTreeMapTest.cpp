@@ -1,6 +1,6 @@
-#include "core/RbTreeMap.h"
+#include "dornl3/core/RbTreeMap.h"
 
-#include "platform/siblings/FapId.h"
+#include "dornl3/platform/siblings/FapId.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/core/MapScript.h"
 #include "tests/core/SmallStack.h"

@@ -1,4 +1,4 @@
-#include "core/SnapshotIterator.h"
+#include "dornl3/core/SnapshotIterator.h"
 #include "tests/core/AllocationCount.h"
 #include "tests/core/Counted.h"
 #include "tests/core/LeakCheck.h"

@@ -1,5 +1,5 @@
-#include "core/Exception.h"
-#include "core/Name.h"
+#include "dornl3/core/Exception.h"
+#include "dornl3/core/Name.h"
 #include "tests/core/LeakCheck.h"
 
 #include <random>

@@ -2,8 +2,8 @@
 // and Iterator, its attribute's number `id`, and how keys and values stand for the numbers of a script.
 #pragma once
 
-#include "frame/TypeFrame.h"
-#include "platform/vek/GenericIfEntity.h"
+#include "dornl3/frame/TypeFrame.h"
+#include "dornl3/platform/vek/GenericIfEntity.h"
 #include "tests/frame/Toy.h"
 
 #include <rapidcheck.h>

@@ -2,7 +2,7 @@
 // with members held and iterators kept across it. The same script is played by a real box and by plain containers.
 #pragma once
 
-#include "core/Integers.h"
+#include "dornl3/core/Integers.h"
 
 #include <array>
 #include <ostream>

@@ -2,7 +2,7 @@
 // is played by real toys and by a model of them; afterwards both must have seen the same.
 #pragma once
 
-#include "core/Integers.h"
+#include "dornl3/core/Integers.h"
 
 #include <map>
 #include <ostream>

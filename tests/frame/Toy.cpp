@@ -1,12 +1,12 @@
 // Made by schemac from Toy.toml: change that, not this.
 #include "tests/frame/Toy.h"
 
-#include "frame/SchemaFile.h"
-#include "frame/TypeNames.h"
-#include "frame/ValueFrame.h"
-#include "generic/EntityGeneric.h"
-#include "generic/ValueOps.h"
-#include "text/ValueText.h"
+#include "dornl3/frame/SchemaFile.h"
+#include "dornl3/frame/TypeNames.h"
+#include "dornl3/frame/ValueFrame.h"
+#include "dornl3/generic/EntityGeneric.h"
+#include "dornl3/generic/ValueOps.h"
+#include "dornl3/text/ValueText.h"
 
 #include <iostream>
 

@@ -2,21 +2,21 @@
 // Toys: what the schema compiler emits, for every shape of type and attribute.
 #pragma once
 
-#include "core/HashMap.h"
-#include "core/Integers.h"
-#include "core/ListRaw.h"
-#include "core/Name.h"
-#include "core/RbTreeMap.h"
-#include "core/String8.h"
-#include "frame/ChildFrame.h"
-#include "frame/CollectionFrame.h"
-#include "frame/EntityFrame.h"
-#include "generic/ValueGeneric.h"
-#include "platform/siblings/FapId.h"
-#include "platform/siblings/Fapmask.h"
-#include "platform/siblings/VlanIdOrNone.h"
-#include "platform/vek/GenericIfEntity.h"
-#include "platform/vek/VekType.h"
+#include "dornl3/core/HashMap.h"
+#include "dornl3/core/Integers.h"
+#include "dornl3/core/ListRaw.h"
+#include "dornl3/core/Name.h"
+#include "dornl3/core/RbTreeMap.h"
+#include "dornl3/core/String8.h"
+#include "dornl3/frame/ChildFrame.h"
+#include "dornl3/frame/CollectionFrame.h"
+#include "dornl3/frame/EntityFrame.h"
+#include "dornl3/generic/ValueGeneric.h"
+#include "dornl3/platform/siblings/FapId.h"
+#include "dornl3/platform/siblings/Fapmask.h"
+#include "dornl3/platform/siblings/VlanIdOrNone.h"
+#include "dornl3/platform/vek/GenericIfEntity.h"
+#include "dornl3/platform/vek/VekType.h"
 
 #include <iosfwd>
 

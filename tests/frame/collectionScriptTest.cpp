@@ -4,7 +4,7 @@
 // opens by the attribute's number alike.
 #include "tests/frame/CollectionScript.h"
 
-#include "core/BitReverse.h"
+#include "dornl3/core/BitReverse.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/core/Property.h"
 #include "tests/frame/CollectionCursor.h"

@@ -1,5 +1,5 @@
-#include "core/Exception.h"
-#include "core/Throwers.h"
+#include "dornl3/core/Exception.h"
+#include "dornl3/core/Throwers.h"
 #include "tests/core/Counted.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/frame/Listener.h"

@@ -1,7 +1,7 @@
 // The digest of an entity: equal for equal state however it came to be, another for any difference.
-#include "generic/Digest.h"
+#include "dornl3/generic/Digest.h"
 
-#include "platform/vek/Builtin.h"
+#include "dornl3/platform/vek/Builtin.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/frame/Toy.h"
 

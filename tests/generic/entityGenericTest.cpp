@@ -1,8 +1,8 @@
 // Entities without their classes, where no typed operation does the same: texts of references, and what is const.
-#include "platform/vek/Builtin.h"
-#include "platform/vek/Dir.h"
-#include "platform/vek/EntityText.h"
-#include "platform/vek/GenericIfEntity.h"
+#include "dornl3/platform/vek/Builtin.h"
+#include "dornl3/platform/vek/Dir.h"
+#include "dornl3/platform/vek/EntityText.h"
+#include "dornl3/platform/vek/GenericIfEntity.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/frame/Toy.h"
 

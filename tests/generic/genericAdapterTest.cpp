@@ -1,6 +1,6 @@
 // The events of a generic: told at once, or put off and coalesced.
-#include "platform/vek/Activity.h"
-#include "platform/vek/GenericIfEntity.h"
+#include "dornl3/platform/vek/Activity.h"
+#include "dornl3/platform/vek/GenericIfEntity.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/frame/Toy.h"
 

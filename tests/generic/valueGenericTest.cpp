@@ -1,6 +1,6 @@
 // Values without their classes, where no typed operation does the same.
-#include "platform/vek/Builtin.h"
-#include "platform/vek/GenericIf.h"
+#include "dornl3/platform/vek/Builtin.h"
+#include "dornl3/platform/vek/GenericIf.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/frame/Toy.h"
 

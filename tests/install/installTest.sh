@@ -25,18 +25,30 @@ expect() {  # expect TEXT COMMAND...: the command prints exactly TEXT
 reacted="VRFs: 3
 FECs of IP routes: Value('Hardware::DornL3Unicast::FecCountStats', ** {'numNonEcmpFecs': 7, 'numEcmpFecs': 2, 'numFecEntries': 9})"
 
+own_names="own core/Ptr.h, own schema/Status.h, own text/Text.h, 3 VRFs"
+
+by_cmake() {  # by_cmake SOURCE BUILD OPTION...
+  cmake -S "$1" -B "$2" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_PREFIX_PATH="$prefix" "${@:3}"
+  cmake --build "$2"
+}
+
 echo "By CMake:"
-cmake -S "$source/examples" -B "$work/examples" -G Ninja -DCMAKE_CXX_COMPILER="$compiler" -DCMAKE_PREFIX_PATH="$prefix"
-cmake --build "$work/examples"
+by_cmake "$source/examples" "$work/examples"
 expect "$reacted" "$work/examples/react"
 expect "left: 4200 rpm, 1 stall, Value('Chassis::SpeedRange', ** {'lowest': 800, 'highest': 9000})" \
   "$work/examples/ownTypes"
+by_cmake "$source/tests/install/ownNames" "$work/ownNames" -DEXAMPLES="$source/examples"
+expect "$own_names" "$work/ownNames/ownNames"
 
 echo "By pkg-config:"
 libdir=$(dirname "$(find "$prefix" -name libvek.so)")
 read -ra flags < <(PKG_CONFIG_PATH=$libdir/pkgconfig pkg-config --cflags --libs dornl3unicasttypes)
-"$compiler" "$source/examples/react.cpp" -o "$work/react" "${flags[@]}" "-Wl,-rpath,$libdir"
+[[ ${flags[*]} != *-std=* ]] || { echo "pkg-config sets the language: ${flags[*]}" >&2; exit 1; }
+"$compiler" -std=c++20 "$source/examples/react.cpp" -o "$work/react" "${flags[@]}"
 expect "$reacted" "$work/react"
+own=$source/tests/install/ownNames
+"$compiler" -std=c++20 -I"$own" "$own/main.cpp" -o "$work/own" "${flags[@]}"
+expect "$own_names" "$work/own"
 
 echo "The programs:"
 "$prefix/bin/schemac" --help >/dev/null

@@ -1,8 +1,8 @@
 // ReadText: one reader applied to a text, and what it left: the value or the message, and the place of the cursor.
 #pragma once
 
-#include "core/Exception.h"
-#include "core/String8.h"
+#include "dornl3/core/Exception.h"
+#include "dornl3/core/String8.h"
 
 #include <optional>
 #include <string>

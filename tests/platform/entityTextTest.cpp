@@ -1,6 +1,6 @@
-#include "platform/vek/EntityText.h"
+#include "dornl3/platform/vek/EntityText.h"
 
-#include "platform/vek/Dir.h"
+#include "dornl3/platform/vek/Dir.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/platform/ReadText.h"
 

@@ -1,6 +1,6 @@
-#include "platform/vek/ScalarText.h"
+#include "dornl3/platform/vek/ScalarText.h"
 
-#include "platform/vek/TextReader.h"
+#include "dornl3/platform/vek/TextReader.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/platform/ReadText.h"
 

@@ -1,6 +1,6 @@
-#include "platform/siblings/FapId.h"
-#include "platform/siblings/Fapmask.h"
-#include "platform/siblings/VlanIdOrNone.h"
+#include "dornl3/platform/siblings/FapId.h"
+#include "dornl3/platform/siblings/Fapmask.h"
+#include "dornl3/platform/siblings/VlanIdOrNone.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/platform/ReadText.h"
 

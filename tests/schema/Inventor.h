@@ -1,8 +1,8 @@
 // Inventor: values of any type, and entities of every type, made by what the registry says of them. No type is named.
 #pragma once
 
-#include "platform/vek/GenericIfEntity.h"
-#include "platform/vek/ScalarText.h"
+#include "dornl3/platform/vek/GenericIfEntity.h"
+#include "dornl3/platform/vek/ScalarText.h"
 
 #include <random>
 #include <string>

@@ -1,8 +1,8 @@
 // Laws of the generic interface, for every attribute of every type that the registry holds: what is refused, in which
 // order of checks and in which words; and that the text of a reference leads back to its entity.
-#include "platform/vek/Builtin.h"
-#include "platform/vek/Dir.h"
-#include "platform/vek/EntityText.h"
+#include "dornl3/platform/vek/Builtin.h"
+#include "dornl3/platform/vek/Dir.h"
+#include "dornl3/platform/vek/EntityText.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/schema/Inventor.h"
 

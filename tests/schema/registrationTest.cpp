@@ -1,10 +1,10 @@
 // What the types say of themselves when the library is loaded.
-#include "platform/vek/Builtin.h"
-#include "platform/vek/IntrospectionReactor.h"
-#include "schema/AclIntf.h"
-#include "schema/AuditStatus.h"
-#include "schema/DornL3CliConfig.h"
-#include "schema/Status.h"
+#include "dornl3/platform/vek/Builtin.h"
+#include "dornl3/platform/vek/IntrospectionReactor.h"
+#include "dornl3/schema/AclIntf.h"
+#include "dornl3/schema/AuditStatus.h"
+#include "dornl3/schema/DornL3CliConfig.h"
+#include "dornl3/schema/Status.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // What the schema files say of the types in them and no law over all types tells: defaults, keys, and their order.
-#include "schema/AclIntf.h"
-#include "schema/AuditStatus.h"
-#include "schema/DornL3CliConfig.h"
-#include "schema/Status.h"
+#include "dornl3/schema/AclIntf.h"
+#include "dornl3/schema/AuditStatus.h"
+#include "dornl3/schema/DornL3CliConfig.h"
+#include "dornl3/schema/Status.h"
 #include "tests/core/LeakCheck.h"
 
 #include <vector>

@@ -1,7 +1,7 @@
 // The generic way and the typed way agree: for every attribute of every type in the registry, each operation gives the
 // same answer and leaves the same state, counts and events behind, whichever way it is done and whichever way it is
 // read.
-#include "platform/vek/EntityText.h"
+#include "dornl3/platform/vek/EntityText.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/core/Property.h"
 #include "tests/schema/typedWay/NumberedWay.h"

@@ -1,7 +1,7 @@
 // Values with limits, whose complaints people read.
-#include "schema/AclIntf.h"
-#include "schema/DornL3CliConfig.h"
-#include "text/ValueText.h"
+#include "dornl3/schema/AclIntf.h"
+#include "dornl3/schema/DornL3CliConfig.h"
+#include "dornl3/text/ValueText.h"
 
 #include <gtest/gtest.h>
 

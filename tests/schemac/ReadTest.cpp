@@ -146,7 +146,7 @@ TEST(Read, SurvivesWhatNobodyWouldWrite) {
 }
 
 std::string houseText(std::string const& stem) {
-  std::ifstream in(sourceDirectory() / "schema" / (stem + ".toml"), std::ios::binary);
+  std::ifstream in(sourceDirectory() / "dornl3/schema" / (stem + ".toml"), std::ios::binary);
   return {std::istreambuf_iterator<char>(in), {}};
 }
 

@@ -15,7 +15,7 @@ std::vector<File> houseFiles() {
 TEST(SchemaFiles, PassTheCheckTogether) {
   Complaints all;
   for (std::string const& stem : houseStems()) {
-    Complaints const found = readFile(sourceDirectory() / "schema" / (stem + ".toml")).complaints;
+    Complaints const found = readFile(sourceDirectory() / "dornl3/schema" / (stem + ".toml")).complaints;
     all.insert(all.end(), found.begin(), found.end());
   }
   Complaints const found = check(houseFiles());

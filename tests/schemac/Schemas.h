@@ -36,7 +36,7 @@ inline File good(std::string_view text, std::string const& path = "Toy.toml") {
 
 /// One schema file of the house, read and not checked.
 inline File houseFile(std::string const& stem) {
-  return *readFile(sourceDirectory() / "schema" / (stem + ".toml")).file;
+  return *readFile(sourceDirectory() / "dornl3/schema" / (stem + ".toml")).file;
 }
 
 inline std::vector<std::string> const& houseStems() {

@@ -61,7 +61,7 @@ TEST(Format, WhatIsEmittedIsLaidOutAsTheHouseDoes) {
   ASSERT_NE(style.find("ColumnLimit: 0"), std::string::npos);
   folder.write(".clang-format", style);
   for (File const& file : allFiles()) {
-    Emitted const emitted = emit(file, "schema");
+    Emitted const emitted = emit(file, "dornl3/schema");
     folder.write(file.stem + ".h", emitted.header);
     folder.write(file.stem + ".cpp", emitted.source);
   }

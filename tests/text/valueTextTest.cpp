@@ -1,4 +1,4 @@
-#include "text/ValueText.h"
+#include "dornl3/text/ValueText.h"
 
 #include "tests/core/LeakCheck.h"
 #include "tests/frame/Toy.h"

@@ -1,5 +1,5 @@
 // Loaded by bareLoadTest after descriptions have been switched off: what a library's types are and do then.
-#include "schema/Status.h"
+#include "dornl3/schema/Status.h"
 
 #include <string>
 

@@ -1,6 +1,6 @@
 // Types that load while nobody wants their descriptions. A process of its own: it must not load them before.
-#include "platform/vek/IntrospectionReactor.h"
-#include "platform/vek/VekType.h"
+#include "dornl3/platform/vek/IntrospectionReactor.h"
+#include "dornl3/platform/vek/VekType.h"
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>

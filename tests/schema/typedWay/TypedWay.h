@@ -3,8 +3,8 @@
 // against what goes by type, for every attribute that there is.
 #pragma once
 
-#include "platform/vek/Entity.h"
-#include "platform/vek/PlainGeneric.h"
+#include "dornl3/platform/vek/Entity.h"
+#include "dornl3/platform/vek/PlainGeneric.h"
 
 #include <functional>
 #include <map>

@@ -20,7 +20,8 @@ int main(int argc, char** argv) {
     Schemac::ReadResult const schema = Schemac::readFile(argv[2]);
     if (!schema.file) throw std::runtime_error(std::string("no schema file: ") + argv[2]);
     auto const source = [&text](std::string_view) { return std::string_view(text); };
-    Schemac::writeIfChanged(argv[3], Schemac::render("TypedWay", Schemac::viewOf(*schema.file, "schema"), source));
+    Schemac::writeIfChanged(argv[3],
+                            Schemac::render("TypedWay", Schemac::viewOf(*schema.file, "dornl3/schema"), source));
     return 0;
   } catch (std::exception const& error) {
     std::cerr << "typedWay: " << error.what() << '\n';

@@ -1,0 +1,59 @@
+// ReactorWalk: tells the reactors of a notifier that an attribute has changed.
+// Re-entrancy: during the walk a reactor may add or remove reactors, set any attribute, throw, or drop the last outside
+// reference on the notifier: the walk holds one of its own until it is over.
+#pragma once
+
+#include "dornl3/core/Exception.h"
+#include "dornl3/core/SnapshotIterator.h"
+
+namespace Vek {
+
+/// A reference that keeps an object over a call of its reactors. None on an object that nobody counts, on the stack
+/// say, or that is on its way out: that reference would end it.
+[[nodiscard]] inline Ptr<PtrInterface const> holdOver(PtrInterface const& object) noexcept {
+  return object.references() != 0 ? &object : nullptr;
+}
+
+/// Calls `call(reactor)` for the reactors on the list at entry. What one throws goes to its
+/// onNotificationException(attribute), and the walk goes on; what that throws ends the walk and reaches the caller.
+template <class Call>
+void walkReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute, Call const& call) {
+  if (reactors.count() == 0) return;
+  auto const held = holdOver(notifier);
+  HeldReactors const all{reactors};
+  Expect const* const around = Expect::innermost();
+  for (ReactorTurns walk{all}; walk; walk.advance()) {
+    try {
+      Expect const expect{Exception::any, around};
+      call(walk.current());
+    } catch (...) {
+      walk.current().onNotificationException(attribute);
+    }
+  }
+}
+
+/// Tells the reactors that the last reference on the notifier has gone, as attribute `event`. Weak reactors that are
+/// still on the list afterwards are let go if the notifier is to go: those that entered during the walk, and those that
+/// it did not reach since another's failure ended it. They would keep a pointer to nothing.
+void notifyLastReferenceGone(PtrInterface const& notifier, ReactorChain& reactors, AttributeId event);
+
+/// A slot without a key, as a member of the root of the reactors.
+using ReactorSlot = void (PtrInterface::NotifieeConst::*)();
+
+/// The walk for slots without a key: one function for all attributes of all types.
+void notifyReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute,
+                    ReactorSlot slot);
+
+/// A slot with a key, in the same way.
+template <class K>
+using KeyedReactorSlot = void (PtrInterface::NotifieeConst::*)(K);
+
+/// The walk for slots with a key: one function for all attributes with keys of that type.
+template <class K>
+void notifyReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute,
+                    KeyedReactorSlot<K> slot, K const& key) {
+  walkReactors(notifier, reactors, attribute,
+               [slot, &key](PtrInterface::NotifieeConst& reactor) { (reactor.*slot)(key); });
+}
+
+}  // namespace Vek

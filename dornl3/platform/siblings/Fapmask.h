@@ -1,0 +1,40 @@
+// Fapmask: a set of fabric access processors, opaque to those who pass it on.
+#pragma once
+
+#include "dornl3/platform/vek/TextReader.h"
+
+#include <array>
+
+namespace Vek {
+class VekType;
+}
+
+namespace Kiln {
+
+class Fapmask {
+ public:
+  using Words = std::array<Vek::U32, 4>;
+  static constexpr char const* vekDeclaredName = "Kiln::Fapmask";
+
+  /// The empty set.
+  constexpr Fapmask() noexcept = default;
+  constexpr explicit Fapmask(Words const& words) noexcept : words_(words) {}
+
+  /// Reads the text that valueToStrep writes. Throws RangeException on bad text.
+  Fapmask(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst const& end);
+
+  [[nodiscard]] constexpr Words const& words() const noexcept { return words_; }
+  [[nodiscard]] bool operator==(Fapmask const& other) const noexcept = default;
+
+  static Vek::VekType* _fwkType();
+
+ private:
+  Words words_{};
+};
+
+static_assert(sizeof(Fapmask) == 16);
+
+/// The words in hexadecimal, in order: '0000000f:00000000:00000000:00000000'.
+[[nodiscard]] Vek::String8 valueToStrep(Fapmask const& mask);
+
+}  // namespace Kiln

@@ -1,0 +1,108 @@
+// Entity: a named, counted object with attributes, whose every change is told to its reactors.
+// Owner: whoever holds a reference. Parent: not counted either way; a parent lets its children go before it goes.
+// Thread: each entity is used on one thread, and so is all that hangs on it.
+#pragma once
+
+#include "dornl3/core/NotifieeConst.h"
+#include "dornl3/platform/vek/VekType.h"
+
+namespace Vek {
+
+class Entity : public PtrInterface {
+ public:
+  class NotifieeConst;
+
+  /// The key of an entity that is a member of a keyed collection.
+  static constexpr AttributeId keyAttr = 0;
+  // What every entity has before its own attributes.
+  static constexpr AttributeId nameAttr = 128;
+  static constexpr AttributeId fullNameAttr = 129;
+  static constexpr AttributeId parentAttrNumber = 130;
+  static constexpr AttributeId parentAttrIdAttr = 131;
+  static constexpr AttributeId writeCountAttr = 132;
+  static constexpr AttributeId readCountAttr = 133;
+  /// The parent attribute of an entity that has no parent.
+  static constexpr AttributeId noParentAttr = 136;
+  /// Where the numbers of a type's own attributes begin.
+  static constexpr AttributeId firstOwnAttr = 258;
+  /// The event that the last reference has gone.
+  static constexpr AttributeId zeroReferencesEvent = 5;
+  /// Every entity's marker attribute: it can be written to an attribute log.
+  static constexpr AttributeId attrLogMarker = 154;
+
+  ~Entity() override;
+
+  /// The constructor's argument; never changes.
+  [[nodiscard]] virtual Name name() const;
+
+  /// The entity that holds this one through an attribute; null for a root and for one that was removed.
+  [[nodiscard]] virtual Ptr<Entity const> parent() const;
+  [[nodiscard]] virtual Ptr<Entity> parent();
+  /// Stores the parent, without a reference, and tells handleParent.
+  virtual void parentIs(Ptr<Entity> const& parent);
+  /// The record of the parent's attribute that holds this entity; null without a parent.
+  [[nodiscard]] virtual VekAttr const* parentAttr() const;
+  /// The number of that attribute; it stays when the parent goes.
+  [[nodiscard]] virtual AttributeId parentAttrId() const;
+  virtual void parentAttrIdIs(AttributeId id);
+
+  /// The place of the entity as a path of names: "/status/lemV4RouteStats", "/auditStatus/auditInfo/kernel".
+  [[nodiscard]] virtual String8 uriPath() const;
+  /// The place of the entity as a reader writes it: "status.lemV4RouteStats", "auditStatus.auditInfo[kernel]". It
+  /// is also the text of a reference to the entity.
+  [[nodiscard]] virtual String8 fullName() const;
+
+  /// The name of an attribute or event, "unknown" for a number that has none.
+  [[nodiscard]] virtual String8 attributeString(AttributeId id) const;
+
+  /// The parent has changed.
+  virtual void handleParent(Ptr<Entity> const& parent);
+
+  /// Whether the entity can be written to an attribute log.
+  [[nodiscard]] virtual bool vekHasAttrLogInterface() const;
+
+  /// Effective changes by setters, and reads of attributes. Both wrap silently; reading them counts nothing.
+  [[nodiscard]] U32 writeCount() const noexcept { return writeCount_; }
+  [[nodiscard]] U32 readCount() const noexcept { return readCount_; }
+  void vekWriteCountInc() noexcept { ++writeCount_; }
+  void vekReadCountInc() const noexcept { ++readCount_; }
+
+  /// The record of all entities' base, with the attributes that every entity has.
+  static VekType* _fwkType();
+  [[nodiscard]] VekType* fwkType() const override;
+
+ protected:
+  explicit Entity(Name name) noexcept : name_(std::move(name)) {}
+
+ private:
+  [[nodiscard]] bool isKeyedChild() const;
+
+  Name const name_;
+  U32 writeCount_ = 0;
+  mutable U32 readCount_ = 0;
+  AttributeId parentAttrId_ = noParentAttr;
+  Entity* parent_ = nullptr;
+};
+
+/// Whether an attribute of a type is the type's own, and not one that every entity has.
+[[nodiscard]] inline bool isOwn(VekType const& type, VekAttr const& attr) noexcept {
+  return !type.isEntity() || attr.id() >= Entity::firstOwnAttr;
+}
+
+/// Base of the reactors of entities.
+class Entity::NotifieeConst : public PtrInterface::NotifieeConst {
+ public:
+  ~NotifieeConst() override;
+
+  [[nodiscard]] Name name() const override;
+
+  /// The entity's parent has changed.
+  virtual void onParent();
+  /// The entity's version has changed.
+  virtual void onVersion();
+
+ protected:
+  NotifieeConst() noexcept = default;
+};
+
+}  // namespace Vek

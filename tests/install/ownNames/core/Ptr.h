@@ -1,0 +1,3 @@
+#pragma once
+
+inline constexpr char const* ownPtr = "own core/Ptr.h";

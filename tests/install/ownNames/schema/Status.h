@@ -1,0 +1,3 @@
+#pragma once
+
+inline constexpr char const* ownStatus = "own schema/Status.h";

@@ -1,0 +1,3 @@
+#pragma once
+
+inline constexpr char const* ownText = "own text/Text.h";
