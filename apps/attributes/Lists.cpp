@@ -81,7 +81,7 @@ std::string_view describe(VekType const& type) { return type.isEntity() ? "entit
 std::string listRoots(Vek::Dir const& roots, Form form) {
   Table table{{"name", "type"}};
   for (Vek::Name const& name : roots.names()) {
-    table.row({std::string{name.view()}, fullName(roots.entry(name)->fwkType())});
+    table.row({std::string{name.view()}, fullName(roots.entity(name)->fwkType())});
   }
   return table.print(form);
 }

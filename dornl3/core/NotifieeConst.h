@@ -127,6 +127,9 @@ class PtrInterface::NotifieeConst : public PtrInterface {
   void redispatch(Activity* activity) const;
   void vekPendingAttributeIs(int pending) noexcept { pendingAttribute_ = pending; }
 
+  /// Sets or clears bits of the flags word, state bits too.
+  void stateFlagsIs(U32 bits, bool on) noexcept { flags_.word_ = on ? flags_.word_ | bits : flags_.word_ & ~bits; }
+
  private:
   friend class ReactorChain;
   void notifierAssign(PtrInterface const* n);

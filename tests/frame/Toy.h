@@ -2,6 +2,7 @@
 // Toys: what the schema compiler emits, for every shape of type and attribute.
 #pragma once
 
+#include "dornl3/attrlog/FlowOutFrame.h"
 #include "dornl3/core/HashMap.h"
 #include "dornl3/core/Integers.h"
 #include "dornl3/core/ListRaw.h"
@@ -12,6 +13,8 @@
 #include "dornl3/frame/CollectionFrame.h"
 #include "dornl3/frame/EntityFrame.h"
 #include "dornl3/generic/ValueGeneric.h"
+#include "dornl3/platform/attrlog/EntityAdapter.h"
+#include "dornl3/platform/attrlog/In.h"
 #include "dornl3/platform/siblings/FapId.h"
 #include "dornl3/platform/siblings/Fapmask.h"
 #include "dornl3/platform/siblings/VlanIdOrNone.h"
@@ -27,6 +30,7 @@ namespace Toys {
 class ToyPoint;
 Vek::String8 valueToStrep(ToyPoint const& value);
 std::ostream& operator<<(std::ostream& os, ToyPoint const& value);
+Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, ToyPoint const& value);
 
 /// A point and its label.
 class ToyPoint {
@@ -38,6 +42,7 @@ class ToyPoint {
   ToyPoint() = default;
   ToyPoint(Vek::U32 x, double y, Vek::String8 label);
   ToyPoint(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst const& end);
+  ToyPoint(Vek::NboAttrLog::In* in, Vek::StreamBogon);
 
   /// 2: how far east
   Vek::U32 x() const noexcept { return x_; }
@@ -57,6 +62,7 @@ class ToyPoint {
 
  private:
   friend Vek::String8 valueToStrep(ToyPoint const& value);
+  friend Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, ToyPoint const& value);
   struct [[gnu::visibility("hidden")]] Attr;
 
   Vek::U32 x_ = 0;
@@ -77,6 +83,7 @@ class ToyPoint::GenericIf_ final : public Vek::ValueGeneric<ToyPoint> {
 class ToyVlan;
 Vek::String8 valueToStrep(ToyVlan const& value);
 std::ostream& operator<<(std::ostream& os, ToyVlan const& value);
+Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, ToyVlan value);
 
 /// A VLAN, and no more than that.
 class ToyVlan {
@@ -88,6 +95,7 @@ class ToyVlan {
   ToyVlan() = default;
   explicit ToyVlan(Bridging::VlanIdOrNone vlan);
   ToyVlan(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst const& end);
+  ToyVlan(Vek::NboAttrLog::In* in, Vek::StreamBogon);
 
   /// 2: its number
   Bridging::VlanIdOrNone vlan() const noexcept { return vlan_; }
@@ -101,6 +109,7 @@ class ToyVlan {
 
  private:
   friend Vek::String8 valueToStrep(ToyVlan const& value);
+  friend Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, ToyVlan value);
   struct [[gnu::visibility("hidden")]] Attr;
 
   Bridging::VlanIdOrNone vlan_;
@@ -123,6 +132,7 @@ class Toy : public Vek::Entity {
   class NotifieeConst;
   class Notifiee;
   class GenericIf_;
+  class VekNboAttrLogSa;
 
   explicit Toy(Vek::Name name);
   ~Toy() override;
@@ -144,7 +154,12 @@ class Toy : public Vek::Entity {
   ToyPoint const& place() const { return Vek::vekRead(*this, place_); }
   void placeIs(ToyPoint const& value);
 
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const override;
   bool vekHasAttrLogInterface() const override { return true; }
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaForMsgChannel(Vek::Ptr<Vek::Entity::VekNboAttrLogSa> const& adapter) const override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaIs(Vek::PtrInterface::NotifieeConst::Vek_BitSet flags, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaDel(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) override;
   static Vek::VekType* _fwkType();
   Vek::VekType* fwkType() const override { return _fwkType(); }
   Vek::String8 attributeString(Vek::AttributeId id) const override;
@@ -208,6 +223,52 @@ class Toy::GenericIf_ final : public Vek::GenericIfEntity {
   void onPlace() { tellScalar(262); }
 };
 
+/// What binds a Toy to one attribute log.
+class Toy::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
+ public:
+  class FlowOut;
+  class VekNboAttrLogSaAdapter_;
+
+  VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<Toy> const& entity, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner);
+  ~VekNboAttrLogSa() override;
+
+  Vek::Ptr<Toy> notifier() const { return const_cast<Toy*>(static_cast<Toy const*>(rawNotifier())); }
+  Vek::Ptr<FlowOut> flowOut() const;
+
+  Vek::AttributeId handleAttrFlowOut(Vek::AttributeId from) override;
+  void doSerializeOrphan() override;
+  void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
+  Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
+  void doNotification(int attr, void const* key) override;
+
+  virtual void onSize();
+  virtual void onBroken();
+  virtual void onPlayed();
+  virtual void onPlace();
+};
+
+/// What such a binding owes its log.
+class Toy::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
+ public:
+  class VekDirtyBitSet0 final : public Vek::DirtyBits<1> {
+   public:
+    void vekIsSizeDirtyIs(bool on) { bitIs(1, on); }
+    void vekIsBrokenDirtyIs(bool on) { bitIs(2, on); }
+    void vekIsPlayedDirtyIs(bool on) { bitIs(3, on); }
+    void vekIsPlaceDirtyIs(bool on) { bitIs(5, on); }
+  };
+
+  FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr);
+  ~FlowOut() override;
+
+  VekDirtyBitSet0& vekDirtyBitSet0() { return vekDirtyBitSet0_; }
+  bool hasDirtyAttributes() const override;
+
+ private:
+  friend struct Toy::Attr;
+  VekDirtyBitSet0 vekDirtyBitSet0_;
+};
+
 /// The lid of a box.
 class Lid : public Vek::Entity {
  public:
@@ -215,6 +276,7 @@ class Lid : public Vek::Entity {
   class NotifieeConst;
   class Notifiee;
   class GenericIf_;
+  class VekNboAttrLogSa;
 
   explicit Lid(Vek::Name name);
   ~Lid() override;
@@ -223,7 +285,12 @@ class Lid : public Vek::Entity {
   bool open() const { return Vek::vekRead(*this, open_); }
   void openIs(bool value);
 
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const override;
   bool vekHasAttrLogInterface() const override { return true; }
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaForMsgChannel(Vek::Ptr<Vek::Entity::VekNboAttrLogSa> const& adapter) const override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaIs(Vek::PtrInterface::NotifieeConst::Vek_BitSet flags, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaDel(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) override;
   static Vek::VekType* _fwkType();
   Vek::VekType* fwkType() const override { return _fwkType(); }
   Vek::String8 attributeString(Vek::AttributeId id) const override;
@@ -271,6 +338,46 @@ class Lid::GenericIf_ final : public Vek::GenericIfEntity {
   void onOpen() { tellScalar(258); }
 };
 
+/// What binds a Lid to one attribute log.
+class Lid::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
+ public:
+  class FlowOut;
+  class VekNboAttrLogSaAdapter_;
+
+  VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<Lid> const& entity, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner);
+  ~VekNboAttrLogSa() override;
+
+  Vek::Ptr<Lid> notifier() const { return const_cast<Lid*>(static_cast<Lid const*>(rawNotifier())); }
+  Vek::Ptr<FlowOut> flowOut() const;
+
+  Vek::AttributeId handleAttrFlowOut(Vek::AttributeId from) override;
+  void doSerializeOrphan() override;
+  void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
+  Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
+  void doNotification(int attr, void const* key) override;
+
+  virtual void onOpen();
+};
+
+/// What such a binding owes its log.
+class Lid::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
+ public:
+  class VekDirtyBitSet0 final : public Vek::DirtyBits<1> {
+   public:
+    void vekIsOpenDirtyIs(bool on) { bitIs(1, on); }
+  };
+
+  FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr);
+  ~FlowOut() override;
+
+  VekDirtyBitSet0& vekDirtyBitSet0() { return vekDirtyBitSet0_; }
+  bool hasDirtyAttributes() const override;
+
+ private:
+  friend struct Lid::Attr;
+  VekDirtyBitSet0 vekDirtyBitSet0_;
+};
+
 /// A drawer of a box, by its label.
 class Drawer : public Vek::Entity {
  public:
@@ -278,6 +385,7 @@ class Drawer : public Vek::Entity {
   class NotifieeConst;
   class Notifiee;
   class GenericIf_;
+  class VekNboAttrLogSa;
   using Map = Vek::HashMap<Drawer, Vek::String8, Drawer>;
 
   explicit Drawer(Vek::Name name, Vek::String8 label);
@@ -290,7 +398,12 @@ class Drawer : public Vek::Entity {
   void thingsIs(Vek::U32 value);
   Vek::U32 thingsInc(Vek::U32 delta);
 
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const override;
   bool vekHasAttrLogInterface() const override { return true; }
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaForMsgChannel(Vek::Ptr<Vek::Entity::VekNboAttrLogSa> const& adapter) const override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaIs(Vek::PtrInterface::NotifieeConst::Vek_BitSet flags, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaDel(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) override;
   static Vek::VekType* _fwkType();
   Vek::VekType* fwkType() const override { return _fwkType(); }
   Vek::String8 attributeString(Vek::AttributeId id) const override;
@@ -344,6 +457,46 @@ class Drawer::GenericIf_ final : public Vek::GenericIfEntity {
   void onThings() { tellScalar(259); }
 };
 
+/// What binds a Drawer to one attribute log.
+class Drawer::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
+ public:
+  class FlowOut;
+  class VekNboAttrLogSaAdapter_;
+
+  VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<Drawer> const& entity, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner);
+  ~VekNboAttrLogSa() override;
+
+  Vek::Ptr<Drawer> notifier() const { return const_cast<Drawer*>(static_cast<Drawer const*>(rawNotifier())); }
+  Vek::Ptr<FlowOut> flowOut() const;
+
+  Vek::AttributeId handleAttrFlowOut(Vek::AttributeId from) override;
+  void doSerializeOrphan() override;
+  void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
+  Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
+  void doNotification(int attr, void const* key) override;
+
+  virtual void onThings();
+};
+
+/// What such a binding owes its log.
+class Drawer::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
+ public:
+  class VekDirtyBitSet0 final : public Vek::DirtyBits<1> {
+   public:
+    void vekIsThingsDirtyIs(bool on) { bitIs(1, on); }
+  };
+
+  FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr);
+  ~FlowOut() override;
+
+  VekDirtyBitSet0& vekDirtyBitSet0() { return vekDirtyBitSet0_; }
+  bool hasDirtyAttributes() const override;
+
+ private:
+  friend struct Drawer::Attr;
+  VekDirtyBitSet0 vekDirtyBitSet0_;
+};
+
 /// A shelf of a box, by its name.
 class Shelf : public Vek::Entity {
  public:
@@ -351,6 +504,7 @@ class Shelf : public Vek::Entity {
   class NotifieeConst;
   class Notifiee;
   class GenericIf_;
+  class VekNboAttrLogSa;
   using Map = Vek::HashMap<Shelf, Vek::Name, Shelf>;
 
   explicit Shelf(Vek::Name name);
@@ -368,7 +522,12 @@ class Shelf : public Vek::Entity {
   Drawer::Map::Iterator drawersIterator() { return Drawer::Map::Iterator(&drawers_); }
   Drawer::Map::IteratorConst drawersIteratorConst() const { return Drawer::Map::IteratorConst(&drawers_); }
 
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const override;
   bool vekHasAttrLogInterface() const override { return true; }
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaForMsgChannel(Vek::Ptr<Vek::Entity::VekNboAttrLogSa> const& adapter) const override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaIs(Vek::PtrInterface::NotifieeConst::Vek_BitSet flags, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaDel(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) override;
   static Vek::VekType* _fwkType();
   Vek::VekType* fwkType() const override { return _fwkType(); }
   Vek::String8 attributeString(Vek::AttributeId id) const override;
@@ -427,6 +586,44 @@ class Shelf::GenericIf_ final : public Vek::GenericIfEntity {
   AttributeIteratorConst attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const override;
 };
 
+/// What binds a Shelf to one attribute log.
+class Shelf::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
+ public:
+  class FlowOut;
+  class VekNboAttrLogSaAdapter_;
+
+  VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<Shelf> const& entity, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner);
+  ~VekNboAttrLogSa() override;
+
+  Vek::Ptr<Shelf> notifier() const { return const_cast<Shelf*>(static_cast<Shelf const*>(rawNotifier())); }
+  Vek::Ptr<FlowOut> flowOut() const;
+
+  Vek::AttributeId handleAttrFlowOut(Vek::AttributeId from) override;
+  void doSerializeOrphan() override;
+  void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
+  Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
+  void doNotification(int attr, void const* key) override;
+
+};
+
+/// What such a binding owes its log.
+class Shelf::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
+ public:
+  class VekDirtyBitSet0 final : public Vek::DirtyBits<1> {
+   public:
+  };
+
+  FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr);
+  ~FlowOut() override;
+
+  VekDirtyBitSet0& vekDirtyBitSet0() { return vekDirtyBitSet0_; }
+  bool hasDirtyAttributes() const override;
+
+ private:
+  friend struct Shelf::Attr;
+  VekDirtyBitSet0 vekDirtyBitSet0_;
+};
+
 /// A box of toys.
 class ToyBox : public Vek::Entity {
  public:
@@ -434,6 +631,7 @@ class ToyBox : public Vek::Entity {
   class NotifieeConst;
   class Notifiee;
   class GenericIf_;
+  class VekNboAttrLogSa;
 
   explicit ToyBox(Vek::Name name);
   ~ToyBox() override;
@@ -542,7 +740,12 @@ class ToyBox : public Vek::Entity {
   Shelf::Map::Iterator shelvesIterator() { return Shelf::Map::Iterator(&shelves_); }
   Shelf::Map::IteratorConst shelvesIteratorConst() const { return Shelf::Map::IteratorConst(&shelves_); }
 
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const override;
   bool vekHasAttrLogInterface() const override { return true; }
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaForMsgChannel(Vek::Ptr<Vek::Entity::VekNboAttrLogSa> const& adapter) const override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaIs(Vek::PtrInterface::NotifieeConst::Vek_BitSet flags, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) override;
+  Vek::Ptr<Vek::Entity::VekNboAttrLogSa> vekNboAttrLogSaDel(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) override;
   static Vek::VekType* _fwkType();
   Vek::VekType* fwkType() const override { return _fwkType(); }
   Vek::String8 attributeString(Vek::AttributeId id) const override;
@@ -631,6 +834,117 @@ class ToyBox::GenericIf_ final : public Vek::GenericIfEntity {
 
   AttributeIteratorConst attributeIteratorConst(Vek::AttributeId id) const override;
   AttributeIteratorConst attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const override;
+};
+
+/// What binds a ToyBox to one attribute log.
+class ToyBox::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
+ public:
+  class FlowOut;
+  class VekNboAttrLogSaAdapter_;
+
+  VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<ToyBox> const& entity, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner);
+  ~VekNboAttrLogSa() override;
+
+  Vek::Ptr<ToyBox> notifier() const { return const_cast<ToyBox*>(static_cast<ToyBox const*>(rawNotifier())); }
+  Vek::Ptr<FlowOut> flowOut() const;
+
+  Vek::AttributeId handleAttrFlowOut(Vek::AttributeId from) override;
+  void freeResyncState(Vek::NboAttrLog::FlowOut& flowOut) override;
+  void handleAttrTransaction(Vek::AttributeId attr, AttrTransactionType type, Vek::U32 argument) override;
+  void syncModeIs(SyncMode mode) override;
+  void doSerializeOrphan() override;
+  void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
+  Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
+  void doNotification(int attr, void const* key) override;
+
+  virtual void onCounts(Vek::U32 key);
+  void vekHandleCountsSerializeSing(Vek::U32 key, Vek::U32 value, bool deleted);
+  bool vekHandleCountsSerializeColl();
+  virtual void onFaps(Hardware::Dorn::FapId key);
+  void vekHandleFapsSerializeSing(Hardware::Dorn::FapId key, Vek::U64 const& value, bool deleted);
+  bool vekHandleFapsSerializeColl();
+  virtual void onWanted(Vek::U32 key);
+  void vekHandleWantedSerializeSing(Vek::U32 key, bool value, bool deleted);
+  bool vekHandleWantedSerializeColl();
+  virtual void onNotes(Vek::String8 key);
+  void vekHandleNotesSerializeSing(Vek::String8 key, ToyPoint const& value, bool deleted);
+  bool vekHandleNotesSerializeColl();
+  virtual void onVlans(Bridging::VlanIdOrNone key);
+  void vekHandleVlansSerializeSing(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value, bool deleted);
+  bool vekHandleVlansSerializeColl();
+};
+
+/// What such a binding owes its log.
+class ToyBox::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
+ public:
+  class VekDirtyBitSet0 final : public Vek::DirtyBits<1> {
+   public:
+    void vekCountsHasSyncedIs(bool on) { bitIs(1, on); }
+    void vekFapsHasSyncedIs(bool on) { bitIs(2, on); }
+    void vekWantedHasSyncedIs(bool on) { bitIs(3, on); }
+    void vekNotesHasSyncedIs(bool on) { bitIs(4, on); }
+    void vekVlansHasSyncedIs(bool on) { bitIs(5, on); }
+  };
+  class VekVekIsCountsDirty final : public Vek::RbElement<Vek::U32, bool> {
+   public:
+    using Map = Vek::RbTreeMap<VekVekIsCountsDirty, Vek::U32, bool>;
+    using RbElement::RbElement;
+  };
+  class VekVekIsFapsDirty final : public Vek::RbElement<Hardware::Dorn::FapId, bool> {
+   public:
+    using Map = Vek::RbTreeMap<VekVekIsFapsDirty, Hardware::Dorn::FapId, bool>;
+    using RbElement::RbElement;
+  };
+  class VekVekIsWantedDirty final : public Vek::HashElement<Vek::U32, bool> {
+   public:
+    using Map = Vek::HashMap<VekVekIsWantedDirty, Vek::U32, bool>;
+    using HashElement::HashElement;
+  };
+  class VekVekIsNotesDirty final : public Vek::HashElement<Vek::String8, bool> {
+   public:
+    using Map = Vek::HashMap<VekVekIsNotesDirty, Vek::String8, bool>;
+    using HashElement::HashElement;
+  };
+  class VekVekIsVlansDirty final : public Vek::HashElement<Bridging::VlanIdOrNone, bool> {
+   public:
+    using Map = Vek::HashMap<VekVekIsVlansDirty, Bridging::VlanIdOrNone, bool>;
+    using HashElement::HashElement;
+  };
+
+  FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr);
+  ~FlowOut() override;
+
+  VekDirtyBitSet0& vekDirtyBitSet0() { return vekDirtyBitSet0_; }
+  bool hasDirtyAttributes() const override;
+  Vek::Ptr<VekVekIsCountsDirty> newVekIsCountsDirty(Vek::U32 key, bool on);
+  void vekIsCountsDirtyIs(Vek::U32 key, bool on);
+  bool vekIsCountsDirtyDel(Vek::U32 key);
+  bool vekIsCountsDirtyDel(VekVekIsCountsDirty::Map::Iterator const& it) { return it && vekIsCountsDirtyDel(it->key()); }
+  Vek::Ptr<VekVekIsFapsDirty> newVekIsFapsDirty(Hardware::Dorn::FapId key, bool on);
+  void vekIsFapsDirtyIs(Hardware::Dorn::FapId key, bool on);
+  bool vekIsFapsDirtyDel(Hardware::Dorn::FapId key);
+  bool vekIsFapsDirtyDel(VekVekIsFapsDirty::Map::Iterator const& it) { return it && vekIsFapsDirtyDel(it->key()); }
+  Vek::Ptr<VekVekIsWantedDirty> newVekIsWantedDirty(Vek::U32 key, bool on);
+  void vekIsWantedDirtyIs(Vek::U32 key, bool on);
+  bool vekIsWantedDirtyDel(Vek::U32 key);
+  bool vekIsWantedDirtyDel(VekVekIsWantedDirty::Map::Iterator const& it) { return it && vekIsWantedDirtyDel(it->key()); }
+  Vek::Ptr<VekVekIsNotesDirty> newVekIsNotesDirty(Vek::String8 key, bool on);
+  void vekIsNotesDirtyIs(Vek::String8 key, bool on);
+  bool vekIsNotesDirtyDel(Vek::String8 key);
+  bool vekIsNotesDirtyDel(VekVekIsNotesDirty::Map::Iterator const& it) { return it && vekIsNotesDirtyDel(it->key()); }
+  Vek::Ptr<VekVekIsVlansDirty> newVekIsVlansDirty(Bridging::VlanIdOrNone key, bool on);
+  void vekIsVlansDirtyIs(Bridging::VlanIdOrNone key, bool on);
+  bool vekIsVlansDirtyDel(Bridging::VlanIdOrNone key);
+  bool vekIsVlansDirtyDel(VekVekIsVlansDirty::Map::Iterator const& it) { return it && vekIsVlansDirtyDel(it->key()); }
+
+ private:
+  friend struct ToyBox::Attr;
+  VekDirtyBitSet0 vekDirtyBitSet0_;
+  VekVekIsCountsDirty::Map vekIsCountsDirty_;
+  VekVekIsFapsDirty::Map vekIsFapsDirty_;
+  VekVekIsWantedDirty::Map vekIsWantedDirty_;
+  VekVekIsNotesDirty::Map vekIsNotesDirty_;
+  VekVekIsVlansDirty::Map vekIsVlansDirty_;
 };
 
 }  // namespace Toys

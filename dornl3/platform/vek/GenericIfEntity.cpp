@@ -89,7 +89,7 @@ Ptr<GenericIf> GenericIfEntity::attributeOp(AttributeOp const& op, Ptr<GenericIf
   }
   case Entity::nameAttr: return wrapped(e.name());
   case Entity::fullNameAttr: return wrapped(e.fullName());
-  case Entity::parentAttrNumber: return VekType::genericIf(e.parent().ptr(), isConst());
+  case Entity::parentAttrNumber: return VekType::genericIf(e.isRoot() ? nullptr : e.parent().ptr(), isConst());
   case Entity::parentAttrIdAttr: return wrapped(e.parentAttrId());
   case Entity::writeCountAttr: return wrapped(e.writeCount());
   case Entity::readCountAttr: return wrapped(e.readCount());
