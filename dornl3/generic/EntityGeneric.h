@@ -163,14 +163,7 @@ class MapPosition final : public GenericIf::Position {
 
   [[nodiscard]] bool nonNull() const noexcept override { return static_cast<bool>(it_); }
   void advance() override { it_.advance(); }
-  [[nodiscard]] Ptr<GenericIf const> key() const override {
-    if constexpr (requires { typename A::Child; }) {
-      typename A::Key const k = it_->vekKey();
-      return wrap(k, true);
-    } else {
-      return wrap(it_->key(), true);
-    }
-  }
+  [[nodiscard]] Ptr<GenericIf const> key() const override { return wrap(it_->key(), true); }
   [[nodiscard]] Ptr<GenericIf> object(bool isConst) const override {
     if constexpr (requires { typename A::Child; }) {
       return VekType::genericIf(const_cast<typename A::Child*>(it_.ptr()), isConst);

@@ -296,7 +296,10 @@ class Drawer : public Vek::Entity {
   Vek::String8 attributeString(Vek::AttributeId id) const override;
   void zeroReferencesIs(bool) override;
 
-  Vek::String8 vekKey() const { return label_; }
+  /// A member of a collection: its key, and itself for the value, so that it reads as members that are values do.
+  Vek::String8 key() const { return label_; }
+  Drawer const& value() const { return *this; }
+  Drawer& value() { return *this; }
   Vek::HashLink& vekLink() { return vekLink_; }
   static constexpr auto vekLinkMember() { return &Drawer::vekLink_; }
 
@@ -374,7 +377,10 @@ class Shelf : public Vek::Entity {
   Vek::String8 attributeString(Vek::AttributeId id) const override;
   void zeroReferencesIs(bool) override;
 
-  Vek::Name vekKey() const { return name(); }
+  /// A member of a collection: its key, and itself for the value, so that it reads as members that are values do.
+  Vek::Name key() const { return name(); }
+  Shelf const& value() const { return *this; }
+  Shelf& value() { return *this; }
   Vek::HashLink& vekLink() { return vekLink_; }
   static constexpr auto vekLinkMember() { return &Shelf::vekLink_; }
 
