@@ -121,6 +121,7 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
       .set("isKeyed", form.collection || form.children)
       .set("hasSlot", form.scalar || form.child)
       .set("hasIncrementer", a.increment)
+      .set("order", form.ordered ? "by rising key" : "in the order of their hashes")
       .set("hasLimits", a.min.has_value() || a.max.has_value());
   if (a.child.empty()) {
     AttributeType const& type = types.at(a.type);
