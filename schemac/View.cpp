@@ -97,6 +97,7 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
       .set("member", form.collection ? elementClassName(a.name) : a.child)
       .set("map", form.ordered ? "RbTreeMap" : "HashMap")
       .set("elementBase", form.ordered ? "RbElement" : "HashElement")
+      .set("order", form.ordered ? "by rising key" : "by the hashes of the keys")
       .set("field", fieldName(a.name))
       .set("setter", setterName(a.name))
       .set("incrementer", incrementerName(a.name))
@@ -121,7 +122,6 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
       .set("isKeyed", form.collection || form.children)
       .set("hasSlot", form.scalar || form.child)
       .set("hasIncrementer", a.increment)
-      .set("order", form.ordered ? "by rising key" : "in the order of their hashes")
       .set("hasLimits", a.min.has_value() || a.max.has_value());
   if (a.child.empty()) {
     AttributeType const& type = types.at(a.type);

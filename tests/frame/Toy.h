@@ -1,5 +1,7 @@
 // Made by schemac from Toy.toml: change that, not this.
 // Toys: what the schema compiler emits, for every shape of type and attribute.
+// Values are copies. An entity lives while somebody holds it, and belongs to one thread. While it calls its reactors,
+// they may do anything: see dornl3/core/ReactorWalk.h.
 #pragma once
 
 #include "dornl3/core/HashMap.h"
@@ -131,29 +133,29 @@ class Toy : public Vek::Entity {
 
   /// 258: how large it is
   Vek::U64 size() const { return Vek::vekRead(*this, size_); }
-  /// Stores, counts a write, tells. The present value: nothing happens.
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void sizeIs(Vek::U64 const& value);
-  /// Adds, wraps silently, tells, and gives the sum. Counts a read and no write.
+  /// Adds, wraps silently, calls the reactors, and gives the sum. Counts a read and no write.
   Vek::U64 sizeInc(Vek::U64 const& delta);
 
   /// 259: whether it is broken
   bool broken() const { return Vek::vekRead(*this, broken_); }
-  /// Stores, counts a write, tells. The present value: nothing happens.
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void brokenIs(bool value);
 
   /// 260: when it was last played with
   double played() const { return Vek::vekRead(*this, played_); }
-  /// Stores, counts a write, tells. The present value: nothing happens.
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void playedIs(double const& value);
 
   /// 261: what is written on it
   Vek::String8 const& text() const { return Vek::vekRead(*this, text_); }
-  /// Stores, counts a write, tells. The present value: nothing happens.
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void textIs(Vek::String8 value);
 
   /// 262: where it stands
   ToyPoint const& place() const { return Vek::vekRead(*this, place_); }
-  /// Stores, counts a write, tells. The present value: nothing happens.
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void placeIs(ToyPoint const& value);
 
   bool vekHasAttrLogInterface() const override { return true; }
@@ -234,7 +236,7 @@ class Lid : public Vek::Entity {
 
   /// 258: whether it is open
   bool open() const { return Vek::vekRead(*this, open_); }
-  /// Stores, counts a write, tells. The present value: nothing happens.
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void openIs(bool value);
 
   bool vekHasAttrLogInterface() const override { return true; }
@@ -303,9 +305,9 @@ class Drawer : public Vek::Entity {
 
   /// 259: how many things lie in it
   Vek::U32 things() const { return Vek::vekRead(*this, things_); }
-  /// Stores, counts a write, tells. The present value: nothing happens.
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void thingsIs(Vek::U32 value);
-  /// Adds, wraps silently, tells, and gives the sum. Counts a read and no write.
+  /// Adds, wraps silently, calls the reactors, and gives the sum. Counts a read and no write.
   Vek::U32 thingsInc(Vek::U32 delta);
 
   bool vekHasAttrLogInterface() const override { return true; }
@@ -381,20 +383,20 @@ class Shelf : public Vek::Entity {
   /// 258: the drawers in it
   /// Null where there is none.
   Vek::Ptr<Drawer> drawers(Vek::String8 key) const { return Vek::childrenGet(*this, drawers_, key); }
-  /// A new child; one that has the key leaves, without a parent. Counts nothing, tells nobody.
+  /// A new child; one that has the key leaves, without a parent. Counts nothing, calls nobody.
   Vek::Ptr<Drawer> newDrawers(Vek::String8 key);
-  /// The child, made where it is not there. Tells of a new one.
+  /// The child, made where it is not there. Calls the reactors for a new one.
   Vek::ValidPtr<Drawer> drawersIs(Vek::String8 key);
   /// Removes the child and gives it, without a parent; null where there is none.
   Vek::Ptr<Drawer> drawersDel(Vek::String8 key);
   /// The same of the child under `it`, which keeps its place.
   Vek::Ptr<Drawer> drawersDel(Drawer::Map::Iterator& it);
-  /// Removes all, each counted and told by itself.
+  /// Removes all, one by one, each with its count and call of the reactors.
   void drawersDelAll();
-  /// Tells the reactors of that key. Changes and counts nothing.
+  /// Calls the reactors with that key. Changes and counts nothing.
   void drawersNotify(Vek::String8 key);
   Vek::U32 drawersCount() const { return drawers_.count(); }
-  /// Walk in the order of their hashes; members may come and go meanwhile. The entity outlives its iterators.
+  /// Walks by the hashes of the keys; members may come and go meanwhile. The entity outlives its iterators.
   Drawer::Map::Iterator drawersIterator() { return Drawer::Map::Iterator(&drawers_); }
   Drawer::Map::IteratorConst drawersIteratorConst() const { return Drawer::Map::IteratorConst(&drawers_); }
 
@@ -484,18 +486,18 @@ class ToyBox : public Vek::Entity {
   Vek::U32 counts(Vek::U32 key) const { return Vek::collectionGet(*this, counts_, key); }
   /// Sets the value, of a new member where the key is absent. The present value: nothing happens.
   void countsIs(Vek::U32 key, Vek::U32 value);
-  /// A new member; one that has the key leaves. Counts nothing, tells nobody.
+  /// A new member; one that has the key leaves. Counts nothing, calls nobody.
   Vek::Ptr<VekCounts> newCounts(Vek::U32 key, Vek::U32 value);
   /// Removes the member and gives its value; the default where the key is absent.
   Vek::U32 countsDel(Vek::U32 key);
   /// The same of the member under `it`, which keeps its place.
   Vek::U32 countsDel(VekCounts::Map::Iterator& it);
-  /// Removes all, each counted and told by itself.
+  /// Removes all, one by one, each with its count and call of the reactors.
   void countsDelAll();
-  /// Tells the reactors of that key. Changes and counts nothing.
+  /// Calls the reactors with that key. Changes and counts nothing.
   void countsNotify(Vek::U32 key);
   Vek::U32 countsCount() const { return counts_.count(); }
-  /// Walk by rising key; members may come and go meanwhile. The entity outlives its iterators.
+  /// Walks by rising key; members may come and go meanwhile. The entity outlives its iterators.
   VekCounts::Map::Iterator countsIterator() { return VekCounts::Map::Iterator(&counts_); }
   VekCounts::Map::IteratorConst countsIteratorConst() const { return VekCounts::Map::IteratorConst(&counts_); }
 
@@ -510,18 +512,18 @@ class ToyBox : public Vek::Entity {
   Vek::U64 faps(Hardware::Dorn::FapId key) const { return Vek::collectionGet(*this, faps_, key); }
   /// Sets the value, of a new member where the key is absent. The present value: nothing happens.
   void fapsIs(Hardware::Dorn::FapId key, Vek::U64 const& value);
-  /// A new member; one that has the key leaves. Counts nothing, tells nobody.
+  /// A new member; one that has the key leaves. Counts nothing, calls nobody.
   Vek::Ptr<VekFaps> newFaps(Hardware::Dorn::FapId key, Vek::U64 const& value);
   /// Removes the member and gives its value; the default where the key is absent.
   Vek::U64 fapsDel(Hardware::Dorn::FapId key);
   /// The same of the member under `it`, which keeps its place.
   Vek::U64 fapsDel(VekFaps::Map::Iterator& it);
-  /// Removes all, each counted and told by itself.
+  /// Removes all, one by one, each with its count and call of the reactors.
   void fapsDelAll();
-  /// Tells the reactors of that key. Changes and counts nothing.
+  /// Calls the reactors with that key. Changes and counts nothing.
   void fapsNotify(Hardware::Dorn::FapId key);
   Vek::U32 fapsCount() const { return faps_.count(); }
-  /// Walk by rising key; members may come and go meanwhile. The entity outlives its iterators.
+  /// Walks by rising key; members may come and go meanwhile. The entity outlives its iterators.
   VekFaps::Map::Iterator fapsIterator() { return VekFaps::Map::Iterator(&faps_); }
   VekFaps::Map::IteratorConst fapsIteratorConst() const { return VekFaps::Map::IteratorConst(&faps_); }
 
@@ -536,18 +538,18 @@ class ToyBox : public Vek::Entity {
   bool wanted(Vek::U32 key) const;
   /// Sets the value, of a new member where the key is absent. The present value: nothing happens.
   void wantedIs(Vek::U32 key, bool value);
-  /// A new member; one that has the key leaves. Counts nothing, tells nobody.
+  /// A new member; one that has the key leaves. Counts nothing, calls nobody.
   Vek::Ptr<VekWanted> newWanted(Vek::U32 key, bool value);
   /// Removes the member and gives its value; the default where the key is absent.
   bool wantedDel(Vek::U32 key);
   /// The same of the member under `it`, which keeps its place.
   bool wantedDel(VekWanted::Map::Iterator& it);
-  /// Removes all, each counted and told by itself.
+  /// Removes all, one by one, each with its count and call of the reactors.
   void wantedDelAll();
-  /// Tells the reactors of that key. Changes and counts nothing.
+  /// Calls the reactors with that key. Changes and counts nothing.
   void wantedNotify(Vek::U32 key);
   Vek::U32 wantedCount() const { return wanted_.count(); }
-  /// Walk in the order of their hashes; members may come and go meanwhile. The entity outlives its iterators.
+  /// Walks by the hashes of the keys; members may come and go meanwhile. The entity outlives its iterators.
   VekWanted::Map::Iterator wantedIterator() { return VekWanted::Map::Iterator(&wanted_); }
   VekWanted::Map::IteratorConst wantedIteratorConst() const { return VekWanted::Map::IteratorConst(&wanted_); }
 
@@ -562,18 +564,18 @@ class ToyBox : public Vek::Entity {
   ToyPoint notes(Vek::String8 key) const { return Vek::collectionGet(*this, notes_, key); }
   /// Sets the value, of a new member where the key is absent. The present value: nothing happens.
   void notesIs(Vek::String8 key, ToyPoint const& value);
-  /// A new member; one that has the key leaves. Counts nothing, tells nobody.
+  /// A new member; one that has the key leaves. Counts nothing, calls nobody.
   Vek::Ptr<VekNotes> newNotes(Vek::String8 key, ToyPoint const& value);
   /// Removes the member and gives its value; the default where the key is absent.
   ToyPoint notesDel(Vek::String8 key);
   /// The same of the member under `it`, which keeps its place.
   ToyPoint notesDel(VekNotes::Map::Iterator& it);
-  /// Removes all, each counted and told by itself.
+  /// Removes all, one by one, each with its count and call of the reactors.
   void notesDelAll();
-  /// Tells the reactors of that key. Changes and counts nothing.
+  /// Calls the reactors with that key. Changes and counts nothing.
   void notesNotify(Vek::String8 key);
   Vek::U32 notesCount() const { return notes_.count(); }
-  /// Walk in the order of their hashes; members may come and go meanwhile. The entity outlives its iterators.
+  /// Walks by the hashes of the keys; members may come and go meanwhile. The entity outlives its iterators.
   VekNotes::Map::Iterator notesIterator() { return VekNotes::Map::Iterator(&notes_); }
   VekNotes::Map::IteratorConst notesIteratorConst() const { return VekNotes::Map::IteratorConst(&notes_); }
 
@@ -588,18 +590,18 @@ class ToyBox : public Vek::Entity {
   Kiln::Fapmask vlans(Bridging::VlanIdOrNone key) const { return Vek::collectionGet(*this, vlans_, key); }
   /// Sets the value, of a new member where the key is absent. The present value: nothing happens.
   void vlansIs(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value);
-  /// A new member; one that has the key leaves. Counts nothing, tells nobody.
+  /// A new member; one that has the key leaves. Counts nothing, calls nobody.
   Vek::Ptr<VekVlans> newVlans(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value);
   /// Removes the member and gives its value; the default where the key is absent.
   Kiln::Fapmask vlansDel(Bridging::VlanIdOrNone key);
   /// The same of the member under `it`, which keeps its place.
   Kiln::Fapmask vlansDel(VekVlans::Map::Iterator& it);
-  /// Removes all, each counted and told by itself.
+  /// Removes all, one by one, each with its count and call of the reactors.
   void vlansDelAll();
-  /// Tells the reactors of that key. Changes and counts nothing.
+  /// Calls the reactors with that key. Changes and counts nothing.
   void vlansNotify(Bridging::VlanIdOrNone key);
   Vek::U32 vlansCount() const { return vlans_.count(); }
-  /// Walk in the order of their hashes; members may come and go meanwhile. The entity outlives its iterators.
+  /// Walks by the hashes of the keys; members may come and go meanwhile. The entity outlives its iterators.
   VekVlans::Map::Iterator vlansIterator() { return VekVlans::Map::Iterator(&vlans_); }
   VekVlans::Map::IteratorConst vlansIteratorConst() const { return VekVlans::Map::IteratorConst(&vlans_); }
 
@@ -609,9 +611,9 @@ class ToyBox : public Vek::Entity {
   /// 265: its lid
   /// Null where there is none.
   Vek::Ptr<Lid> lid() const { return Vek::vekRead(*this, lid_); }
-  /// A new child of this parent, not held by it. Counts nothing, tells nobody.
+  /// A new child of this parent, not held by it. Counts nothing, calls nobody.
   Vek::Ptr<Lid> newLid(Vek::Name name);
-  /// The child of that name, made where it is not there; one of another name leaves. Tells of a new one.
+  /// The child of that name, made where it is not there; one of another name leaves. Calls the reactors for a new one.
   Vek::ValidPtr<Lid> lidIs(Vek::Name name);
   /// Removes the child and gives it, without a parent; null where there is none.
   Vek::Ptr<Lid> lidDel();
@@ -619,20 +621,20 @@ class ToyBox : public Vek::Entity {
   /// 266: its shelves
   /// Null where there is none.
   Vek::Ptr<Shelf> shelves(Vek::Name key) const { return Vek::childrenGet(*this, shelves_, key); }
-  /// A new child; one that has the key leaves, without a parent. Counts nothing, tells nobody.
+  /// A new child; one that has the key leaves, without a parent. Counts nothing, calls nobody.
   Vek::Ptr<Shelf> newShelves(Vek::Name key);
-  /// The child, made where it is not there. Tells of a new one.
+  /// The child, made where it is not there. Calls the reactors for a new one.
   Vek::ValidPtr<Shelf> shelvesIs(Vek::Name key);
   /// Removes the child and gives it, without a parent; null where there is none.
   Vek::Ptr<Shelf> shelvesDel(Vek::Name key);
   /// The same of the child under `it`, which keeps its place.
   Vek::Ptr<Shelf> shelvesDel(Shelf::Map::Iterator& it);
-  /// Removes all, each counted and told by itself.
+  /// Removes all, one by one, each with its count and call of the reactors.
   void shelvesDelAll();
-  /// Tells the reactors of that key. Changes and counts nothing.
+  /// Calls the reactors with that key. Changes and counts nothing.
   void shelvesNotify(Vek::Name key);
   Vek::U32 shelvesCount() const { return shelves_.count(); }
-  /// Walk in the order of their hashes; members may come and go meanwhile. The entity outlives its iterators.
+  /// Walks by the hashes of the keys; members may come and go meanwhile. The entity outlives its iterators.
   Shelf::Map::Iterator shelvesIterator() { return Shelf::Map::Iterator(&shelves_); }
   Shelf::Map::IteratorConst shelvesIteratorConst() const { return Shelf::Map::IteratorConst(&shelves_); }
 
