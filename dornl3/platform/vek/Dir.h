@@ -1,5 +1,6 @@
 // Dir: root entities by name.
 // Owner: whoever holds a reference; a directory holds one on each of its entries. Thread: the entities'.
+// Re-entrancy: what an entity's end sets off may use the directory.
 #pragma once
 
 #include "dornl3/platform/vek/Entity.h"
