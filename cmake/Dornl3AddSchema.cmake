@@ -1,6 +1,6 @@
 # dornl3_add_schema(TARGET [INCLUDE_PREFIX folder] [OUTPUT_DIR dir] files...)
 #
-# Stamps types from schema files: each X.toml becomes X.h and X.cpp, which TARGET compiles and finds as
+# Generates types from schema files: each X.toml becomes X.h and X.cpp, which TARGET compiles and finds as
 # "INCLUDE_PREFIX/X.h". INCLUDE_PREFIX may have several parts and is the project's name by default. The files lie under
 # OUTPUT_DIR, by default generated/TARGET in the current build folder. The sources join TARGET in the order of the files,
 # which is the order in which their types register when the program loads.
@@ -31,7 +31,7 @@ function(dornl3_add_schema target)
     OUTPUT ${outputs}
     COMMAND DornL3Unicast::schemac compile --out ${arg_OUTPUT_DIR} --include-prefix ${arg_INCLUDE_PREFIX} ${schemas}
     DEPENDS DornL3Unicast::schemac ${schemas}
-    COMMENT "Stamping types of ${target}"
+    COMMENT "Generating types of ${target}"
     VERBATIM)
   target_sources(${target} PRIVATE ${outputs})
   target_include_directories(${target} BEFORE PUBLIC $<BUILD_INTERFACE:${arg_OUTPUT_DIR}>)

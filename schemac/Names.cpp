@@ -153,6 +153,8 @@ bool isBaseMember(std::string_view name, Type::Kind kind) noexcept {
   return kind == Type::Kind::entity ? contains(entityMembers, name) : contains(valueMembers, name);
 }
 
+bool isMemberAccessor(std::string_view name) noexcept { return name == "key" || name == "value"; }
+
 bool isReservedType(std::string_view name) noexcept { return contains(reservedTypes, name); }
 
 }  // namespace Schemac

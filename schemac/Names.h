@@ -57,6 +57,9 @@ namespace Schemac {
 /// Whether every type of `kind` has this name already: from its bases, or in the descriptors of its attributes.
 [[nodiscard]] bool isBaseMember(std::string_view name, Type::Kind kind) noexcept;
 
+/// Whether every entity that is a member of a collection has this name already: by it members are read.
+[[nodiscard]] bool isMemberAccessor(std::string_view name) noexcept;
+
 /// Whether a type of this name would hide, or be hidden by, what emitted code calls by its short name.
 [[nodiscard]] bool isReservedType(std::string_view name) noexcept;
 

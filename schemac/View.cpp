@@ -97,6 +97,7 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
       .set("member", form.collection ? elementClassName(a.name) : a.child)
       .set("map", form.ordered ? "RbTreeMap" : "HashMap")
       .set("elementBase", form.ordered ? "RbElement" : "HashElement")
+      .set("order", form.ordered ? "by rising key" : "by the hashes of the keys")
       .set("field", fieldName(a.name))
       .set("setter", setterName(a.name))
       .set("incrementer", incrementerName(a.name))
@@ -154,18 +155,8 @@ std::vector<Attribute> standing(Type const& type) {
   return attributes;
 }
 
-// The attribute that holds entities of this type by key; null where none does.
-Attribute const* holderOf(File const& file, Type const& child) {
-  for (Type const& type : file.types) {
-    for (Attribute const& a : type.attributes) {
-      if (a.shape == Shape::childCollection && a.child == child.name) return &a;
-    }
-  }
-  return nullptr;
-}
-
 void setEntity(Data& view, File const& file, Type const& type, Types const& types) {
-  Attribute const* const holder = holderOf(file, type);
+  Attribute const* const holder = file.holderOf(type);
   bool const byName = holder != nullptr && holder->key == "name";
   bool const hasChildren = std::any_of(type.attributes.begin(), type.attributes.end(), [](Attribute const& a) {
     return a.shape == Shape::child || a.shape == Shape::childCollection;

@@ -1,4 +1,5 @@
 // Assertion: a programming error stops the process where it happens, in release builds too.
+// Thread: any. It does not return.
 #pragma once
 
 #include <cstdio>

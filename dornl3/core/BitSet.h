@@ -1,4 +1,5 @@
 // BitSet: N named positions in one word of type T.
+// Owner: it is a plain value. Thread: its owner's.
 #pragma once
 
 #include "dornl3/core/Assertion.h"

@@ -3,6 +3,7 @@
 // notifier by a reference; a weak one does not, and lets go when the notifier tells that its last reference has gone.
 // That reaches those on the list alone: a weak reactor that is on no list must leave its notifier before that ends.
 // Owner: whoever made the reactor; a list holds no reference on it. Thread: the notifier's.
+// Re-entrancy: ReactorWalk tells what a reactor may do while it is called.
 #pragma once
 
 #include "dornl3/core/BitSet.h"

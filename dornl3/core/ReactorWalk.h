@@ -1,4 +1,5 @@
 // ReactorWalk: tells the reactors of a notifier that an attribute has changed.
+// Owner: a walk holds its notifier, and each reactor until its turn is over. Thread: the notifier's.
 // Re-entrancy: during the walk a reactor may add or remove reactors, set any attribute, throw, or drop the last outside
 // reference on the notifier: the walk holds one of its own until it is over.
 #pragma once

@@ -86,7 +86,7 @@ Ptr<typename A::Child> enterChild(typename A::Owner& entity, typename A::Key con
 template <class A>
 Ptr<typename A::Child> removeChild(typename A::Owner& entity, Ptr<typename A::Child> const& child) {
   auto const held = holdOver(entity);
-  typename A::Key const key = child->vekKey();
+  typename A::Key const key = child->key();
   entity.vekNeedWritable(A::number);
   A::field(entity).deleteMember(child);
   entity.vekWriteCountInc();
@@ -136,7 +136,7 @@ Ptr<typename A::Child> childrenDel(typename A::Owner& entity, typename A::Key co
 template <class A, class Iterator>
 Ptr<typename A::Child> childrenDelAt(typename A::Owner& entity, Iterator const& it) {
   Ptr<typename A::Child> const child = it.ptr();
-  bool const present = child && A::field(entity)[child->vekKey()] == child.ptr();
+  bool const present = child && A::field(entity)[child->key()] == child.ptr();
   return present ? detail::removeChild<A>(entity, child) : Ptr<typename A::Child>{};
 }
 

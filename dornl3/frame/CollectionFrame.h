@@ -1,8 +1,8 @@
 // CollectionFrame: keyed attributes whose elements are plain values. What an entity defines itself are one-line calls
 // of these. A descriptor A of such an attribute tells beside its name and number: Owner, Key, Value, Member (the
-// element class), field(owner) (its map, hashed or ordered) and slot. Thread: the entity's. Re-entrancy: a reactor may
-// change the same collection, during a walk of it too. A missing key is no error: reading it gives the default,
-// removing it does nothing.
+// element class), field(owner) (its map, hashed or ordered) and slot. Owner: the collection holds a reference on each
+// element. Thread: the entity's. Re-entrancy: a reactor may change the same collection, during a walk of it too.
+// A missing key is no error: reading it gives the default, removing it does nothing.
 #pragma once
 
 #include "dornl3/frame/EntityFrame.h"

@@ -1,6 +1,7 @@
 // EntityFrame: how the attributes of an entity are read, set and told of. What an entity defines itself are one-line
 // calls of these.
-// Thread: the entity's. Re-entrancy: see ReactorWalk; nothing here touches the entity after its reactors have run.
+// Owner: see Entity. Thread: the entity's. Re-entrancy: see ReactorWalk; nothing here touches the entity after its
+// reactors have run.
 #pragma once
 
 #include "dornl3/core/ReactorWalk.h"

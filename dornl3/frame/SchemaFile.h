@@ -1,6 +1,7 @@
 // SchemaFile: what happens by itself when a library of types is loaded. Each schema file has one static initialiser,
 // which makes the records of the file's types and describes them, if descriptions are wanted.
-// Thread: the loading thread.
+// Owner: the process; records stay for good. Thread: the loading thread. Re-entrancy: an init function that is called
+// while it runs does nothing.
 #pragma once
 
 #include "dornl3/frame/TypeFrame.h"

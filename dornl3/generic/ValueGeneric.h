@@ -1,6 +1,6 @@
 // ValueGeneric: the generic of a value of type X, X::GenericIf_: its own copy of the value, read by attribute number,
 // compared, and built from lists and texts. What depends on X's attributes stands in ValueOps.
-// Thread: any, one at a time.
+// Owner: whoever holds a reference. Thread: any, one at a time.
 #pragma once
 
 #include "dornl3/platform/vek/GenericIf.h"

@@ -1,5 +1,6 @@
 // ValueOps: what an operation by number does to a value, and how values are built from lists of arguments. What an
 // X::GenericIf_ defines itself are one-line calls of these.
+// Thread: any, one at a time for each generic.
 #pragma once
 
 #include "dornl3/frame/TypeFrame.h"

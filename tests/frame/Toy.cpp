@@ -50,10 +50,7 @@ ToyPoint::ToyPoint(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst 
 }
 
 ToyPoint::ToyPoint(Vek::NboAttrLog::In* in, Vek::StreamBogon) { Vek::readValueFields<Attr>(*this, *in); }
-
-Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, ToyPoint const& value) {
-  return Vek::writeValueFields<ToyPoint::Attr>(out, value);
-}
+Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, ToyPoint const& value) { return Vek::writeValueFields<ToyPoint::Attr>(out, value); }
 
 bool ToyPoint::operator==(ToyPoint const& other) const { return Vek::valueEqual<Attr>(*this, other); }
 
@@ -97,10 +94,7 @@ ToyVlan::ToyVlan(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst co
 }
 
 ToyVlan::ToyVlan(Vek::NboAttrLog::In* in, Vek::StreamBogon) { Vek::readValueFields<Attr>(*this, *in); }
-
-Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, ToyVlan value) {
-  return Vek::writeValueFields<ToyVlan::Attr>(out, value);
-}
+Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, ToyVlan value) { return Vek::writeValueFields<ToyVlan::Attr>(out, value); }
 
 bool ToyVlan::operator==(ToyVlan other) const { return Vek::valueEqual<Attr>(*this, other); }
 

@@ -1,5 +1,7 @@
 // Made by schemac from Toy.toml: change that, not this.
 // Toys: what the schema compiler emits, for every shape of type and attribute.
+// Values are copies. An entity lives while somebody holds it, and belongs to one thread. While it calls its reactors,
+// they may do anything: see dornl3/core/ReactorWalk.h.
 #pragma once
 
 #include "dornl3/attrlog/FlowOutFrame.h"
@@ -41,10 +43,11 @@ class ToyPoint {
 
   ToyPoint() = default;
   ToyPoint(Vek::U32 x, double y, Vek::String8 label);
+  /// Reads the text form. Throws RangeException, with `it` at the fault.
   ToyPoint(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst const& end);
   ToyPoint(Vek::NboAttrLog::In* in, Vek::StreamBogon);
 
-  /// 2: how far east
+  /// 2: how far east; 0 to 100 in texts and argument lists, anything by the setter
   Vek::U32 x() const noexcept { return x_; }
   void xIs(Vek::U32 value) { x_ = value; }
   /// 3: how far up
@@ -94,6 +97,7 @@ class ToyVlan {
 
   ToyVlan() = default;
   explicit ToyVlan(Bridging::VlanIdOrNone vlan);
+  /// Reads the text form. Throws RangeException, with `it` at the fault.
   ToyVlan(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst const& end);
   ToyVlan(Vek::NboAttrLog::In* in, Vek::StreamBogon);
 
@@ -139,19 +143,29 @@ class Toy : public Vek::Entity {
 
   /// 258: how large it is
   Vek::U64 size() const { return Vek::vekRead(*this, size_); }
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void sizeIs(Vek::U64 const& value);
+  /// Adds, wraps silently, calls the reactors, and gives the sum. Counts a read and no write.
   Vek::U64 sizeInc(Vek::U64 const& delta);
+
   /// 259: whether it is broken
   bool broken() const { return Vek::vekRead(*this, broken_); }
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void brokenIs(bool value);
+
   /// 260: when it was last played with
   double played() const { return Vek::vekRead(*this, played_); }
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void playedIs(double const& value);
+
   /// 261: what is written on it
   Vek::String8 const& text() const { return Vek::vekRead(*this, text_); }
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void textIs(Vek::String8 value);
+
   /// 262: where it stands
   ToyPoint const& place() const { return Vek::vekRead(*this, place_); }
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void placeIs(ToyPoint const& value);
 
   Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const override;
@@ -191,6 +205,7 @@ class Toy::NotifieeConst : public Vek::Entity::NotifieeConst {
   void notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) override;
   void isRegisteredNotifieeIs(bool on) const override;
 
+  // Called inside the call that makes a change, which is stored and counted already.
   virtual void onSize() {}
   virtual void onBroken() {}
   virtual void onPlayed() {}
@@ -283,6 +298,7 @@ class Lid : public Vek::Entity {
 
   /// 258: whether it is open
   bool open() const { return Vek::vekRead(*this, open_); }
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void openIs(bool value);
 
   Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const override;
@@ -315,6 +331,7 @@ class Lid::NotifieeConst : public Vek::Entity::NotifieeConst {
   void notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) override;
   void isRegisteredNotifieeIs(bool on) const override;
 
+  // Called inside the call that makes a change, which is stored and counted already.
   virtual void onOpen() {}
 };
 
@@ -393,9 +410,12 @@ class Drawer : public Vek::Entity {
 
   /// 258: what stands on it
   Vek::String8 const& label() const { return Vek::vekRead(*this, label_); }
+
   /// 259: how many things lie in it
   Vek::U32 things() const { return Vek::vekRead(*this, things_); }
+  /// Stores, counts a write, calls the reactors. The present value: nothing happens.
   void thingsIs(Vek::U32 value);
+  /// Adds, wraps silently, calls the reactors, and gives the sum. Counts a read and no write.
   Vek::U32 thingsInc(Vek::U32 delta);
 
   Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const override;
@@ -409,7 +429,10 @@ class Drawer : public Vek::Entity {
   Vek::String8 attributeString(Vek::AttributeId id) const override;
   void zeroReferencesIs(bool) override;
 
-  Vek::String8 vekKey() const { return label_; }
+  /// A member of a collection: its key, and itself for the value, so that it reads as members that are values do.
+  Vek::String8 key() const { return label_; }
+  Drawer const& value() const { return *this; }
+  Drawer& value() { return *this; }
   Vek::HashLink& vekLink() { return vekLink_; }
   static constexpr auto vekLinkMember() { return &Drawer::vekLink_; }
 
@@ -434,6 +457,7 @@ class Drawer::NotifieeConst : public Vek::Entity::NotifieeConst {
   void notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) override;
   void isRegisteredNotifieeIs(bool on) const override;
 
+  // Called inside the call that makes a change, which is stored and counted already.
   virtual void onThings() {}
 };
 
@@ -511,14 +535,22 @@ class Shelf : public Vek::Entity {
   ~Shelf() override;
 
   /// 258: the drawers in it
+  /// Null where there is none.
   Vek::Ptr<Drawer> drawers(Vek::String8 key) const { return Vek::childrenGet(*this, drawers_, key); }
+  /// A new child; one that has the key leaves, without a parent. Counts nothing, calls nobody.
   Vek::Ptr<Drawer> newDrawers(Vek::String8 key);
+  /// The child, made where it is not there. Calls the reactors for a new one.
   Vek::ValidPtr<Drawer> drawersIs(Vek::String8 key);
+  /// Removes the child and gives it, without a parent; null where there is none.
   Vek::Ptr<Drawer> drawersDel(Vek::String8 key);
+  /// The same of the child under `it`, which keeps its place.
   Vek::Ptr<Drawer> drawersDel(Drawer::Map::Iterator& it);
+  /// Removes all, one by one, each with its count and call of the reactors.
   void drawersDelAll();
+  /// Calls the reactors with that key. Changes and counts nothing.
   void drawersNotify(Vek::String8 key);
   Vek::U32 drawersCount() const { return drawers_.count(); }
+  /// Walks by the hashes of the keys; members may come and go meanwhile. The entity outlives its iterators.
   Drawer::Map::Iterator drawersIterator() { return Drawer::Map::Iterator(&drawers_); }
   Drawer::Map::IteratorConst drawersIteratorConst() const { return Drawer::Map::IteratorConst(&drawers_); }
 
@@ -533,7 +565,10 @@ class Shelf : public Vek::Entity {
   Vek::String8 attributeString(Vek::AttributeId id) const override;
   void zeroReferencesIs(bool) override;
 
-  Vek::Name vekKey() const { return name(); }
+  /// A member of a collection: its key, and itself for the value, so that it reads as members that are values do.
+  Vek::Name key() const { return name(); }
+  Shelf const& value() const { return *this; }
+  Shelf& value() { return *this; }
   Vek::HashLink& vekLink() { return vekLink_; }
   static constexpr auto vekLinkMember() { return &Shelf::vekLink_; }
 
@@ -557,6 +592,8 @@ class Shelf::NotifieeConst : public Vek::Entity::NotifieeConst {
   void notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) override;
   void isRegisteredNotifieeIs(bool on) const override;
 
+  // Called inside the call that makes a change, which is stored and counted already.
+  // Of the slots of a collection, changes call the one with the key; the others serve adapters.
   virtual void onDrawers(Vek::String8) {}
   virtual void onDrawersvekImmediate() {}
   virtual void onDrawers() {}
@@ -643,16 +680,25 @@ class ToyBox : public Vek::Entity {
     using RbElement::RbElement;
     ~VekCounts() override;
   };
+  /// The default where the key is absent.
   Vek::U32 counts(Vek::U32 key) const { return Vek::collectionGet(*this, counts_, key); }
+  /// Sets the value, of a new member where the key is absent. The present value: nothing happens.
   void countsIs(Vek::U32 key, Vek::U32 value);
+  /// A new member; one that has the key leaves. Counts nothing, calls nobody.
   Vek::Ptr<VekCounts> newCounts(Vek::U32 key, Vek::U32 value);
+  /// Removes the member and gives its value; the default where the key is absent.
   Vek::U32 countsDel(Vek::U32 key);
+  /// The same of the member under `it`, which keeps its place.
   Vek::U32 countsDel(VekCounts::Map::Iterator& it);
+  /// Removes all, one by one, each with its count and call of the reactors.
   void countsDelAll();
+  /// Calls the reactors with that key. Changes and counts nothing.
   void countsNotify(Vek::U32 key);
   Vek::U32 countsCount() const { return counts_.count(); }
+  /// Walks by rising key; members may come and go meanwhile. The entity outlives its iterators.
   VekCounts::Map::Iterator countsIterator() { return VekCounts::Map::Iterator(&counts_); }
   VekCounts::Map::IteratorConst countsIteratorConst() const { return VekCounts::Map::IteratorConst(&counts_); }
+
   /// 259: how many on each FAP
   class VekFaps final : public Vek::RbElement<Hardware::Dorn::FapId, Vek::U64> {
    public:
@@ -660,16 +706,25 @@ class ToyBox : public Vek::Entity {
     using RbElement::RbElement;
     ~VekFaps() override;
   };
+  /// The default where the key is absent.
   Vek::U64 faps(Hardware::Dorn::FapId key) const { return Vek::collectionGet(*this, faps_, key); }
+  /// Sets the value, of a new member where the key is absent. The present value: nothing happens.
   void fapsIs(Hardware::Dorn::FapId key, Vek::U64 const& value);
+  /// A new member; one that has the key leaves. Counts nothing, calls nobody.
   Vek::Ptr<VekFaps> newFaps(Hardware::Dorn::FapId key, Vek::U64 const& value);
+  /// Removes the member and gives its value; the default where the key is absent.
   Vek::U64 fapsDel(Hardware::Dorn::FapId key);
+  /// The same of the member under `it`, which keeps its place.
   Vek::U64 fapsDel(VekFaps::Map::Iterator& it);
+  /// Removes all, one by one, each with its count and call of the reactors.
   void fapsDelAll();
+  /// Calls the reactors with that key. Changes and counts nothing.
   void fapsNotify(Hardware::Dorn::FapId key);
   Vek::U32 fapsCount() const { return faps_.count(); }
+  /// Walks by rising key; members may come and go meanwhile. The entity outlives its iterators.
   VekFaps::Map::Iterator fapsIterator() { return VekFaps::Map::Iterator(&faps_); }
   VekFaps::Map::IteratorConst fapsIteratorConst() const { return VekFaps::Map::IteratorConst(&faps_); }
+
   /// 260: which kinds are wanted
   class VekWanted final : public Vek::HashElement<Vek::U32, bool> {
    public:
@@ -677,16 +732,25 @@ class ToyBox : public Vek::Entity {
     using HashElement::HashElement;
     ~VekWanted() override;
   };
+  /// The default where the key is absent.
   bool wanted(Vek::U32 key) const;
+  /// Sets the value, of a new member where the key is absent. The present value: nothing happens.
   void wantedIs(Vek::U32 key, bool value);
+  /// A new member; one that has the key leaves. Counts nothing, calls nobody.
   Vek::Ptr<VekWanted> newWanted(Vek::U32 key, bool value);
+  /// Removes the member and gives its value; the default where the key is absent.
   bool wantedDel(Vek::U32 key);
+  /// The same of the member under `it`, which keeps its place.
   bool wantedDel(VekWanted::Map::Iterator& it);
+  /// Removes all, one by one, each with its count and call of the reactors.
   void wantedDelAll();
+  /// Calls the reactors with that key. Changes and counts nothing.
   void wantedNotify(Vek::U32 key);
   Vek::U32 wantedCount() const { return wanted_.count(); }
+  /// Walks by the hashes of the keys; members may come and go meanwhile. The entity outlives its iterators.
   VekWanted::Map::Iterator wantedIterator() { return VekWanted::Map::Iterator(&wanted_); }
   VekWanted::Map::IteratorConst wantedIteratorConst() const { return VekWanted::Map::IteratorConst(&wanted_); }
+
   /// 261: where each note sticks
   class VekNotes final : public Vek::HashElement<Vek::String8, ToyPoint> {
    public:
@@ -694,16 +758,25 @@ class ToyBox : public Vek::Entity {
     using HashElement::HashElement;
     ~VekNotes() override;
   };
+  /// The default where the key is absent.
   ToyPoint notes(Vek::String8 key) const { return Vek::collectionGet(*this, notes_, key); }
+  /// Sets the value, of a new member where the key is absent. The present value: nothing happens.
   void notesIs(Vek::String8 key, ToyPoint const& value);
+  /// A new member; one that has the key leaves. Counts nothing, calls nobody.
   Vek::Ptr<VekNotes> newNotes(Vek::String8 key, ToyPoint const& value);
+  /// Removes the member and gives its value; the default where the key is absent.
   ToyPoint notesDel(Vek::String8 key);
+  /// The same of the member under `it`, which keeps its place.
   ToyPoint notesDel(VekNotes::Map::Iterator& it);
+  /// Removes all, one by one, each with its count and call of the reactors.
   void notesDelAll();
+  /// Calls the reactors with that key. Changes and counts nothing.
   void notesNotify(Vek::String8 key);
   Vek::U32 notesCount() const { return notes_.count(); }
+  /// Walks by the hashes of the keys; members may come and go meanwhile. The entity outlives its iterators.
   VekNotes::Map::Iterator notesIterator() { return VekNotes::Map::Iterator(&notes_); }
   VekNotes::Map::IteratorConst notesIteratorConst() const { return VekNotes::Map::IteratorConst(&notes_); }
+
   /// 263: FAPs of each VLAN
   class VekVlans final : public Vek::HashElement<Bridging::VlanIdOrNone, Kiln::Fapmask> {
    public:
@@ -711,32 +784,55 @@ class ToyBox : public Vek::Entity {
     using HashElement::HashElement;
     ~VekVlans() override;
   };
+  /// The default where the key is absent.
   Kiln::Fapmask vlans(Bridging::VlanIdOrNone key) const { return Vek::collectionGet(*this, vlans_, key); }
+  /// Sets the value, of a new member where the key is absent. The present value: nothing happens.
   void vlansIs(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value);
+  /// A new member; one that has the key leaves. Counts nothing, calls nobody.
   Vek::Ptr<VekVlans> newVlans(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value);
+  /// Removes the member and gives its value; the default where the key is absent.
   Kiln::Fapmask vlansDel(Bridging::VlanIdOrNone key);
+  /// The same of the member under `it`, which keeps its place.
   Kiln::Fapmask vlansDel(VekVlans::Map::Iterator& it);
+  /// Removes all, one by one, each with its count and call of the reactors.
   void vlansDelAll();
+  /// Calls the reactors with that key. Changes and counts nothing.
   void vlansNotify(Bridging::VlanIdOrNone key);
   Vek::U32 vlansCount() const { return vlans_.count(); }
+  /// Walks by the hashes of the keys; members may come and go meanwhile. The entity outlives its iterators.
   VekVlans::Map::Iterator vlansIterator() { return VekVlans::Map::Iterator(&vlans_); }
   VekVlans::Map::IteratorConst vlansIteratorConst() const { return VekVlans::Map::IteratorConst(&vlans_); }
+
   /// 264: how many toys go in
   static constexpr Vek::U32 capacity() { return 12; }
+
   /// 265: its lid
+  /// Null where there is none.
   Vek::Ptr<Lid> lid() const { return Vek::vekRead(*this, lid_); }
+  /// A new child of this parent, not held by it. Counts nothing, calls nobody.
   Vek::Ptr<Lid> newLid(Vek::Name name);
+  /// The child of that name, made where it is not there; one of another name leaves. Calls the reactors for a new one.
   Vek::ValidPtr<Lid> lidIs(Vek::Name name);
+  /// Removes the child and gives it, without a parent; null where there is none.
   Vek::Ptr<Lid> lidDel();
+
   /// 266: its shelves
+  /// Null where there is none.
   Vek::Ptr<Shelf> shelves(Vek::Name key) const { return Vek::childrenGet(*this, shelves_, key); }
+  /// A new child; one that has the key leaves, without a parent. Counts nothing, calls nobody.
   Vek::Ptr<Shelf> newShelves(Vek::Name key);
+  /// The child, made where it is not there. Calls the reactors for a new one.
   Vek::ValidPtr<Shelf> shelvesIs(Vek::Name key);
+  /// Removes the child and gives it, without a parent; null where there is none.
   Vek::Ptr<Shelf> shelvesDel(Vek::Name key);
+  /// The same of the child under `it`, which keeps its place.
   Vek::Ptr<Shelf> shelvesDel(Shelf::Map::Iterator& it);
+  /// Removes all, one by one, each with its count and call of the reactors.
   void shelvesDelAll();
+  /// Calls the reactors with that key. Changes and counts nothing.
   void shelvesNotify(Vek::Name key);
   Vek::U32 shelvesCount() const { return shelves_.count(); }
+  /// Walks by the hashes of the keys; members may come and go meanwhile. The entity outlives its iterators.
   Shelf::Map::Iterator shelvesIterator() { return Shelf::Map::Iterator(&shelves_); }
   Shelf::Map::IteratorConst shelvesIteratorConst() const { return Shelf::Map::IteratorConst(&shelves_); }
 
@@ -779,6 +875,8 @@ class ToyBox::NotifieeConst : public Vek::Entity::NotifieeConst {
   void notifierIs(Vek::Ptr<Vek::PtrInterface const> const& n) override;
   void isRegisteredNotifieeIs(bool on) const override;
 
+  // Called inside the call that makes a change, which is stored and counted already.
+  // Of the slots of a collection, changes call the one with the key; the others serve adapters.
   virtual void onCounts(Vek::U32) {}
   virtual void onCountsvekImmediate() {}
   virtual void onCounts() {}

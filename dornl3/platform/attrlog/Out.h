@@ -73,7 +73,7 @@ class Out : public Vek::Connection::Out {
     return waiting < limits_.outBytes ? static_cast<U32>(limits_.outBytes - waiting) : 0;
   }
   /// The longest piece of a text.
-  [[nodiscard]] virtual U32 maxMessageSize() const noexcept { return 32768; }
+  [[nodiscard]] virtual U32 maxMessageSize() const noexcept { return limits_.messageBytes; }
 
   /// The input half of the same connection; null when the connection has gone.
   [[nodiscard]] Ptr<In> reverseLog() const;

@@ -47,6 +47,7 @@ inline constexpr U32 fixedKeyDeleteRecord = 4;  // a U32 key
 struct Limits {
   U32 outBytes = 64 * 1024;      ///< unsent bytes, but for one record that was begun with room
   U32 recordBytes = 256 * 1024;  ///< payload of one record
+  U32 messageBytes = 32 * 1024;  ///< what is free in a log that has room; the longest piece of a text
   U32 textBytes = 16 * 1024 * 1024;
   U32 entities = 64 * 1024;    ///< ids that the peer may assign
   U32 waitingMounts = 64;      ///< mounts that wait for an entity that is not exported

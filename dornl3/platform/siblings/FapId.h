@@ -1,4 +1,5 @@
 // FapId: the number of a fabric access processor, the chip that an entry lies on.
+// Owner: it is a plain value. Thread: its owner's.
 #pragma once
 
 #include "dornl3/platform/attrlog/Out.h"

@@ -1,4 +1,5 @@
 // Fapmask: a set of fabric access processors, opaque to those who pass it on.
+// Owner: it is a plain value. Thread: its owner's.
 #pragma once
 
 #include "dornl3/platform/attrlog/In.h"

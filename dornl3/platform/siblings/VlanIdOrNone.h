@@ -1,4 +1,5 @@
 // VlanIdOrNone: the number of a VLAN, or 0 for none.
+// Owner: it is a plain value. Thread: its owner's.
 #pragma once
 
 #include "dornl3/platform/attrlog/Out.h"

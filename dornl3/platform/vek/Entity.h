@@ -1,6 +1,6 @@
 // Entity: a named, counted object with attributes, whose every change is told to its reactors.
 // Owner: whoever holds a reference. Parent: not counted either way; a parent lets its children go before it goes.
-// Thread: each entity is used on one thread, and so is all that hangs on it.
+// Thread: each entity is used on one thread, and so is all that hangs on it. Re-entrancy: see ReactorWalk.
 #pragma once
 
 #include "dornl3/core/NotifieeConst.h"
