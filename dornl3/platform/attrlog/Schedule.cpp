@@ -19,7 +19,7 @@ bool maySend(StreamAdapter const& adapter) noexcept {
 
 void Schedule::queue(StreamAdapter& adapter) {
   if (adapter.place_ == StreamAdapter::Place::queued) return;
-  remove(adapter);
+  leavePlace(adapter);
   queue_.emplace_back(&adapter);
   adapter.place_ = StreamAdapter::Place::queued;
 }
@@ -47,6 +47,10 @@ void Schedule::unblock() {
 
 void Schedule::remove(StreamAdapter& adapter) noexcept {
   std::erase(inStepDue_, &adapter);
+  leavePlace(adapter);
+}
+
+void Schedule::leavePlace(StreamAdapter& adapter) noexcept {
   switch (std::exchange(adapter.place_, StreamAdapter::Place::none)) {
   case StreamAdapter::Place::queued: std::erase(queue_, &adapter); break;
   case StreamAdapter::Place::blocked: std::erase(blocked_, &adapter); break;

@@ -41,6 +41,7 @@ class Schedule {
   [[nodiscard]] String8 const& failure() const noexcept { return failure_; }
 
  private:
+  void leavePlace(StreamAdapter& adapter) noexcept;
   void visit(StreamAdapter& adapter);
   void walkEnded(StreamAdapter& adapter, FlowOut& flowOut);
   void writeInStep();
