@@ -6,6 +6,7 @@
 #include "apps/kernel/NetlinkSocket.h"
 #include "apps/show/HostRoots.h"
 #include "apps/show/ShowLocal.h"
+#include "apps/show/StatusFiller.h"
 #include "dornl3/platform/vek/Dir.h"
 
 #include <CLI/CLI.hpp>
@@ -74,13 +75,16 @@ CLI::App* addWatch(CLI::App& app, WatchOptions& options) {
   CLI::App* watch = app.add_subcommand("watch", "Print what is at paths, and then what changes there, as it changes");
   watch->add_flag("--local", options.local, "Follow this host's own entities, as its kernel tells (required)");
   watch->add_flag("-r,--recursive", options.recursive, "Go into children, also those that come");
+  watch->add_flag("-w,--whole", options.whole, "Print records in one piece, not the fields that changed");
+  watch->add_flag("-a,--all", options.all, "Show also what this host does not fill");
   CLI::Option* json = watch->add_flag("--json", options.json, "Print JSON, an object a line");
   watch->add_flag("-t,--time", options.stamped, "Put the local time in front of each line")->excludes(json);
   auto const takeChanges = [&options](std::string const& text) { options.changes = wholeNumber(text); };
   watch->add_option_function<std::string>("-n,--changes", takeChanges, "End after that many changes")
       ->check(needWholeNumber)
       ->type_name("NUMBER");
-  watch->add_option("PATH", options.paths, "An entity, an attribute, a collection or a member of one")->required();
+  watch->add_option("PATH", options.paths,
+                    "An entity, an attribute, a collection or a member of one; everything without one");
   watch->footer(std::string{Attributes::pathForm} + "Ctrl-C ends it, with status 0.\n\n" + exitStatus);
   return watch;
 }
@@ -115,11 +119,14 @@ int runOnAttributes(Attributes::CommandLine const& attributes) {
     complain(misuse);
     return misused;
   }
-  if (!attributes.needsEntities()) return print(attributes.run(Vek::Dir::root()));
+  if (!attributes.needsEntities()) return print(attributes.run(Vek::Dir::root()).text);
   Kernel::NetlinkSocket kernel;
   Show::HostRoots const host{[&kernel] { return Kernel::readKernel(kernel); }};
   for (std::string const& notice : Show::noticesOf(host.interrupted())) complain(notice);
-  return print(attributes.run(Vek::Dir::root()));
+  Attributes::Answer const answer = attributes.run(Vek::Dir::root());
+  int const status = print(answer.text);
+  for (std::string const& note : answer.notes) complain(note);
+  return status;
 }
 
 std::string misuseMessage(CLI::App const*, CLI::Error const& error) {
@@ -143,7 +150,7 @@ int run(int argc, char** argv) {
   addShow(app, options);
   WatchOptions watchOptions;
   CLI::App const* const watch = addWatch(app, watchOptions);
-  Attributes::CommandLine const attributes{app};
+  Attributes::CommandLine const attributes{app, Attributes::Filled{Show::filledPaths(Show::Reading::once)}};
   try {
     app.parse(argc, argv);
   } catch (CLI::ParseError const& outcome) {

@@ -78,12 +78,21 @@ std::string_view describe(Kind kind) {
 
 std::string_view describe(VekType const& type) { return type.isEntity() ? "entity" : "value"; }
 
-std::string listRoots(Vek::Dir const& roots, Form form) {
+Answer listRoots(Vek::Dir const& roots, Filled const& filled, Form form) {
   Table table{{"name", "type"}};
+  std::size_t leftOut = 0;
   for (Vek::Name const& name : roots.names()) {
-    table.row({std::string{name.view()}, fullName(roots.entry(name)->fwkType())});
+    if (filled.at(name.view()).isNone()) {
+      ++leftOut;
+    } else {
+      table.row({std::string{name.view()}, fullName(roots.entry(name)->fwkType())});
+    }
   }
-  return table.print(form);
+  Answer answer{table.print(form)};
+  if (leftOut != 0) {
+    answer.notes.push_back(fmt::format("{} root entities are not filled here; --all lists them.", leftOut));
+  }
+  return answer;
 }
 
 std::string listKeys(Place const& collection, Form form) {
@@ -96,10 +105,14 @@ std::string listKeys(Place const& collection, Form form) {
   return form == Form::text ? lines : keys.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
-std::string listAttributes(VekType const& type, Form form) {
+std::string listAttributes(VekType const& type, Filled const& filled, Form form, std::size_t& leftOut) {
   Table table{{"name", "type", "key", "kind"}};
   for (auto const& attr : type.attributes()) {
     if (!isOwn(type, *attr)) continue;
+    if (filled.at(attr->name().view()).isNone()) {
+      ++leftOut;
+      continue;
+    }
     std::string const key = fullName(attr->keyType());
     std::string const name{attr->name().view()};
     if (form == Form::json) {
@@ -146,13 +159,19 @@ VekType const& typeNamed(std::string const& name) {
 
 }  // namespace
 
-std::string ls(Vek::Dir const& roots, std::optional<std::string> const& path, Form form) {
-  if (!path) return listRoots(roots, form);
-  Place const place = resolve(roots, *path);
-  if (place.isCollection()) return listKeys(place, form);
+Answer ls(Vek::Dir const& roots, std::optional<std::string> const& path, Filled const& filled, Form form) {
+  if (!path) return listRoots(roots, filled, form);
+  Selection selection = select(roots, {*path}, filled);
+  Selected const& selected = selection.places.front();
+  Place const place = resolve(selected.path);
+  if (place.isCollection()) return {listKeys(place, form), notesOf(selection)};
   VekType const& type = place.attr == nullptr ? *place.holder->type() : *place.attr->valueType();
-  if (!type.attributes().empty()) return listAttributes(type, form);
-  throw Misfit(fmt::format("{} is a {}, which has nothing in it to list.", place.path, type.fullName().view()));
+  if (type.attributes().empty()) {
+    throw Misfit(fmt::format("{} is a {}, which has nothing in it to list.", place.path, type.fullName().view()));
+  }
+  selection.leftOut = 0;
+  std::string list = listAttributes(type, *selected.filled, form, selection.leftOut);
+  return {std::move(list), notesOf(selection)};
 }
 
 std::string types(std::optional<std::string> const& name, Form form) {
