@@ -196,11 +196,15 @@ TEST_F(Commands, WhatDoesNotFitIsRefusedAndChangesNothing) {
 
 TEST_F(Commands, LsListsRootsAttributesAndKeys) {
   set(deep, "7", Missing::make);
-  EXPECT_THAT(ls({}), HasSubstr("cliConfig                Hardware::DornL3Unicast::CliConfig\n"));
-  EXPECT_THAT(ls("auditStatus"), HasSubstr("auditInfo[Vek::Name]    Hardware::DornL3Unicast::ShadowAuditInfo\n"));
+  EXPECT_THAT(ls({}), AllOf(HasSubstr("\ncliConfig                CliConfig "),
+                            HasSubstr("\naclRouteStatus           Hardware::DornL3Unicast::AclRoute::Status "),
+                            HasSubstr("  Configuration from the command line; the forwarding agent follows it.\n")));
+  EXPECT_THAT(ls("auditStatus"), HasSubstr("auditInfo[Name]    ShadowAuditInfo  the shadows, by name\n"));
   EXPECT_THAT(ls("cliConfig"), HasSubstr("aradIp6HostRouteInLemDefault"));
-  EXPECT_THAT(ls("status.lemV4RouteStats"), HasSubstr("routeCount[U32]      U32\n")) << "also where it is not there";
-  EXPECT_THAT(ls("status.ipFecs"), StartsWith("numNonEcmpFecs  U32\n"));
+  EXPECT_THAT(ls("status.lemV4RouteStats"),
+              AllOf(HasSubstr("routeCount[U32]      U32   routes in the LEM"), HasSubstr("\nLEM   ")))
+      << "also where it is not there";
+  EXPECT_THAT(ls("status.ipFecs"), StartsWith("numNonEcmpFecs  U32  entries with one path\n"));
   set("auditStatus.auditDone['a.b']", "True");
   EXPECT_EQ(ls("auditStatus.auditDone"), "'a.b'\n");
   EXPECT_EQ(json::parse(ls("auditStatus.auditDone", Form::json)), json({"a.b"}));
@@ -210,9 +214,11 @@ TEST_F(Commands, TypesListsTypesAndTheirAttributes) {
   EXPECT_THAT(types({}, Form::text), HasSubstr("Vek::Name "));
   std::string const audit = types("AuditStatus", Form::text);
   EXPECT_THAT(audit, HasSubstr("261  auditInfo"));
-  EXPECT_THAT(audit, HasSubstr("children by key\n"));
+  EXPECT_THAT(audit, HasSubstr("children by key  the shadows, by name\n"));
+  EXPECT_THAT(audit, HasSubstr("read only        its path\n"));
   EXPECT_EQ(json::parse(types("Ipv4EgressAclLabel", Form::json)),
-            json::parse(R"([{"number": 2, "name": "value", "type": "Bridging::VlanIdOrNone", "kind": "read only"}])"));
+            json::parse(R"([{"number": 2, "name": "value", "type": "Bridging::VlanIdOrNone", "kind": "read only",
+                            "doc": "the VLAN that stands for the ACL"}])"));
   EXPECT_THAT(refusal([] { return types("Status", Form::text); }), HasSubstr("Several types are named 'Status': "));
   EXPECT_EQ(refusal([] { return types("RouteStat", Form::text); }),
             "There is no type 'RouteStat'; did you mean 'RouteStats'? 'dornl3 types' lists all.");

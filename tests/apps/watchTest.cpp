@@ -186,10 +186,14 @@ TEST_F(WatchTest, PrintsTimesAndJson) {
             "{\"time\":1.5,\"path\":\"a['\xef\xbf\xbd']\",\"gone\":true}\n");
   setenv("TZ", "UTC-1", 1);
   tzset();
-  EXPECT_THAT(linesOf(changes, 0.0625, Form::text, Stamp::time),
-              StartsWith("1970-01-01T01:00:00.063 status.numVrfs = 0\n1970-01-01T01:00:00.063 auditRequest."));
-  EXPECT_EQ(linesOf({{"a", nullptr}}, 86399.9996, Form::text, Stamp::time), "1970-01-02T01:00:00.000 a: gone\n");
-  EXPECT_EQ(linesOf({{"a", nullptr}}, -0.5, Form::text, Stamp::time), "1970-01-01T00:59:59.500 a: gone\n");
+  EXPECT_THAT(
+      linesOf(changes, 0.0625, Form::text, Stamp::time),
+      StartsWith("1970-01-01T01:00:00.063+01:00 status.numVrfs = 0\n1970-01-01T01:00:00.063+01:00 auditRequest."));
+  EXPECT_EQ(linesOf({{"a", nullptr}}, 86399.9996, Form::text, Stamp::time), "1970-01-02T01:00:00.000+01:00 a: gone\n");
+  setenv("TZ", "UTC+3:30", 1);
+  tzset();
+  EXPECT_EQ(linesOf({{"a", nullptr}}, -0.5, Form::text, Stamp::time), "1969-12-31T20:29:59.500-03:30 a: gone\n");
+  EXPECT_THAT(linesOf({{"a", nullptr}}, 1e300, Form::text, Stamp::time), StartsWith("1e+300 a: gone"));
   unsetenv("TZ");
   tzset();
 }
