@@ -1,4 +1,5 @@
 // dornl3: the command line.
+#include "apps/Help.h"
 #include "apps/StandardOutput.h"
 #include "apps/WatchLocal.h"
 #include "apps/attributes/CommandLine.h"
@@ -14,6 +15,7 @@
 
 #include <charconv>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -27,12 +29,9 @@ constexpr int fine = 0;
 constexpr int failed = 1;
 constexpr int misused = 2;
 
-constexpr char const* exitStatus =
-    "Exit status:\n"
-    "  0  all went well\n"
-    "  1  what was asked for does not fit, the kernel could not be read, or the output not be written; the message\n"
-    "     says what to do\n"
-    "  2  the command line is wrong\n";
+constexpr char const* whatIsShown = "What is shown are figures: how many routes, next hops and entries there are, and\n"
+                                    "in what state. Single routes are to be had from 'ip route', 'ip -6 route' and\n"
+                                    "'ip -f mpls route', single neighbours from 'ip neigh'.\n\n";
 
 struct ShowOptions {
   bool local = false;
@@ -52,11 +51,11 @@ int statusOf(Written const& written) {
 int print(std::string const& text) { return statusOf(writeToStandardOutput(text)); }
 
 CLI::App* addShow(CLI::App& app, ShowOptions& options) {
-  CLI::App* show = app.add_subcommand("show", "Print the forwarding state: routes, next hops, tunnels");
+  CLI::App* show = app.add_subcommand("show", "Print figures of the forwarding state: routes, next hops, tunnels");
   show->add_flag("--local", options.local, "Read this host's kernel (required)");
   CLI::Option* json = show->add_flag("--json", options.json, "Print JSON instead of tables");
   show->add_flag("--text", options.text, "Print each value in its text form instead of tables")->excludes(json);
-  show->footer(exitStatus);
+  show->footer(std::string{whatIsShown} + exitStatus);
   return show;
 }
 
@@ -85,13 +84,14 @@ CLI::App* addWatch(CLI::App& app, WatchOptions& options) {
       ->type_name("NUMBER");
   watch->add_option("PATH", options.paths,
                     "An entity, an attribute, a collection or a member of one; everything without one");
-  watch->footer(std::string{Attributes::pathForm} + "Ctrl-C ends it, with status 0.\n\n" + exitStatus);
+  watch->footer(pathHelp);
+  watch->footer(std::string{"Ctrl-C ends it, with status 0.\n\n"} + exitStatus);
   return watch;
 }
 
 Show::Style styleOfTerminal() {
-  bool const wantsPlain = std::getenv("NO_COLOR") != nullptr;
-  return isatty(STDOUT_FILENO) == 1 && !wantsPlain ? Show::Style::terminal : Show::Style::plain;
+  if (isatty(STDOUT_FILENO) != 1) return Show::Style::plain;
+  return Show::styleFor(std::getenv("TERM"), std::getenv("NO_COLOR"));
 }
 
 int runShow(ShowOptions const& options) {
@@ -129,10 +129,6 @@ int runOnAttributes(Attributes::CommandLine const& attributes) {
   return status;
 }
 
-std::string misuseMessage(CLI::App const*, CLI::Error const& error) {
-  return "dornl3: " + std::string{error.what()} + ". Type 'dornl3 --help' to see what there is.\n";
-}
-
 // Says what the parser has to say: help and version, or what is wrong.
 int answer(CLI::App const& app, CLI::ParseError const& outcome) {
   std::ostringstream out;
@@ -144,8 +140,9 @@ int run(int argc, char** argv) {
   CLI::App app{"The forwarding state of a host, as its forwarding software sees it.", "dornl3"};
   app.set_version_flag("--version", "dornl3 " DORNL3_VERSION);
   app.require_subcommand(1);
+  app.formatter(std::make_shared<HelpForm>());
   app.footer(exitStatus);
-  app.failure_message(misuseMessage);
+  app.failure_message([](CLI::App const* parsed, CLI::Error const& error) { return misuse(*parsed, error); });
   ShowOptions options;
   addShow(app, options);
   WatchOptions watchOptions;

@@ -1,20 +1,15 @@
 #include "apps/attributes/CommandLine.h"
 
+#include "apps/Help.h"
+
 #include <fmt/format.h>
 
 namespace Apps::Attributes {
 
 namespace {
 
-constexpr char const* exitStatus =
-    "Exit status:\n"
-    "  0  all went well\n"
-    "  1  the path, the value or the operation does not fit, or the kernel could not be read, or the output not be\n"
-    "     written; the message says what does not fit, and what would\n"
-    "  2  the command line is wrong\n";
-
-constexpr char const* shortLived =
-    "With --local the entities live only as long as this command: what it changes is gone when it ends.\n";
+constexpr char const* shortLived = "With --local the entities live only as long as this command: what it changes\n"
+                                   "is gone when it ends.\n\n";
 
 }  // namespace
 
@@ -29,7 +24,8 @@ CLI::App* CommandLine::add(CLI::App& app, char const* name, char const* descript
                     over == Over::entities ? "Work on this host's own entities, filled from its kernel (required)"
                                            : "Tell the types of this program, as is done anyway");
   command->add_flag("--json", json_, "Print JSON");
-  command->footer(over == Over::entities ? fmt::format("{}\n{}", pathForm, exitStatus) : exitStatus);
+  if (over == Over::entities) command->footer(pathHelp);
+  command->footer(exitStatus);
   command->callback([this, name, over, body = std::move(body)] {
     given_ = name;
     over_ = over;
@@ -85,13 +81,13 @@ void CommandLine::addChanging(CLI::App& app) {
                   "The value in its text form, as 'get' prints it: 17, True, 0.5, \"'a text'\"; behind -- where it "
                   "begins with a minus. Nothing for a child");
   set->add_flag("-p,--parents", parents_, "Make the children on the way that are not there");
-  set->footer(fmt::format("{}\n{}\n{}", shortLived, pathForm, exitStatus));
+  set->footer(std::string{shortLived} + exitStatus);
 
   CLI::App* const del =
       add(app, "del", "Remove a member of a collection, or a child; print what it was", Over::entities,
           [this](Vek::Dir const& roots) { return Answer{Attributes::del(roots, *path_, form())}; });
   del->add_option("PATH", path_, "A member of a collection, or a child")->required();
-  del->footer(fmt::format("{}\n{}\n{}", shortLived, pathForm, exitStatus));
+  del->footer(std::string{shortLived} + exitStatus);
 }
 
 std::string CommandLine::misuse() const {

@@ -12,11 +12,6 @@
 
 namespace Apps::Attributes {
 
-/// For the help of commands that take paths.
-inline constexpr char const* pathForm =
-    "A path reads like status.numVrfs, 'status.inUseArpEntries[0]' or 'auditStatus.auditInfo[kernel].table'.\n"
-    "Quote it for the shell where it has brackets.\n";
-
 class CommandLine {
  public:
   /// Adds the commands to `app`, which keeps pointers into this: it parses only as long as this stands. `filled`: of
