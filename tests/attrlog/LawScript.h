@@ -27,6 +27,15 @@ struct Act {
     notes,
     notesDel,
     vlans,
+    text,
+    lid,
+    lidDel,
+    lidOpen,
+    shelf,
+    shelfDel,
+    drawer,
+    drawerDel,
+    things,
     step,    ///< each end acts once
     settle,  ///< until there is nothing to do
     cut,     ///< the connection breaks, and another takes its place

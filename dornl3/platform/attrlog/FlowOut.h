@@ -52,6 +52,10 @@ class FlowOut : public PtrInterface {
   [[nodiscard]] void* valueIter() const noexcept { return valueIter_.get(); }
   virtual void valueIterIs(HeapCopy iterator) { valueIter_ = std::move(iterator); }
 
+  /// Told when a text is part-way out; nothing is decided by it.
+  virtual void outstandingKeysIs(U32 count) { outstandingKeys_ = count; }
+  [[nodiscard]] U32 outstandingKeys() const noexcept { return outstandingKeys_; }
+
   [[nodiscard]] U8 vekDataBits() const noexcept { return dataBits_; }
   virtual void vekDataBitsIs(U8 bits) { dataBits_ = bits; }
   [[nodiscard]] bool yieldRequested() const noexcept { return (dataBits_ & yieldRequestedBit) != 0; }
@@ -90,6 +94,7 @@ class FlowOut : public PtrInterface {
   bool isFull_;
   bool isSyncSent_ = false;
   AttributeId resume_ = 0;
+  U32 outstandingKeys_ = 0;
   U32* words_ = nullptr;
   StreamAdapter* adapter_;
   HeapCopy bookmark_;
