@@ -27,8 +27,8 @@ void Demuxer::createFlowOut(StreamAdapter& adapter, ConnectDesc const& desc, boo
     if (old->isFull()) made->isFullIs(true);
     made->isSyncSentIs(old->isSyncSent());
     // The far side has the beginning of a walk or of a text: it is to forget it.
-    if (old->bookmark() != nullptr || old->valueIter() != nullptr) made->pendingAbortIs(old->attrId(), true);
-    adapter.freeResyncState(*old);
+    if (old->bookmark() != nullptr || old->valueIter() != nullptr) made->pendingAbortIs(old->iterAttr(), true);
+    adapter.dropWalkState(*old);
   }
   adapter.flowOut_ = made;
   adapter.flagsIs(StreamAdapter::noFlowOut, false);
@@ -42,7 +42,7 @@ Ptr<StreamAdapter> Demuxer::reactorDel(EntityId id) {
   adapter->leaveSession();
   schedule_.remove(*adapter);
   flowInDel(id);
-  if (Ptr<FlowOut> const flowOut = std::exchange(adapter->flowOut_, nullptr)) adapter->freeResyncState(*flowOut);
+  if (Ptr<FlowOut> const flowOut = std::exchange(adapter->flowOut_, nullptr)) adapter->dropWalkState(*flowOut);
   adapter->flagsIs(StreamAdapter::noFlowOut, true);
   schedule_.unblock();  // an id is free
   return adapter;
@@ -55,7 +55,7 @@ void Demuxer::unbind(StreamAdapter& adapter) {
   if (--unbinding_ != 0) return;
   for (Remount const& remount : std::exchange(remounts_, {})) {
     StreamAdapter& left = *remount.adapter;
-    if (Ptr<FlowOut> const flowOut = std::exchange(left.flowOut_, nullptr)) left.freeResyncState(*flowOut);
+    if (Ptr<FlowOut> const flowOut = std::exchange(left.flowOut_, nullptr)) left.dropWalkState(*flowOut);
     left.flagsIs(StreamAdapter::noFlowOut, true);
     left.leaveSession();
     left.out_ = remount.out;

@@ -160,8 +160,10 @@ bool Sa::handlingFlowInFor(AttributeId attr) const {
   Demuxer const* const demuxer = streamDemuxer();
   if (demuxer == nullptr || !demuxer->hasFlowIns()) return false;
   Ptr<FlowIn> const flowIn = demuxer->flowIn(entityId());
-  // On a mount a walk that comes in does not make an attribute deaf: only a text in pieces does, which is whole or not.
-  return flowIn && flowIn->aid() == attr && (side() == Side::plain || flowIn->iter() != nullptr);
+  if (!flowIn || flowIn->aid() != attr) return false;
+  // On a mount a walk that comes in makes no attribute deaf. A text in pieces does, at the replica alone: with both ends
+  // deaf to their own texts, neither would be whole.
+  return side() == Side::plain || (side() == Side::replica && flowIn->iter() != nullptr);
 }
 
 Ptr<Out> const& Sa::recordIs(int attr, U32 fixedSize, bool isVariable, U32 kind) {
@@ -204,7 +206,7 @@ U32 roomForAText(Out const& out) noexcept {
 bool Sa::serializeText(AttributeId attr, U32 slot, String8 const& text) {
   if (hasFlag(syncModeRelay)) return false;
   if (!hasFlag(entityReactorActive) && handlingFlowInFor(attr)) {
-    streamDemuxer()->flowIn(entityId())->hasLocalChangeIs(true);
+    if (!hasFlag(handlingScheduledFlowOut)) streamDemuxer()->flowIn(entityId())->hasLocalChangeIs(true);
     return false;
   }
   if (!maySend(attr)) return true;
@@ -275,7 +277,7 @@ bool Sa::receiveText(InboundRecord const& record, AttributeId attr, U32 slot, St
       demuxer.flowInDel(entityId());
     }
     // Our own text that is part-way out is an older one.
-    if (flowOut() && flowOut()->valueIter() != nullptr && flowOut()->attrId() == attr) {
+    if (flowOut() && flowOut()->valueIter() != nullptr && flowOut()->iterAttr() == attr) {
       static_cast<void>(prepareImmediateTransmission(attr, true));
       flowOut()->slotBitIs(slot, true);
     }

@@ -98,12 +98,19 @@ bool StreamAdapter::prepareImmediateTransmission(AttributeId attr, bool bufferSh
     if (!mayWrite) flowOut_->yieldRequestedIs(true);
     return mayWrite;
   }
-  if (flowOut_->valueIter() != nullptr && attr == flowOut_->attrId()) {
+  if (flowOut_->valueIter() != nullptr && attr == flowOut_->iterAttr()) {
     // The text that is part-way out has changed: the far side forgets the pieces that it has.
-    freeResyncState(*flowOut_);
+    dropWalkState(*flowOut_);
     flowOut_->pendingAbortIs(attr, true);
   }
   return false;
+}
+
+void StreamAdapter::dropWalkState(FlowOut& flowOut) {
+  AttributeId const standsOn = flowOut.attrId();
+  flowOut.attrIdIs(flowOut.iterAttr());
+  freeResyncState(flowOut);
+  flowOut.attrIdIs(standsOn);
 }
 
 Ptr<NboAttrLog::SyncSession> StreamAdapter::runningSession() const {

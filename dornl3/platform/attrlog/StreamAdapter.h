@@ -130,6 +130,8 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   [[nodiscard]] bool convertedToWritable(bool) const noexcept { return false; }
   /// Whether the far side of a read-only binding may write this attribute all the same.
   [[nodiscard]] bool readOnlyRemoteOk(int) const noexcept { return false; }
+  /// Drops the key or the place in a text at which a walk would go on.
+  void dropWalkState(NboAttrLog::FlowOut& flowOut);
   /// The adapter goes on with its own part of a synchronisation: everything is owed.
   void doThis();
   /// Tells the far side how far the entity has come.
