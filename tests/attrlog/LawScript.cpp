@@ -122,35 +122,83 @@ std::ostream& operator<<(std::ostream& os, Act const& act) {
             << act.value << '}';
 }
 
-class LawScript::Ears {
+// A process that mounts toy and box from another, whose directory is `from`.
+class LawScript::Replica {
  public:
-  Vek::Ptr<ToyEar> toy;
-  Vek::Ptr<BoxEar> box;
+  Replica(LawOptions const& options, Vek::Ptr<Vek::Dir> from, std::string& heard)
+      : link(options.pair),
+        dir(Vek::make<Vek::Dir>()),
+        toyMount(Vek::make<Mount>("toy", *Toy::_fwkType(), options.access, dir)),
+        boxMount(Vek::make<Mount>("box", *ToyBox::_fwkType(), options.access, dir)),
+        access_(options.access),
+        from_(std::move(from)),
+        heard_(heard) {
+    link.reader().mounts().mountIs(toyMount);
+    link.reader().mounts().mountIs(boxMount);
+  }
+  ~Replica() {
+    link.cut();
+    if (toyEar_) toyEar_->notifierIs(nullptr);
+    if (boxEar_) boxEar_->notifierIs(nullptr);
+  }
+  Replica(Replica const&) = delete;
+  Replica& operator=(Replica const&) = delete;
+
+  void reconnect() {
+    link.connect();
+    exported_ = 0;
+    link.reader().mounts().mountIs(toyMount);
+    link.reader().mounts().mountIs(boxMount);
+  }
+
+  // Exports what has come into being where this mounts from, and listens to what has come here.
+  void lookRound() {
+    for (char const* name : {"toy", "box"}) {
+      auto const entity = from_->entity(name);
+      unsigned const bit = *name == 't' ? 1U : 2U;
+      if (!entity || (exported_ & bit) != 0) continue;
+      exported_ |= bit;
+      link.owner().exports().exportIs(entity, access_);
+    }
+    if (!toyEar_ && dir->entity("toy")) toyEar_ = listening<ToyEar>(dir->entity("toy"), heard_);
+    if (!boxEar_ && dir->entity("box")) boxEar_ = listening<BoxEar>(dir->entity("box"), heard_);
+  }
+
+  LogPair link;
+  Vek::Ptr<Vek::Dir> dir;
+  Vek::Ptr<Mount> toyMount;
+  Vek::Ptr<Mount> boxMount;
+
+ private:
+  Access access_;
+  Vek::Ptr<Vek::Dir> from_;
+  std::string& heard_;
+  unsigned exported_ = 0;
+  Vek::Ptr<ToyEar> toyEar_;
+  Vek::Ptr<BoxEar> boxEar_;
 };
 
-LawScript::LawScript(LawOptions const& options)
-    : options_(options), pair_(options.pair), ears_(std::make_unique<Ears>()) {
-  toyMount_ = Vek::make<Mount>("toy", *Toy::_fwkType(), options_.access, dir_);
-  boxMount_ = Vek::make<Mount>("box", *ToyBox::_fwkType(), options_.access, dir_);
-  bind();
+LawScript::LawScript(LawOptions const& options) : options_(options) {
+  home_->entryIs(Toys::toyFactory("toy"));
+  home_->entryIs(Toys::toyBoxFactory("box"));
+  replicas_.push_back(std::make_unique<Replica>(options_, home_, heard_));
+  if (options_.joined == Joined::pair) return;
+  auto const& from = options_.joined == Joined::star ? home_ : replicas_.front()->dir;
+  replicas_.push_back(std::make_unique<Replica>(options_, from, heard_));
 }
 
-LawScript::~LawScript() {
-  pair_.cut();
-  if (ears_->toy) ears_->toy->notifierIs(nullptr);
-  if (ears_->box) ears_->box->notifierIs(nullptr);
+LawScript::~LawScript() = default;
+
+void LawScript::lookRound() {
+  for (auto const& replica : replicas_) replica->lookRound();
 }
 
-void LawScript::bind() {
-  pair_.owner().exports().exportIs(toy_, options_.access);
-  pair_.owner().exports().exportIs(box_, options_.access);
-  pair_.reader().mounts().mountIs(toyMount_);
-  pair_.reader().mounts().mountIs(boxMount_);
-}
-
-void LawScript::watch() {
-  if (!ears_->toy && dir_->entity("toy")) ears_->toy = listening<ToyEar>(dir_->entity("toy"), heard_);
-  if (!ears_->box && dir_->entity("box")) ears_->box = listening<BoxEar>(dir_->entity("box"), heard_);
+// A chain comes to rest link by link, and news from the end of it goes back the same way.
+void LawScript::settle() {
+  for (int i = 0; i < 8; ++i) {
+    lookRound();
+    for (auto const& replica : replicas_) replica->link.settle();
+  }
 }
 
 void LawScript::change(Toy& toy, ToyBox& box, Act const& act) {
@@ -198,42 +246,47 @@ void LawScript::change(Toy& toy, ToyBox& box, Act const& act) {
 }
 
 void LawScript::act(Act const& act) {
+  Replica& replica = *replicas_[act.key % replicas_.size()];
   switch (act.kind) {
-  case Act::step: return pair_.step();
-  case Act::settle: return pair_.settle();
-  case Act::cut:
-    pair_.connect();
-    return bind();
+  case Act::step:
+    for (auto const& each : replicas_) each->link.step();
+    return;
+  case Act::settle: return settle();
+  case Act::cut: return replica.reconnect();
   default: break;
   }
-  if (!act.byReplica) return change(*toy_, *box_, act);
-  auto const toy = Vek::ptrCast<Toy>(dir_->entity("toy"));
-  auto const box = Vek::ptrCast<ToyBox>(dir_->entity("box"));
+  Vek::Dir const& dir = act.byReplica ? *replica.dir : *home_;
+  auto const toy = Vek::ptrCast<Toy>(dir.entity("toy"));
+  auto const box = Vek::ptrCast<ToyBox>(dir.entity("box"));
   if (!toy || !box) return;
   try {
     change(*toy, *box, act);
   } catch (Vek::ReadOnlyException const&) {
     // Read-only, or not in step: nothing was stored, as the digest will tell.
+    if (!act.byReplica) throw;
   }
 }
 
 void LawScript::play(std::vector<Act> const& acts) {
+  lookRound();
   for (Act const& each : acts) {
     act(each);
-    watch();
+    lookRound();
   }
-  pair_.settle();
-  watch();
+  settle();
 }
 
 std::string LawScript::complaint() {
   if (!heard_.empty()) return heard_;
-  if (toyMount_->state() != Vek::Dir::inStep) return "the toy's mount is not in step";
-  if (boxMount_->state() != Vek::Dir::inStep) return "the box's mount is not in step";
-  if (Vek::digest(*toy_) != Vek::digest(*dir_->entity("toy"))) return "the toys differ";
-  if (Vek::digest(*box_) != Vek::digest(*dir_->entity("box"))) return "the boxes differ";
-  bool const hasOneWriter = options_.access == Access::readOnly;
-  if (hasOneWriter && pair_.reader().demuxer().skipped() != 0) return "a record was passed over";
+  for (auto const& replica : replicas_) {
+    for (auto const& mount : {replica->toyMount, replica->boxMount}) {
+      std::string const name(mount->name().view());
+      if (mount->state() != Vek::Dir::inStep) return "the mount of the " + name + " is not in step";
+      if (Vek::digest(*home_->entity(mount->name())) != Vek::digest(*mount->entity())) return "the " + name + " differs";
+    }
+    bool const hasOneWriter = options_.access == Access::readOnly;
+    if (hasOneWriter && replica->link.reader().demuxer().skipped() != 0) return "a record was passed over";
+  }
   return {};
 }
 
