@@ -15,13 +15,26 @@ namespace Vek {
   return object.references() != 0 ? &object : nullptr;
 }
 
+/// Where no memory is left to hold the reactors of a change: the adapters of logs, which stand first, are told that they
+/// have missed it, by onNotificationException, inside the handling of the exception. Lets none out.
+void tellLogsOfMissedChange(ReactorChain const& reactors, AttributeId attribute) noexcept;
+
+[[nodiscard]] inline HeldReactors heldFor(ReactorChain const& reactors, AttributeId attribute) {
+  try {
+    return HeldReactors{reactors};
+  } catch (...) {
+    tellLogsOfMissedChange(reactors, attribute);
+    throw;
+  }
+}
+
 /// Calls `call(reactor)` for the reactors on the list at entry. What one throws goes to its
 /// onNotificationException(attribute), and the walk goes on; what that throws ends the walk and reaches the caller.
 template <class Call>
 void walkReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute, Call const& call) {
   if (reactors.count() == 0) return;
   auto const held = holdOver(notifier);
-  HeldReactors const all{reactors};
+  HeldReactors const all = heldFor(reactors, attribute);
   Expect const* const around = Expect::innermost();
   for (ReactorTurns walk{all}; walk; walk.advance()) {
     try {

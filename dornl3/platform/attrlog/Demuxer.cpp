@@ -104,6 +104,11 @@ Ptr<FlowIn> Demuxer::flowInIs(EntityId id) {
 
 void Demuxer::flowInDel(EntityId id) { flowIns_.erase(id.number()); }
 
+void Demuxer::notReplicatedIs(String8 const& path, bool on) {
+  std::erase(notReplicated_, path);
+  if (on && notReplicated_.size() < mostNotReplicated) notReplicated_.push_back(path);
+}
+
 void Demuxer::ackIfMoved() {
   if (processed_ == ackSent_) return;
   ackSent_ = processed_;

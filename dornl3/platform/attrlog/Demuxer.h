@@ -85,6 +85,13 @@ class Demuxer {
   [[nodiscard]] StreamAdapter* applied() const noexcept { return applied_; }
   void appliedIs(StreamAdapter* adapter) noexcept { applied_ = adapter; }
 
+  /// Attributes whose last value was longer than the peer takes, by path: what the far side has of them is older. At most
+  /// so many are named; all are counted by Out::droppedRecords().
+  static constexpr std::size_t mostNotReplicated = 64;
+  [[nodiscard]] std::vector<String8> const& notReplicated() const noexcept { return notReplicated_; }
+  [[nodiscard]] bool hasNotReplicated() const noexcept { return !notReplicated_.empty(); }
+  void notReplicatedIs(String8 const& path, bool on);
+
   /// Passed over, for want of an adapter, an attribute or a field.
   [[nodiscard]] U64 skipped() const noexcept { return skipped_; }
   void skippedInc() noexcept { ++skipped_; }
@@ -108,6 +115,7 @@ class Demuxer {
   U64 ackSent_ = 0;
   U64 skipped_ = 0;
   StreamAdapter* applied_ = nullptr;
+  std::vector<String8> notReplicated_;
   std::vector<Remount> remounts_;
   std::vector<Ptr<StreamAdapter>> retired_;
   U32 unbinding_ = 0;

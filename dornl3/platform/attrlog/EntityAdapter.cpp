@@ -176,6 +176,11 @@ Ptr<Out> const& Sa::recordIs(int attr, U32 fixedSize, bool isVariable, U32 kind)
 void Sa::recordClosed() {
   boundLog() << Connection::Out::tokenClose;
   recordWritten(*boundLog());
+  if (Demuxer& demuxer = *streamDemuxer(); boundLog()->droppedLast() || demuxer.hasNotReplicated()) [[unlikely]] {
+    int const attr = boundLog()->attribute();
+    String8 const name = vekNotifierEntity()->attributeString(static_cast<AttributeId>(attr < 0 ? -attr : attr));
+    demuxer.notReplicatedIs(vekNotifierEntity()->fullName() + "." + name, boundLog()->droppedLast());
+  }
 }
 
 void Sa::scalarOwed(U32 slot) noexcept {
