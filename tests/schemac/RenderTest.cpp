@@ -94,7 +94,8 @@ struct Fault {
 
 TEST(Render, FaultsNameTemplateLineAndName) {
   Fault const faults[] = {
-      {"\n{{entity.nmae}}", "template 'Root', line 2: 'entity.nmae' is unknown: 'entity' has no 'nmae'"},
+      {"\n{{! a remark\n on two lines }}{{entity.nmae}}",
+       "template 'Root', line 3: 'entity.nmae' is unknown: 'entity' has no 'nmae'"},
       {"{{attr.name}}", "template 'Root', line 1: 'attr.name' is unknown: there is no 'attr' here"},
       {"{{entity.base.nmae}}", "template 'Root', line 1: 'entity.base.nmae' is unknown: 'entity.base' has no 'nmae'"},
       {"{{#entity.attrs}}{{attr.Name}}{{/entity.attrs}}",

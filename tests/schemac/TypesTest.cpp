@@ -49,7 +49,7 @@ TEST(Literal, IsCppThatReadsBackTheSame) {
 }
 
 TEST(Suggest, OnlyWhatIsNear) {
-  EXPECT_EQ(didYouMean("incremnt", {"number", "increment"}), ", did you mean 'increment'?");
+  EXPECT_EQ(didYouMean("incremnt", {"number", "increment"}), "; did you mean 'increment'?");
   EXPECT_EQ(didYouMean("colour", {"number", "increment"}), "");
   EXPECT_EQ(didYouMean(std::string(100000, 'x'), {"increment"}), "");
 }

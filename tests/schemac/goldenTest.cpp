@@ -42,6 +42,22 @@ TEST(Golden, TheToysAreEmittedAsTheyAreKept) {
   expectGolden("tests/frame/Toy.cpp", toys.source);
 }
 
+TEST(Golden, ANumberThatTomlCannotHoldIsStillANumber) {
+  Emitted const emitted = emit(good(R"(namespace = "Acme"
+[[entity]]
+name = "Fan"
+doc = "a fan"
+attributes = [
+  { number = 258, name = "serial", type = "U64", default = "18446744073709551615", doc = "d" },
+  { number = 259, name = "none", type = "U64", constant = "9223372036854775808", doc = "d" },
+]
+)"),
+                               "");
+  EXPECT_NE(emitted.header.find(" serial_ = 18446744073709551615u;"), std::string::npos);
+  EXPECT_NE(emitted.header.find(" none() { return 9223372036854775808u; }"), std::string::npos);
+  EXPECT_NE(emitted.source.find(" constant = 9223372036854775808u;"), std::string::npos);
+}
+
 // How many lines a type may cost its reader, header and source together.
 int budget(Type const& type) {
   if (!type.isEntity()) return 90 + 8 * static_cast<int>(type.attributes.size());
