@@ -1,4 +1,4 @@
-// What the compiler emits: for the toys byte by byte, for all files how much.
+// What the compiler emits: for the toys byte by byte.
 #include "tests/schemac/Emitted.h"
 
 #include <fmt/format.h>
@@ -56,38 +56,6 @@ attributes = [
   EXPECT_NE(emitted.header.find(" serial_ = 18446744073709551615u;"), std::string::npos);
   EXPECT_NE(emitted.header.find(" none() { return 9223372036854775808u; }"), std::string::npos);
   EXPECT_NE(emitted.source.find(" constant = 9223372036854775808u;"), std::string::npos);
-}
-
-// How many lines a type may cost its reader, header and source together.
-int budget(Type const& type) {
-  if (!type.isEntity()) return 90 + 8 * static_cast<int>(type.attributes.size());
-  int lines = 220;
-  for (Attribute const& a : type.attributes) {
-    switch (a.shape) {
-    case Shape::retired: break;
-    case Shape::child: lines += 40; break;
-    case Shape::ordered:
-    case Shape::hashed:
-    case Shape::childCollection: lines += 80; break;
-    default: lines += 20; break;
-    }
-  }
-  return lines;
-}
-
-TEST(Golden, NoTypeCostsMoreLinesThanItsBudget) {
-  for (File const& file : allFiles()) {
-    // A type costs what the file grows by with it; it names none that is defined behind it.
-    File part = file;
-    part.types.clear();
-    int before = emit(part, "dornl3/schema").lines();
-    for (Type const& type : file.types) {
-      part.types.push_back(type);
-      int const now = emit(part, "dornl3/schema").lines();
-      EXPECT_LE(now - before, budget(type)) << file.stem << ", " << type.name << ": shorten the templates";
-      before = now;
-    }
-  }
 }
 
 }  // namespace
