@@ -13,6 +13,7 @@ TEST(SchemaFiles, StatusHas45Scalars14CollectionsAnd2Children) {
   std::map<Shape, int> const expected = {
       {Shape::scalar, 45}, {Shape::ordered, 9}, {Shape::hashed, 5}, {Shape::child, 2}};
   EXPECT_EQ(count, expected);
+  EXPECT_EQ(file.types[0].name + ' ' + file.types[1].name, "Request RouteStats");  // an entity, and a value behind it
 }
 
 TEST(SchemaFiles, IncrementersAreThoseOfTheRequestsAndTheirCounters) {
