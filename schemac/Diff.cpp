@@ -22,7 +22,7 @@ std::string signature(Attribute const& a) {
   std::string const& of = a.child.empty() ? a.type : a.child;
   if (!of.empty()) text += " of " + of;
   if (!a.key.empty()) text += " by " + a.key;
-  if (a.constant) text += " " + schemaLiteral(*a.constant);
+  if (a.constant) text += " = " + schemaLiteral(*a.constant);
   return text;
 }
 

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <charconv>
-#include <system_error>
 #include <type_traits>
 
 namespace Schemac {
@@ -49,10 +48,10 @@ std::optional<std::uint64_t> unsignedOf(Literal const& literal) noexcept {
   }
   auto const* const text = std::get_if<std::string>(&literal);
   if (text == nullptr || text->empty() || text->front() == '0') return std::nullopt;
-  std::uint64_t number = 0;
+  std::uint64_t number = 0;  // and stays so where the digits are too many
   char const* const end = text->data() + text->size();
-  auto const [stop, error] = std::from_chars(text->data(), end, number);
-  return error == std::errc{} && stop == end && number > maxOfToml ? std::optional{number} : std::nullopt;
+  char const* const stop = std::from_chars(text->data(), end, number).ptr;
+  return stop == end && number > maxOfToml ? std::optional{number} : std::nullopt;
 }
 
 std::string cppLiteral(Literal const& literal) { return write(literal, cppString); }

@@ -37,6 +37,13 @@ doc = "a slot"
 attributes = [
   { number = 258, name = "label", type = "Vek::String", fixed = true, doc = "label" },
   { number = 259, name = "used", type = "bool", doc = "used" },
+  { number = 260, name = "rows", type = "U32", constant = 4, doc = "rows" },
+]
+[[entity]]
+name = "Lid"
+doc = "a lid"
+attributes = [
+  { number = 258, name = "mode", type = "U32", doc = "mode" },
 ]
 )";
 
@@ -60,7 +67,7 @@ std::string const countLine = R"(  { number = 258, name = "count", type = "U64",
 std::string const partLine = R"(  { number = 261, name = "part", child = "Part", doc = "part" },)";
 std::string const largeLine =
     R"(  { number = 3, name = "large", type = "U8", min = 3, max = 5, default = 4, doc = "large" },)";
-std::string const usedLine = R"(  { number = 259, name = "used", type = "bool", doc = "used" },)";
+std::string const rowsLine = R"(  { number = 260, name = "rows", type = "U32", constant = 4, doc = "rows" },)";
 std::string const banksLine = R"(  { number = 260, name = "banks", hashed = "U32", type = "bool", doc = "banks" },)";
 
 std::vector<Change> const& changes() {
@@ -76,6 +83,11 @@ std::vector<Change> const& changes() {
         {"\"mode\", type = \"U32\"", "\"mode\", type = \"U8\""}},
        {"breaks: type 'Part' is gone", "breaks: 'Whole.part' is gone; hold its place: { number = 261, retired = true }",
         "note: type 'Piece' is new"}},
+      {"a type like another is gone",
+       {{"[[entity]]\nname = \"Lid\"\ndoc = \"a lid\"\nattributes = [\n"
+         "  { number = 258, name = \"mode\", type = \"U32\", doc = \"mode\" },\n]\n",
+         ""}},
+       {"breaks: type 'Lid' is gone"}},
       {"a type is renamed",
        {{"\"Part\"\ndoc", "\"Piece\"\ndoc"}, {"child = \"Part\"", "child = \"Piece\""}},
        {"breaks: type 'Part' is called 'Piece' now; peers know it by its old name",
@@ -109,6 +121,9 @@ std::vector<Change> const& changes() {
        {{"hashed = \"U32\"", "hashed = \"Vek::String\""}},
        {"breaks: 'Whole.banks' was a hashed collection of bool by U32 and is a hashed collection of bool by "
         "Vek::String"}},
+      {"another constant",
+       {{"constant = 4", "constant = 5"}},
+       {"breaks: 'Slot.rows' was a constant of U32 = 4 and is a constant of U32 = 5"}},
       {"another shape",
        {{"hashed = \"U32\"", "ordered = \"U32\""}},
        {"breaks: 'Whole.banks' was a hashed collection of bool by U32 and is an ordered collection of bool by U32"}},
@@ -130,7 +145,7 @@ std::vector<Change> const& changes() {
         "theirs"}},
       {"a range that takes in all", {{"\"small\", type = \"U8\"", "\"small\", type = \"U8\", min = 0, max = 255"}}, {}},
       {"a constructor argument more",
-       {{usedLine, usedLine + R"(  { number = 260, name = "row", type = "Vek::String", fixed = true, doc = "row" },)"}},
+       {{rowsLine, rowsLine + R"(  { number = 261, name = "row", type = "Vek::String", fixed = true, doc = "row" },)"}},
        {"breaks: 'Slot.row' is new: peers make the entity without it"}},
       {"a constructor argument less",
        {{R"(number = 258, name = "label", type = "Vek::String", fixed = true, doc = "label")",

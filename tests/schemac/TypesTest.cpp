@@ -36,6 +36,17 @@ TEST(Types, WidthAndPassingOfTheHouseValues) {
     EXPECT_EQ(type.wireWidth, e.width) << e.type;
     EXPECT_EQ(type.parameter(), e.parameter) << e.type;
   }
+  File const toy = good(R"(namespace = "Acme"
+[[value]]
+name = "Toy"
+doc = "d"
+attributes = [
+  { number = 2, name = "a", type = "U8", doc = "d" },
+  { number = 3, retired = true },
+  { number = 4, name = "b", type = "U8", doc = "d" },
+]
+)");
+  EXPECT_EQ(Types(toy).at("Toy").wireWidth, 2U);
   EXPECT_THROW((void)Types(houseFile("AclIntf")).at("RouteStats"), std::out_of_range);  // of another file
 }
 
