@@ -1,6 +1,6 @@
 #include "schemac/Diff.h"
 #include "schemac/Docs.h"
-#include "tests/schemac/Schemas.h"
+#include "tests/schemac/Emitted.h"
 
 #include <rapidcheck/gtest.h>
 
@@ -31,6 +31,7 @@ void surviveText(std::string const& text) {
   Complaints const complaints = check({*result.file});
   if (!result.complaints.empty() || !complaints.empty()) return;
   RC_ASSERT(!docsOf(*result.file).empty());
+  RC_ASSERT(!emit(*result.file, "").source.empty());
   RC_ASSERT(diff(*result.file, *result.file).empty());
 }
 

@@ -18,10 +18,8 @@ TEST(Types, WidthAndPassingOfTheHouseValues) {
   };
   Expected const table[] = {
       {"Status", "RouteStats", 48, "RouteStats const&"},
-      {"Status", "JLpmStats", 64, "JLpmStats const&"},
       {"Status", "LpmStats", 0, "LpmStats const&"},  // holds a string
       {"Status", "InternalState", 2, "InternalState"},
-      {"Status", "TimingMarkers", 128, "TimingMarkers const&"},
       {"DornL3CliConfig", "LpmLevelBits", 6, "LpmLevelBits const&"},
       {"AclIntf", "Ipv4EgressAclLabel", 2, "Ipv4EgressAclLabel"},
       {"AclIntf", "Kiln::Fapmask", 16, "Kiln::Fapmask const&"},

@@ -42,20 +42,26 @@ TEST(Golden, TheToysAreEmittedAsTheyAreKept) {
   expectGolden("tests/frame/Toy.cpp", toys.source);
 }
 
-TEST(Golden, ANumberThatTomlCannotHoldIsStillANumber) {
+TEST(Golden, NumbersAreThoseOfTheSchemaAlsoWhereTomlEnds) {
   Emitted const emitted = emit(good(R"(namespace = "Acme"
+[[value]]
+name = "Duty"
+doc = "d"
+attributes = [ { number = 2, name = "share", type = "U8", min = 3, max = 7, default = 4, doc = "d" } ]
 [[entity]]
 name = "Fan"
-doc = "a fan"
+doc = "d"
 attributes = [
   { number = 258, name = "serial", type = "U64", default = "18446744073709551615", doc = "d" },
   { number = 259, name = "none", type = "U64", constant = "9223372036854775808", doc = "d" },
 ]
 )"),
                                "");
-  EXPECT_NE(emitted.header.find(" serial_ = 18446744073709551615u;"), std::string::npos);
-  EXPECT_NE(emitted.header.find(" none() { return 9223372036854775808u; }"), std::string::npos);
-  EXPECT_NE(emitted.source.find(" constant = 9223372036854775808u;"), std::string::npos);
+  for (char const* line :
+       {" share_ = 4;", " serial_ = 18446744073709551615u;", " none() { return 9223372036854775808u; }"})
+    EXPECT_NE(emitted.header.find(line), std::string::npos) << line;
+  for (char const* line : {" min = 3;", " max = 7;", " constant = 9223372036854775808u;"})
+    EXPECT_NE(emitted.source.find(line), std::string::npos) << line;
 }
 
 }  // namespace
