@@ -216,7 +216,6 @@ File readRoot(toml::table const& root, std::filesystem::path const& path, Compla
   file.path = path.string();
   file.stem = path.stem().string();
   TableReader const in(root, file, "a schema file", fileKeys(), complain);
-  file.at = {1, 1};  // the root begins with the file, whatever stands in its first line
   in.require("namespace", "\"Hardware::DornL3Unicast\", say, above the first type");
   file.nameSpace = in.text("namespace");
   file.doc = in.text("doc");

@@ -60,7 +60,7 @@ attributes = [
   for (char const* line :
        {" share_ = 4;", " serial_ = 18446744073709551615u;", " none() { return 9223372036854775808u; }"})
     EXPECT_NE(emitted.header.find(line), std::string::npos) << line;
-  for (char const* line : {" min = 3;", " max = 7;", " constant = 9223372036854775808u;"})
+  for (char const* line : {"#include \"Toy.h\"\n", " min = 3;", " max = 7;", " constant = 9223372036854775808u;"})
     EXPECT_NE(emitted.source.find(line), std::string::npos) << line;
 }
 
