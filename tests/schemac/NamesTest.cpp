@@ -8,9 +8,8 @@
 namespace Schemac::Test {
 namespace {
 
-// The rules of names look at what derivedNames gives, so it must give all that the templates make of an attribute,
-// but for the names of its stream adapter: these begin with the stem of the framework, as none that an attribute
-// yields.
+// The rules of names look at what derivedNames gives, so it must give all that the templates make of an attribute, but
+// for the names of its stream adapter: these begin with the stem of the framework, as no attribute may.
 TEST(Names, AreAllThatStandInTheHeaderForAnAttribute) {
   File const file = good(R"(namespace = "Acme"
 [[value]]
