@@ -255,7 +255,6 @@ class Toy::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onSize();
   virtual void onBroken();
   virtual void onPlayed();
@@ -372,7 +371,6 @@ class Lid::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onOpen();
 };
 
@@ -498,7 +496,6 @@ class Drawer::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onThings();
 };
 
@@ -640,7 +637,6 @@ class Shelf::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
 };
 
 /// What such a binding owes its log.
@@ -954,7 +950,6 @@ class ToyBox::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onCounts(Vek::U32 key);
   void vekHandleCountsSerializeSing(Vek::U32 key, Vek::U32 value, bool deleted);
   bool vekHandleCountsSerializeColl();
