@@ -114,11 +114,11 @@ std::vector<std::string> namespaceParts(std::string_view nameSpace) {
 
 std::vector<std::string> derivedNames(Attribute const& attribute, Type::Kind kind) {
   std::string const& name = attribute.name;
-  if (attribute.retired()) return {};
   if (kind == Type::Kind::value) return {name, setterName(name)};
   switch (attribute.shape) {
   case Shape::constant:
-  case Shape::fixed: return {name};
+  case Shape::fixed:
+  case Shape::retired: return {name};
   case Shape::scalar:
   case Shape::text: {
     std::vector<std::string> names = {name, setterName(name), slotName(name)};
@@ -129,7 +129,6 @@ std::vector<std::string> derivedNames(Attribute const& attribute, Type::Kind kin
   case Shape::ordered:
   case Shape::hashed:
   case Shape::childCollection: break;
-  case Shape::retired: return {};
   }
   std::vector<std::string> names = {name,
                                     setterName(name),

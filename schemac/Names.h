@@ -49,7 +49,7 @@ namespace Schemac {
 /// Parts of a namespace: "Hardware", "DornL3Unicast".
 [[nodiscard]] std::vector<std::string> namespaceParts(std::string_view nameSpace);
 
-/// Every public name that `attribute` yields in a type of `kind`, its own first. Nothing for a retired one.
+/// Every public name that `attribute` yields in a type of `kind`, its own first.
 [[nodiscard]] std::vector<std::string> derivedNames(Attribute const& attribute, Type::Kind kind);
 
 /// Why `name` may stand for no type, attribute, factory or namespace in C++, as the end of a sentence ("is a keyword

@@ -26,8 +26,14 @@ std::string accessorResult(AttributeType const& type) {
   return type.kind == AttributeType::Kind::text ? type.cpp + " const&" : keptParameter(type);
 }
 
+// A string that an integer is given holds a number too great for TOML.
+std::string expression(Literal const& literal, AttributeType const& type) {
+  auto const* const digits = std::get_if<std::string>(&literal);
+  return digits != nullptr && type.isInteger() ? *digits + 'u' : cppLiteral(literal);
+}
+
 std::string initializer(Attribute const& attribute, AttributeType const& type) {
-  if (attribute.defaultValue) return " = " + cppLiteral(*attribute.defaultValue);
+  if (attribute.defaultValue) return " = " + expression(*attribute.defaultValue, type);
   return type.defaultLiteral.empty() ? "" : " = " + type.defaultLiteral;
 }
 
@@ -118,7 +124,7 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
       .set("dirtyField", dirtyFieldName(a.name))
       .set("dirtyMember", dirtyMemberName(a.name))
       .set("syncedSetter", syncedSetterName(a.name))
-      .set("constant", a.constant ? cppLiteral(*a.constant) : std::string())
+      .set("constant", a.constant ? expression(*a.constant, types.at(a.type)) : std::string())
       .set("isField", form.field)
       .set("isScalar", form.scalar)
       .set("isScalarRecord", form.scalar && a.shape != Shape::text)
@@ -136,7 +142,7 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
       .set("isKeyed", form.collection || form.children)
       .set("hasSlot", form.scalar || form.child)
       .set("hasIncrementer", a.increment)
-      .set("hasLimits", a.min.has_value() || a.max.has_value());
+      .set("hasLimits", a.min.has_value());
   if (a.child.empty()) {
     AttributeType const& type = types.at(a.type);
     view.set("type", type.cpp)
@@ -146,7 +152,7 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
         .set("moved", moved(type, "value"))
         .set("initializer", form.collection ? std::string() : initializer(a, type))
         .set("min", std::to_string(a.min.value_or(0)))
-        .set("max", std::to_string(a.max.value_or(type.max)));
+        .set("max", std::to_string(a.max.value_or(0)));
   } else {
     view.set("initializer", "");
   }
