@@ -3,9 +3,7 @@
 #include "dornl3/platform/siblings/FapId.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/core/MapScript.h"
-#include "tests/core/SmallStack.h"
 
-#include <cmath>
 #include <functional>
 #include <vector>
 
@@ -98,14 +96,6 @@ TEST_F(RbTreeMapOf, AnyKeyButTheDefaultIsABookmark) {
   expectBookmark<U32>(2048, true);
   expectBookmark<FapId>(FapId(2048), false);
   expectBookmark<FapId>(FapId(0), true);
-}
-
-TEST_F(RbTreeMapOf, AMillionMembersGoOnASmallStack) {
-  withSmallStack([] {
-    Numbers::Map map;
-    for (U32 n = 0; n < 1'000'000; ++n) enter(map, n);
-    EXPECT_LT(map.verify(), 2 * std::log2(map.count() + 1.0));
-  });
 }
 
 }  // namespace

@@ -94,6 +94,10 @@ TEST_F(Children, AMadeChildIsBoundButNotStored) {
   EXPECT_EQ(made->parentAttrId(), 265U);
   Ptr<Lid> const stored = box->lidIs("a");
   EXPECT_FALSE(stored == made);
+  Ptr<Shelf> const old = box->shelvesIs("top");
+  EXPECT_EQ(effect(0, [&] { box->newShelves("top"); }), Calls{});
+  EXPECT_TRUE(isParent(*old, nullptr));
+  EXPECT_EQ(effect(1, [&] { EXPECT_FALSE(box->shelvesIs("top") == old); }), Calls{}) << "it was there";
   made->parentIs(nullptr);  // a box does not know of it, and could not let it go
 }
 

@@ -30,6 +30,11 @@ TEST_F(ValueGeneric, TakesAnotherValueWhateverItsConstnessAndItsCopyIsAsConst) {
     EXPECT_EQ(point->value().x(), 9U);
     EXPECT_EQ(point->clone()->isConst(), isConst);
     EXPECT_EQ(point->clone()->strRep(), point->strRep());
+    auto const equals = [&point](Vek::Ptr<GenericIf> const& other) {
+      return point->attributeOp({0, GenericIf::OpEquals}, other, nullptr)->strRep();
+    };
+    EXPECT_EQ(equals(point->clone()), "True");
+    EXPECT_EQ(equals(ToyPoint::GenericIf_::GenericIf_Is(ToyPoint(), false)), "False");
   }
 }
 
@@ -39,6 +44,7 @@ TEST_F(ValueGeneric, IsMadeFromAnEmptyListAndNotFromOneThatBreaksALimit) {
   list->enqueue(plain(Vek::U32{101}));
   list->enqueue(plain(1.0));
   list->enqueue(plain(Vek::String8("")));
+  EXPECT_EQ(list->strRep(), "[101, 1.0, '']");
   EXPECT_THROW(static_cast<void>(ToyPoint::_fwkType()->genericIf(list.ptr(), false)), Vek::RangeException);
 }
 
