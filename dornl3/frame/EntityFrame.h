@@ -72,7 +72,8 @@ String8 attributeString(X const& entity, AttributeId id) {
 /// Tells the reactors that the last reference on the entity has gone.
 template <class X>
 void notifyZeroReferences(X const& entity) {
-  notifyLastReferenceGone(entity, reactorsOf<X>(entity), Entity::zeroReferencesEvent);
+  notifyReactors(entity, reactorsOf<X>(entity), Entity::zeroReferencesEvent,
+                 &PtrInterface::NotifieeConst::onZeroReferences);
 }
 
 }  // namespace Vek

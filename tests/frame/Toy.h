@@ -65,7 +65,7 @@ class ToyPoint {
 };
 
 /// A ToyPoint without its class, read by attribute number.
-class ToyPoint::GenericIf_ final : public Vek::ValueGeneric<ToyPoint> {
+class ToyPoint::GenericIf_ final : public Vek::ValueGeneric<ToyPoint, ToyPoint const&> {
  public:
   using ValueGeneric::ValueGeneric;
   static Vek::Ptr<GenericIf_> GenericIf_Is(ToyPoint const& value, bool isConst);
@@ -107,7 +107,7 @@ class ToyVlan {
 };
 
 /// A ToyVlan without its class, read by attribute number.
-class ToyVlan::GenericIf_ final : public Vek::ValueGeneric<ToyVlan> {
+class ToyVlan::GenericIf_ final : public Vek::ValueGeneric<ToyVlan, ToyVlan> {
  public:
   using ValueGeneric::ValueGeneric;
   static Vek::Ptr<GenericIf_> GenericIf_Is(ToyVlan value, bool isConst);

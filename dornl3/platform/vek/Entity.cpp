@@ -92,6 +92,7 @@ String8 Entity::attributeString(AttributeId id) const {
   }
 }
 
+void Entity::vekNotifieeAdapterIs(Ptr<Entity const> const&) {}
 void Entity::handleParent(Ptr<Entity> const&) {}
 
 bool Entity::vekHasAttrLogInterface() const { return false; }

@@ -55,6 +55,8 @@ class Entity : public PtrInterface {
   /// The name of an attribute or event, "unknown" for a number that has none.
   [[nodiscard]] virtual String8 attributeString(AttributeId id) const;
 
+  /// For entities that are adapted: reactors are to follow `adapter` in this one's place. Here: nothing.
+  virtual void vekNotifieeAdapterIs(Ptr<Entity const> const& adapter);
   /// The parent has changed.
   virtual void handleParent(Ptr<Entity> const& parent);
 
