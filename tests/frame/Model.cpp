@@ -11,11 +11,11 @@ std::string Model::state() {
   for (int number = 0; number < Script::toys; ++number) {
     ModelToy& t = toy(number);
     if (!t.alive) continue;
-    os << "t" << number << ": references " << t.references << ", size " << t.size << ", broken " << t.broken
-       << ", writes " << t.writes << ", reads " << t.reads << ", version " << t.version << ", list";
+    os << "t" << number << ": references " << t.references << ", size " << t.size << ", writes " << t.writes
+       << ", reads " << t.reads << ", version " << t.version << ", list";
     for (int who : t.list) os << " r" << who;
     os << '\n';
-    t.reads += 2;
+    ++t.reads;
   }
   for (int who = 0; who < Script::reactors; ++who) {
     ModelReactor const& r = reactor(who);
@@ -137,26 +137,17 @@ void Model::call(int who, Vek::AttributeId event) {
   } else {
     ModelToy& t = toy(r.follows);
     ++t.reads;
-    note(name + (event == sizeEvent ? " size " + std::to_string(t.size) : " broken " + std::to_string(t.broken)));
+    note(name + " size " + std::to_string(t.size));
   }
   playTurn(who);
 }
 
-void Model::set(int number, Vek::AttributeId attribute, Vek::U64 value) {
+void Model::set(int number, Vek::U64 value) {
   ModelToy& t = toy(number);
-  Vek::U64& field = attribute == sizeEvent ? t.size : t.broken;
-  if (!t.alive || field == value) return;
-  field = value;
+  if (!t.alive || t.size == value) return;
+  t.size = value;
   ++t.writes;
-  walk(number, attribute);
-}
-
-void Model::increment(int number, Vek::U64 delta) {
-  ModelToy& t = toy(number);
-  if (!t.alive) return;
-  ++t.reads;
-  t.size += delta;
-  if (delta != 0) walk(number, sizeEvent);
+  walk(number, sizeEvent);
 }
 
 void Model::be(int who, Property property, bool on) {
@@ -192,8 +183,7 @@ void Model::drop(int who) {
 
 void Model::make(int who) {
   ModelReactor& r = reactor(who);
-  if (r.made) return;
-  r.made = r.alive = r.heldOutside = true;
+  r.alive = r.heldOutside = true;
   r.references = 1;
   registerIt(who, plan(who).registered);
   follow(who, plan(who).toy);

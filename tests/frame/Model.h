@@ -22,12 +22,10 @@ class Model final : public Stage {
     std::vector<int> list;
     unsigned version = 0;
     Vek::U64 size = 0;
-    Vek::U64 broken = 0;
     unsigned writes = 0;
     unsigned reads = 0;
   };
   struct ModelReactor {
-    bool made = false;
     bool alive = false;
     bool heldOutside = false;
     int references = 0;
@@ -54,8 +52,7 @@ class Model final : public Stage {
   void walk(int number, Vek::AttributeId event);
   void call(int who, Vek::AttributeId event);
 
-  void set(int number, Vek::AttributeId attribute, Vek::U64 value) override;
-  void increment(int number, Vek::U64 delta) override;
+  void set(int number, Vek::U64 value) override;
   void be(int who, Property property, bool on) override;
   void follow(int who, int number) override;
   void drop(int who) override;

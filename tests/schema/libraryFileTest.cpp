@@ -13,6 +13,7 @@
 #include <set>
 #include <sstream>
 #include <stdexcept>
+#include <vector>
 
 namespace {
 
@@ -30,6 +31,12 @@ std::istringstream toldBy(std::string const& tool) {
   return std::istringstream(text);
 }
 
+std::vector<File> houseFiles() {
+  std::vector<File> files;
+  for (std::string const& stem : Test::houseStems()) files.push_back(Test::houseFile(stem));
+  return files;
+}
+
 constexpr bool isSanitized = std::string_view(DORNL3_SANITIZE) != "";
 
 TEST(LibraryFile, NamesItsTypes) {
@@ -45,8 +52,7 @@ TEST(LibraryFile, NamesItsTypes) {
   // File by file, in each the type defined last stands first. Each name begins on a boundary of 32 bytes, zeros fill
   // the space between, and nothing stands behind the last.
   std::string expected;
-  for (std::string const& stem : Test::houseStems()) {
-    File const schema = Test::houseFile(stem);
+  for (File const& schema : houseFiles()) {
     for (auto it = schema.types.rbegin(); it != schema.types.rend(); ++it) {
       expected.resize((expected.size() + 31) / 32 * 32);
       expected += fullName(schema, *it) + '\0';
@@ -124,8 +130,7 @@ Names neededOf(File const& file, Type const& type) {
 
 TEST(LibraryFile, OffersWhatTheSchemaFilesTellOf) {
   Names const all = offered();
-  for (std::string const& stem : Test::houseStems()) {
-    File const file = Test::houseFile(stem);
+  for (File const& file : houseFiles()) {
     for (Type const& type : file.types) {
       for (std::string const& name : neededOf(file, type)) EXPECT_TRUE(all.contains(name)) << name;
     }
