@@ -58,44 +58,6 @@ TEST_F(HashMapOf, NumbersIsWalkedByReversedBits) {
   EXPECT_EQ(Numbers::Map::IteratorConst(nullptr).bucket(), -1);
 }
 
-// The framework's half, in the hands of one who starts with a single bucket.
-class OneBucket : public Vek::HashMapGeneric {
- public:
-  OneBucket() : HashMapGeneric(0, Numbers::Map::vekVTable(), linkOffset()) {}
-  ~OneBucket() { emptyAllBuckets(); }
-  void enter(U32 key) { newMemberG(make<Numbers::Member>(key, 0U), &key); }
-  std::vector<U32> keys() const {
-    std::vector<U32> found;
-    int bucket = -1;
-    for (auto* at = findNextG(nullptr, &bucket); at != nullptr; at = findNextG(at, &bucket)) {
-      found.push_back(static_cast<Numbers::Member*>(at)->key());
-      EXPECT_EQ(bucket, bucketOf(Vek::bitReverse(found.back())));
-    }
-    EXPECT_GE(bucket, 1 << bits());
-    return found;
-  }
-
- private:
-  static std::size_t linkOffset() {
-    Numbers::Member member{0, 0};
-    return static_cast<std::size_t>(reinterpret_cast<char*>(&member.vekLink()) - reinterpret_cast<char*>(&member));
-  }
-};
-
-TEST_F(HashMapOf, OneBucketHasAllKeysInBucket0AndGrowsLikeAnyOther) {
-  OneBucket table;
-  EXPECT_EQ(table.bits(), 0U);
-  EXPECT_TRUE(table.keys().empty());
-  table.enter(3);
-  EXPECT_EQ(table.keys(), (std::vector<U32>{3}));
-  for (U32 key : {0U, 2U, 1U, 0xffffffffU}) {
-    table.enter(key);
-    table.verify();
-  }
-  EXPECT_EQ(table.bits(), 3U);
-  EXPECT_EQ(table.keys(), (std::vector<U32>{0, 2, 1, 3, 0xffffffff}));
-}
-
 // Calls back when it goes.
 struct Dying : Vek::HashElement<U32, U32> {
   using HashElement::HashElement;

@@ -125,18 +125,6 @@ TEST_P(Pointers, PtrTakesAndGivesOneReference) {
   raw->referencesDec();
 }
 
-TEST_P(Pointers, CastsFindTheObjectThroughAVirtualBase) {
-  struct Left : virtual PtrInterface {};
-  struct Right : virtual PtrInterface {};
-  struct Both : Left, Right {};
-  Ptr<Right> const right = make<Both>();
-  Ptr<PtrInterface> const root = right;
-  Ptr<Left> const left = Vek::ptrCast<Left>(root);
-  ASSERT_TRUE(left);
-  EXPECT_EQ(right->references(), 3U);
-  EXPECT_FALSE(Vek::ptrCast<Counted>(root));
-}
-
 TEST_P(Pointers, AssigningLetsTheOldObjectsEndSeeTheNewState) {
   Ptr<Counted> holder;
   auto const next = make<Counted>(destroyed);

@@ -76,7 +76,7 @@ class Stage {
 
   /// Every call, failure and death, in order.
   std::vector<std::string> const& trace() const { return trace_; }
-  /// All that can be seen of the toys and reactors that are alive. Reads two attributes of each toy.
+  /// All that can be seen of the toys and reactors that are alive. Reads an attribute of each toy.
   virtual std::string state() = 0;
 
  protected:

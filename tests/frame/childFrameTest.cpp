@@ -50,6 +50,9 @@ TEST_F(Children, TheFirstSetMakesTheChildCountsAndTellsAndTheSameAgainCountsAlon
   EXPECT_EQ(box->readCount(), 1U) << "the reactor's";
   EXPECT_EQ(lid->references(), 2U);
   EXPECT_TRUE(isParent(*lid, box.ptr()));
+  EXPECT_EQ(lid->parentAttr(), ToyBox::_fwkType()->attribute(265));
+  EXPECT_EQ(box->parentAttr(), nullptr);
+  EXPECT_EQ(box->parentAttrId(), 136U);
   EXPECT_EQ(box->references(), 1U) << "a child holds no reference on its parent";
   EXPECT_EQ(effect(1, [&] { EXPECT_EQ(box->lidIs(Name("a")), lid); }), Calls{});
 }

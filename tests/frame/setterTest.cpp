@@ -102,25 +102,6 @@ TEST_F(Setters, NumbersThatTheTypeDoesNotKnowAreTheFrameworks) {
   EXPECT_TRUE(toy->attributeString(154) == "vekHasAttrLogInterface");
 }
 
-TEST_F(Setters, AParentIsStoredAndHoldsNoReference) {
-  auto const parent = toyFactory("parent");
-  EXPECT_FALSE(toy->parent());
-  EXPECT_EQ(toy->parentAttr(), nullptr);
-  EXPECT_EQ(toy->parentAttrId(), 136U);
-  toy->parentIs(parent);
-  toy->parentAttrIdIs(262);
-  EXPECT_TRUE(toy->parent() == parent);
-  EXPECT_EQ(parent->references(), 1U);
-  EXPECT_EQ(toy->parentAttrId(), 262U);
-  EXPECT_EQ(toy->parentAttr(), Toy::_fwkType()->attribute(262));
-  EXPECT_TRUE(toy->fullName() == "parent.place");
-  EXPECT_TRUE(toy->uriPath() == "/parent/place");
-  toy->parentIs(nullptr);
-  EXPECT_EQ(toy->parentAttrId(), 262U) << "the attribute stays when the parent goes";
-  EXPECT_TRUE(toy->fullName() == "toy");
-  EXPECT_EQ(toy->writeCount(), 0U);
-}
-
 TEST_F(Setters, ValuesAreEqualAttributeByAttribute) {
   ToyPoint const point{1, 2, "a"};
   EXPECT_TRUE((point == ToyPoint{1, 2, Vek::String8{"xa"}.substr(1, 1)}));

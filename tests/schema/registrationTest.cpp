@@ -27,8 +27,6 @@ std::vector<Vek::VekType*> ourTypes() {
   return types;
 }
 
-bool isDeclared(Vek::VekType const& type, Vek::VekAttr const& attr) { return type.isValue() || attr.id() >= 258; }
-
 TEST(Registration, EveryAttributeHasTheNumberThatPeersKnow) {
   std::ifstream golden(DORNL3_SOURCE_DIR "/tests/schema/attributes.golden");
   std::vector<std::string> expected;
@@ -38,7 +36,7 @@ TEST(Registration, EveryAttributeHasTheNumberThatPeersKnow) {
   std::vector<std::string> found;
   for (Vek::VekType* type : ourTypes()) {
     for (auto const& attr : type->attributes()) {
-      if (!isDeclared(*type, *attr)) continue;
+      if (!Vek::isOwn(*type, *attr)) continue;
       std::ostringstream line;
       line << type->fullName() << ' ' << attr->id() << ' ' << attr->name() << ' ' << attr->valueType()->fullName();
       if (attr->keyType() != nullptr) line << ' ' << attr->keyType()->fullName();
@@ -86,14 +84,13 @@ TEST(Registration, AnEntitysQueueOpensWithTheFrameworksAttributesAndTheMarker) {
   }
 }
 
-struct FlagCase {
-  Vek::VekType const* type;
-  char const* attribute;
-  Flags flags;
-  Vek::U32 introspectionFlags;
-};
-
 TEST(Registration, AttributesCarryTheFlagsOfTheirClass) {
+  struct FlagCase {
+    Vek::VekType const* type;
+    char const* attribute;
+    Flags flags;
+    Vek::U32 introspectionFlags;
+  };
   for (FlagCase const& c : {
            FlagCase{Status::_fwkType(), "numVrfs", {0x00220143, 0x01000400}, 2},
            FlagCase{Status::_fwkType(), "inUseArpEntries", {0x01a20143, 0x01000400}, 2},
@@ -113,15 +110,14 @@ TEST(Registration, AttributesCarryTheFlagsOfTheirClass) {
   EXPECT_EQ(Status::_fwkType()->type_Attr().attr("noSuchAttribute"), nullptr);
 }
 
-struct TargetCase {
-  Vek::VekType* type;
-  char const* attribute;
-  char const* argument;
-  char const* argumentType;
-  char const* keyAttribute;
-};
-
 TEST(Registration, AttributesThatMakeTheirTargetSayHow) {
+  struct TargetCase {
+    Vek::VekType* type;
+    char const* attribute;
+    char const* argument;
+    char const* argumentType;
+    char const* keyAttribute;
+  };
   for (TargetCase const& c : {
            TargetCase{Status::_fwkType(), "lemV4RouteStats", "name", "Vek::Name", ""},
            TargetCase{TableAuditInfo::_fwkType(), "perFapInfo", "fapName", "Vek::String", "fapName"},
