@@ -77,6 +77,11 @@ class Message {
     pad(bytes_);
     return *this;
   }
+  // Attributes that are put together already.
+  Message& append(Buffer const& attributes) {
+    bytes_ = joined({bytes_, attributes});
+    return *this;
+  }
 
   [[nodiscard]] std::uint16_t type() const { return type_; }
   // The same message of another type: of the end of what it tells.
@@ -131,11 +136,12 @@ inline Message linkAddress(std::uint32_t link, std::uint8_t scope) {
   return Message{RTM_NEWADDR, header};
 }
 
-inline Message neighbour(int link, char const* address, std::uint16_t state) {
+inline Message neighbour(int link, char const* address, std::uint16_t state, std::uint8_t flags = 0) {
   ndmsg header{};
   header.ndm_family = familyOf(address);
   header.ndm_ifindex = link;
   header.ndm_state = state;
+  header.ndm_flags = flags;
   return Message{RTM_NEWNEIGH, header}.put(NDA_DST, ip(address));
 }
 
