@@ -105,12 +105,13 @@ class FollowLoop::Waits {
 
   void publishSoon() {
     if (std::exchange(isToPublish_, true)) return;
+    rested_.expires_at(std::max(rested_.expiry(), Clock::now() + rest));
     rested_.async_wait([this](asio::error_code const& error) {
       if (error) return;
       isToPublish_ = false;
       Clock::time_point const start = Clock::now();
       work_.publish();
-      rested_.expires_after(std::max<Clock::duration>(rest, Clock::now() - start));
+      rested_.expires_after(Clock::now() - start);
     });
   }
 

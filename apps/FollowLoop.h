@@ -19,7 +19,8 @@ class FollowLoop {
     std::function<void()> publish;
   };
 
-  /// At least between two publications, so that a burst is told as one. Publishing takes at most half of the time.
+  /// From the first of what has come to its publication, so that a burst is told as one, and what belongs together is
+  /// told together. Publishing takes at most half of the time.
   static constexpr Milliseconds rest{50};
 
   /// `descriptor` becomes readable when there is something to take; the loop does not own it. Throws std::system_error.

@@ -14,6 +14,7 @@ namespace {
 
 constexpr int datagramsAtOnce = 4096;
 constexpr int failuresInARow = 3;
+constexpr int readingsWithoutRest = 3;
 
 }  // namespace
 
@@ -44,8 +45,10 @@ bool KernelFollower::advance() {
     tryReading();
     changed = true;
   }
-  return changed && isWhole();
+  return changed && isSettled();
 }
+
+bool KernelFollower::isSettled() const noexcept { return failures_ == 0 && (!due_ || unasked_ >= readingsWithoutRest); }
 
 // What a busy kernel could not tell now it may tell soon; what is known until then is not whole.
 void KernelFollower::tryReading() {
@@ -73,6 +76,7 @@ KernelFigures KernelFollower::figures() {
   figures.commands = {processed_, done.added, done.deleted, done.overwritten, failed_};
   figures.times = times_;
   figures.interrupted = interrupted_;
+  unasked_ = 0;
   return figures;
 }
 
@@ -89,7 +93,10 @@ void KernelFollower::read() {
   interrupted_ = std::move(interrupted);
   Steady::time_point const end = Steady::now();
   rested_ = end + (end - start) * pace_.restFactor;
-  if (!interrupted_.empty()) needReading();
+  ++unasked_;
+  if (interrupted_.empty()) return;
+  unasked_ = readingsWithoutRest;
+  needReading();
 }
 
 void KernelFollower::readRoutes(Surroundings::Interrupted& interrupted) {

@@ -31,15 +31,16 @@ class KernelFollower {
   KernelFollower(MessageSource& questions, NotificationSource& notifications, Clock clock, Pace pace);
 
   /// Takes the notifications that have come, up to some thousand, and reads afresh if that is due. True if the figures
-  /// may have changed. A reading that fails is tried again, and until it succeeds nothing counts as changed. Throws
-  /// KernelError after several.
+  /// may have changed and are settled. A reading that fails is tried again. Throws KernelError after several.
   bool advance();
 
   /// How long advance() can wait if no notification comes; nothing if for ever.
   [[nodiscard]] std::optional<std::chrono::milliseconds> patience() const;
 
-  /// Whether the last reading succeeded: figures() of less would mislead.
-  [[nodiscard]] bool isWhole() const noexcept { return failures_ == 0; }
+  /// Whether figures() are those of a state that the kernel was in. Not while a fresh reading is due: what was told of
+  /// a change is then known, and what was not told is not. Where the kernel does not come to rest, several readings in
+  /// a row that are outdated before anybody asked for their figures, or one whose tables kept changing, must do.
+  [[nodiscard]] bool isSettled() const noexcept;
   [[nodiscard]] KernelFigures figures();
 
   /// How many sets, paths and source prefixes of routes it keeps, in use or not.
@@ -72,6 +73,7 @@ class KernelFollower {
   ChangeTimes times_;
   Surroundings::Interrupted interrupted_;
   int failures_ = 0;  // of readings, one after the other
+  int unasked_ = 0;   // readings since the figures were asked for
   bool wasRead_ = false;
   bool hasMore_ = false;                   // notifications that were left for the next time
   std::optional<Steady::time_point> due_;  // of a reading that is needed

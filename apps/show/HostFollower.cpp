@@ -12,7 +12,7 @@ HostFollower::HostFollower(Kernel::MessageSource& questions, Kernel::Notificatio
     : follower_{questions, notifications, secondsSince1970, pace} {}
 
 void HostFollower::publish() {
-  if (!follower_.isWhole()) return;  // advance() tells when it is again
+  if (!follower_.isSettled()) return;  // advance() tells when they are again
   Kernel::KernelFigures const figures = follower_.figures();
   fill(roots_.roots(), figures);
   interrupted_ = figures.interrupted;

@@ -18,7 +18,7 @@ class HostFollower {
   /// How long advance() can wait if nothing is told; nothing if for ever.
   [[nodiscard]] std::optional<std::chrono::milliseconds> patience() const { return follower_.patience(); }
 
-  /// Fills the roots, unless the last reading failed.
+  /// Fills the roots, unless a fresh reading is due: advance() is then true once it is done.
   void publish();
 
   /// What the reader should know about the figures since the last call: sentences.

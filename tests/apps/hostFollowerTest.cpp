@@ -19,7 +19,13 @@ class Following : public Test {
     static_cast<void>(follower_->advance());
     follower_->publish();
   }
-  void begin() { follower_.emplace(kernel_.source, kernel_.notifications, atOnce); }
+  void begin(Kernel::KernelFollower::Pace pace = atOnce) {
+    follower_.emplace(kernel_.source, kernel_.notifications, pace);
+  }
+  void readAfresh() {
+    int const before = kernel_.source.requests(RTM_GETROUTE);
+    while (kernel_.source.requests(RTM_GETROUTE) == before) static_cast<void>(follower_->advance());
+  }
   void readRoutesAs(Answer const& answer) {
     kernel_.notifications.lose();
     kernel_.source.onlyAnswer(RTM_GETROUTE, answer);
@@ -31,7 +37,10 @@ class Following : public Test {
   static bool isComplete() {
     return root<Hardware::DornL3Unicast::RestartCompletionStatus>("restartCompletionStatus")->restartComplete();
   }
-  static Vek::U64 routes() { return root<Hardware::DornL3Unicast::Status>("status")->ipv4RouteStats().routes(); }
+  static Hardware::DornL3Unicast::RouteStats stats() {
+    return root<Hardware::DornL3Unicast::Status>("status")->ipv4RouteStats();
+  }
+  static Vek::U64 routes() { return stats().routes(); }
 
   static constexpr Kernel::KernelFollower::Pace atOnce{std::chrono::milliseconds{0}, 0};
   Kernel::ModelKernel kernel_;
@@ -49,6 +58,33 @@ TEST_F(Following, PublishesNothingOfAReadingThatFailed) {
   kernel_.add4(3, {{0}});  // sets the answers right
   follow();
   EXPECT_EQ(routes(), 3U);
+}
+
+TEST_F(Following, PublishesNoStateThatNeverWas) {
+  kernel_.neighbour(0, NUD_REACHABLE);
+  kernel_.add4(1, {{0}});
+  begin({.settling = std::chrono::milliseconds{20}, .restFactor = 0});
+  kernel_.deleteNeighbour(0);  // as the kernel tells of a link that goes down
+  kernel_.flap(1);
+  EXPECT_FALSE(follower_->advance());
+  follower_->publish();
+  EXPECT_EQ(stats(), Hardware::DornL3Unicast::RouteStats(1, 1, 0, 0, 0, 0)) << "as it was before";
+  readAfresh();
+  follower_->publish();
+  EXPECT_EQ(stats(), Hardware::DornL3Unicast::RouteStats()) << "as it is now";
+}
+
+TEST_F(Following, PublishesNowAndThenWhatDoesNotComeToRest) {
+  begin({.settling = std::chrono::milliseconds{1}, .restFactor = 0});
+  for (Vek::U64 reading = 1; reading <= 3; ++reading) {
+    kernel_.add4(static_cast<unsigned>(reading), {{3}});
+    kernel_.flap(1);
+    readAfresh();
+    kernel_.flap(1);  // before anybody looks
+    static_cast<void>(follower_->advance());
+    follower_->publish();
+    EXPECT_EQ(routes(), reading < 3 ? 0 : 3);
+  }
 }
 
 TEST_F(Following, KeepsWhatTheFirstWholeReadingToldOfARestart) {
