@@ -5,6 +5,7 @@
 #include "apps/kernel/NetlinkSocket.h"
 #include "apps/kernel/NotificationSocket.h"
 #include "apps/show/HostFollower.h"
+#include "apps/show/StatusFiller.h"
 #include "apps/show/WallClock.h"
 #include "dornl3/platform/vek/Dir.h"
 
@@ -47,14 +48,20 @@ class Printer {
   Written written_;
 };
 
+Attributes::Look lookOf(WatchOptions const& options, Attributes::Filled const& filled) {
+  return {options.recursive ? Attributes::Depth::all : Attributes::Depth::one,
+          options.whole ? Attributes::Records::whole : Attributes::Records::byField,
+          options.all ? &Attributes::Filled::everything() : &filled};
+}
+
 }  // namespace
 
 Written watchLocal(WatchOptions const& options, std::function<void(std::string const&)> const& notify) {
   Kernel::NotificationSocket notifications;
   Kernel::NetlinkSocket kernel;
   Show::HostFollower host{kernel, notifications};
-  Attributes::Watch watch{Vek::Dir::root(), options.paths,
-                          options.recursive ? Attributes::Depth::all : Attributes::Depth::one};
+  Attributes::Filled const filled{Show::filledPaths(Show::Reading::following)};
+  Attributes::Watch watch{Vek::Dir::root(), options.paths, lookOf(options, filled)};
   auto const giveNotice = [&] {
     for (std::string const& notice : host.notices()) notify(notice);
   };
@@ -73,7 +80,9 @@ Written watchLocal(WatchOptions const& options, std::function<void(std::string c
                        }}};
   printer.stopDescriptorIs(loop.stopDescriptor());
   printer.print(watch.start());  // with the loop there: signals are listened to from here on
-  if (!printer.isDone()) loop.run();
+  if (printer.isDone()) return printer.written();
+  for (std::string const& note : watch.notes()) notify(note);
+  loop.run();
   return printer.written();
 }
 

@@ -16,13 +16,15 @@ struct WatchOptions {
   bool local = false;
   bool json = false;
   bool recursive = false;
+  bool whole = false;  // records in one piece
+  bool all = false;    // also what is not filled
   bool stamped = false;
   std::optional<std::uint64_t> changes;  // after how many it ends
-  std::vector<std::string> paths;
+  std::vector<std::string> paths;        // none: everything
 };
 
 /// Prints what is at the paths, and follows them until the changes are told, a signal comes, or nobody reads any more.
-/// `notify` hears what the reader should know of the figures. Throws Misfit, KernelError and std::system_error.
+/// `notify` hears what the reader should know of what is printed. Throws Misfit, KernelError and std::system_error.
 [[nodiscard]] Written watchLocal(WatchOptions const& options, std::function<void(std::string const&)> const& notify);
 
 }  // namespace Apps

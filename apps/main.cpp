@@ -1,4 +1,5 @@
 // dornl3: the command line.
+#include "apps/Help.h"
 #include "apps/StandardOutput.h"
 #include "apps/WatchLocal.h"
 #include "apps/attributes/CommandLine.h"
@@ -6,6 +7,7 @@
 #include "apps/kernel/NetlinkSocket.h"
 #include "apps/show/HostRoots.h"
 #include "apps/show/ShowLocal.h"
+#include "apps/show/StatusFiller.h"
 #include "dornl3/platform/vek/Dir.h"
 
 #include <CLI/CLI.hpp>
@@ -13,6 +15,7 @@
 
 #include <charconv>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -26,12 +29,9 @@ constexpr int fine = 0;
 constexpr int failed = 1;
 constexpr int misused = 2;
 
-constexpr char const* exitStatus =
-    "Exit status:\n"
-    "  0  all went well\n"
-    "  1  what was asked for does not fit, the kernel could not be read, or the output not be written; the message\n"
-    "     says what to do\n"
-    "  2  the command line is wrong\n";
+constexpr char const* whatIsShown = "What is shown are figures: how many routes, next hops and entries there are, and\n"
+                                    "in what state. Single routes are to be had from 'ip route', 'ip -6 route' and\n"
+                                    "'ip -f mpls route', single neighbours from 'ip neigh'.\n\n";
 
 struct ShowOptions {
   bool local = false;
@@ -51,11 +51,11 @@ int statusOf(Written const& written) {
 int print(std::string const& text) { return statusOf(writeToStandardOutput(text)); }
 
 CLI::App* addShow(CLI::App& app, ShowOptions& options) {
-  CLI::App* show = app.add_subcommand("show", "Print the forwarding state: routes, next hops, tunnels");
+  CLI::App* show = app.add_subcommand("show", "Print figures of the forwarding state: routes, next hops, tunnels");
   show->add_flag("--local", options.local, "Read this host's kernel (required)");
   CLI::Option* json = show->add_flag("--json", options.json, "Print JSON instead of tables");
   show->add_flag("--text", options.text, "Print each value in its text form instead of tables")->excludes(json);
-  show->footer(exitStatus);
+  show->footer(std::string{whatIsShown} + exitStatus);
   return show;
 }
 
@@ -74,20 +74,24 @@ CLI::App* addWatch(CLI::App& app, WatchOptions& options) {
   CLI::App* watch = app.add_subcommand("watch", "Print what is at paths, and then what changes there, as it changes");
   watch->add_flag("--local", options.local, "Follow this host's own entities, as its kernel tells (required)");
   watch->add_flag("-r,--recursive", options.recursive, "Go into children, also those that come");
+  watch->add_flag("-w,--whole", options.whole, "Print records in one piece, not the fields that changed");
+  watch->add_flag("-a,--all", options.all, "Show also what this host does not fill");
   CLI::Option* json = watch->add_flag("--json", options.json, "Print JSON, an object a line");
   watch->add_flag("-t,--time", options.stamped, "Put the local time in front of each line")->excludes(json);
   auto const takeChanges = [&options](std::string const& text) { options.changes = wholeNumber(text); };
   watch->add_option_function<std::string>("-n,--changes", takeChanges, "End after that many changes")
       ->check(needWholeNumber)
       ->type_name("NUMBER");
-  watch->add_option("PATH", options.paths, "An entity, an attribute, a collection or a member of one")->required();
-  watch->footer(std::string{Attributes::pathForm} + "Ctrl-C ends it, with status 0.\n\n" + exitStatus);
+  watch->add_option("PATH", options.paths,
+                    "An entity, an attribute, a collection or a member of one; everything without one");
+  watch->footer(pathHelp);
+  watch->footer(std::string{"Ctrl-C ends it, with status 0.\n\n"} + exitStatus);
   return watch;
 }
 
 Show::Style styleOfTerminal() {
-  bool const wantsPlain = std::getenv("NO_COLOR") != nullptr;
-  return isatty(STDOUT_FILENO) == 1 && !wantsPlain ? Show::Style::terminal : Show::Style::plain;
+  if (isatty(STDOUT_FILENO) != 1) return Show::Style::plain;
+  return Show::styleFor(std::getenv("TERM"), std::getenv("NO_COLOR"));
 }
 
 int runShow(ShowOptions const& options) {
@@ -115,15 +119,14 @@ int runOnAttributes(Attributes::CommandLine const& attributes) {
     complain(misuse);
     return misused;
   }
-  if (!attributes.needsEntities()) return print(attributes.run(Vek::Dir::root()));
+  if (!attributes.needsEntities()) return print(attributes.run(Vek::Dir::root()).text);
   Kernel::NetlinkSocket kernel;
   Show::HostRoots const host{[&kernel] { return Kernel::readKernel(kernel); }};
   for (std::string const& notice : Show::noticesOf(host.interrupted())) complain(notice);
-  return print(attributes.run(Vek::Dir::root()));
-}
-
-std::string misuseMessage(CLI::App const*, CLI::Error const& error) {
-  return "dornl3: " + std::string{error.what()} + ". Type 'dornl3 --help' to see what there is.\n";
+  Attributes::Answer const answer = attributes.run(Vek::Dir::root());
+  int const status = print(answer.text);
+  for (std::string const& note : answer.notes) complain(note);
+  return status;
 }
 
 // Says what the parser has to say: help and version, or what is wrong.
@@ -137,13 +140,14 @@ int run(int argc, char** argv) {
   CLI::App app{"The forwarding state of a host, as its forwarding software sees it.", "dornl3"};
   app.set_version_flag("--version", "dornl3 " DORNL3_VERSION);
   app.require_subcommand(1);
+  app.formatter(std::make_shared<HelpForm>());
   app.footer(exitStatus);
-  app.failure_message(misuseMessage);
+  app.failure_message([](CLI::App const* parsed, CLI::Error const& error) { return misuse(*parsed, error); });
   ShowOptions options;
   addShow(app, options);
   WatchOptions watchOptions;
   CLI::App const* const watch = addWatch(app, watchOptions);
-  Attributes::CommandLine const attributes{app};
+  Attributes::CommandLine const attributes{app, Attributes::Filled{Show::filledPaths(Show::Reading::once)}};
   try {
     app.parse(argc, argv);
   } catch (CLI::ParseError const& outcome) {

@@ -34,6 +34,7 @@ function(dornl3_add_schema target)
     COMMENT "Stamping types of ${target}"
     VERBATIM)
   target_sources(${target} PRIVATE ${outputs})
+  set_property(TARGET ${target} APPEND PROPERTY DORNL3_SCHEMAS ${schemas})
   target_include_directories(${target} BEFORE PUBLIC $<BUILD_INTERFACE:${arg_OUTPUT_DIR}>)
   # Whoever includes the headers needs them before it compiles, and linting needs them without a full build.
   add_custom_target(${target}_schema DEPENDS ${outputs})

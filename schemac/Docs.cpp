@@ -1,6 +1,7 @@
 #include "schemac/Docs.h"
 
 #include "schemac/Literal.h"
+#include "schemac/Names.h"
 #include "schemac/Shapes.h"
 
 #include <fmt/format.h>
@@ -64,6 +65,18 @@ std::string docsOf(File const& file) {
     }
   }
   return out;
+}
+
+std::string docRowsOf(File const& file) {
+  std::string rows;
+  for (Type const& type : file.types) {
+    std::string const owner = cppLiteral(fullName(file, type));
+    rows += fmt::format("{{{}, \"\", {}}},\n", owner, cppLiteral(type.doc));
+    for (Attribute const& a : type.attributes) {
+      if (!a.retired()) rows += fmt::format("{{{}, {}, {}}},\n", owner, cppLiteral(a.name), cppLiteral(a.doc));
+    }
+  }
+  return rows;
 }
 
 }  // namespace Schemac

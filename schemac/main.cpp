@@ -4,6 +4,7 @@
 #include "schemac/Docs.h"
 #include "schemac/Read.h"
 #include "schemac/Render.h"
+#include "schemac/Suggest.h"
 #include "schemac/Templates.h"
 #include "schemac/View.h"
 #include "schemac/Write.h"
@@ -65,6 +66,15 @@ int printDocs(std::vector<std::string> const& paths) {
   return fine;
 }
 
+int writeDocRows(std::vector<std::string> const& paths, std::string const& into) {
+  auto const files = load(paths);
+  if (!files) return complained;
+  std::string rows;
+  for (File const& file : *files) rows += docRowsOf(file);
+  writeIfChanged(into, rows);
+  return fine;
+}
+
 int printDiff(std::string const& before, std::string const& after) {
   auto const was = load({before});
   auto const is = load({after});
@@ -74,11 +84,26 @@ int printDiff(std::string const& before, std::string const& after) {
   return breaks(differences) ? complained : fine;
 }
 
+// What the parser complains of, with the command that may have been meant.
+std::string misuse(CLI::App const* app, CLI::Error const& error) {
+  std::string why = error.what();
+  std::vector<std::string> const unknown = app->remaining();
+  if (app->get_subcommands().empty() && !unknown.empty()) {
+    std::vector<std::string> names;
+    for (CLI::App const* command : app->get_subcommands({})) names.push_back(command->get_name());
+    std::string const hint = didYouMean(unknown.front(), {names.begin(), names.end()});
+    why = fmt::format("there is no command '{}'{}", unknown.front(),
+                      hint.empty() ? fmt::format("; there are: {}", fmt::join(names, ", ")) : hint);
+  }
+  return fmt::format("schemac: {}\nType 'schemac --help' to see what there is.\n", why);
+}
+
 int run(int argc, char** argv) {
   CLI::App app{"Schema compiler: stamps the types of schema files.", "schemac"};
   app.footer(exitCodes);
   app.set_version_flag("--version", DORNL3_VERSION);
   app.require_subcommand(1);
+  app.failure_message(misuse);
 
   std::vector<std::string> paths;
   auto const takeFiles = [&](CLI::App* command) {
@@ -95,11 +120,12 @@ int run(int argc, char** argv) {
   takeFiles(checkCommand);
   CLI::App* const docsCommand = app.add_subcommand("docs", "Print the attribute reference, as Markdown");
   takeFiles(docsCommand);
+  std::string rowsFile;
+  docsCommand->add_option("--rows", rowsFile, "Write the doc texts into it, rows of a C++ array")->type_name("FILE");
 
   std::string before;
   std::string after;
-  CLI::App* const diffCommand =
-      app.add_subcommand("diff", "Say what a change of schema breaks for peers that run the old one");
+  CLI::App* const diffCommand = app.add_subcommand("diff", "Say what a change breaks for peers of the old file");
   diffCommand->add_option("OLD", before, "The schema file that the peers run")->required();
   diffCommand->add_option("NEW", after, "The changed schema file")->required();
   diffCommand->footer(exitCodes);
@@ -111,7 +137,7 @@ int run(int argc, char** argv) {
   }
   if (compileCommand->parsed()) return compile(paths, folder, includePrefix);
   if (checkCommand->parsed()) return checkFiles(paths);
-  if (docsCommand->parsed()) return printDocs(paths);
+  if (docsCommand->parsed()) return rowsFile.empty() ? printDocs(paths) : writeDocRows(paths, rowsFile);
   return printDiff(before, after);
 }
 

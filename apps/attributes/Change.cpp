@@ -1,27 +1,14 @@
 #include "apps/attributes/Change.h"
 
+#include "apps/LocalTime.h"
 #include "apps/attributes/ValueJson.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
-#include <cmath>
-#include <ctime>
-
 namespace Apps::Attributes {
 
 namespace {
-
-// "2026-11-25T00:53:13.042"
-std::string localTime(double time) {
-  long long const milliseconds = std::llround(time * 1000);
-  long long const rest = ((milliseconds % 1000) + 1000) % 1000;
-  auto const seconds = static_cast<std::time_t>((milliseconds - rest) / 1000);
-  std::tm parts{};
-  localtime_r(&seconds, &parts);
-  return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}.{:03}", parts.tm_year + 1900, parts.tm_mon + 1, parts.tm_mday,
-                     parts.tm_hour, parts.tm_min, parts.tm_sec, rest);
-}
 
 std::string textLine(Change const& change) {
   if (!change.value) return change.path + ": gone\n";

@@ -17,8 +17,13 @@ using Json = nlohmann::ordered_json;
 
 std::string print(Reading const& reading, Form form) { return form == Form::json ? jsonOf(reading) : linesOf(reading); }
 
-// JSON is for programs, which pick what they want: it tells all.
-Depth depthOf(Form form) { return form == Form::json ? Depth::all : Depth::one; }
+// JSON is for programs, which pick what they want: it goes into everything.
+Look lookFor(Form form) { return {form == Form::json ? Depth::all : Depth::one}; }
+
+// Whether a path names a value that is shown in one piece, so that it can be set in one.
+bool isWhole(Place const& place, Filled const& filled) {
+  return place.attr != nullptr && !place.isCollection() && place.attr->valueType()->isValue() && filled.isAll();
+}
 
 [[noreturn]] void refuse(Place const& place, std::string_view why) {
   throw Misfit(fmt::format("{} {}.", place.path, why));
@@ -65,26 +70,31 @@ void setMemberChild(Place const& place, std::optional<std::string> const& text) 
 
 }  // namespace
 
-std::string get(Vek::Dir const& roots, std::vector<std::string> const& paths, Depth depth, Form form) {
+Answer get(Vek::Dir const& roots, std::vector<std::string> const& paths, Look const& look, Form form) {
+  Selection const selection = select(roots, paths, *look.filled);
+  bool const isJson = form == Form::json;
+  Depth const depth = isJson || paths.empty() ? Depth::all : look.depth;
   std::vector<Reading> readings;
-  readings.reserve(paths.size());
-  for (std::string const& path : paths) {
-    readings.push_back(read(resolve(roots, path), form == Form::json ? Depth::all : depth));
+  readings.reserve(selection.places.size());
+  for (Selected const& selected : selection.places) {
+    Place const place = resolve(selected.path);
+    Records const records = isWhole(place, *selected.filled) ? Records::whole : look.records;
+    readings.push_back(read(place, {depth, records, selected.filled}));
   }
-  if (form == Form::json) return readings.size() == 1 ? jsonOf(readings.front()) : jsonOf(readings);
+  if (isJson) return {paths.size() == 1 ? jsonOf(readings.front()) : jsonOf(readings), notesOf(selection)};
   if (readings.size() == 1 && readings.front().value) {
-    return fmt::format("{}\n", readings.front().value->strRep().view());
+    return {fmt::format("{}\n", readings.front().value->strRep().view()), notesOf(selection)};
   }
   std::string lines;
   for (Reading const& reading : readings) lines += linesOf(reading);
-  return lines;
+  return {lines, notesOf(selection)};
 }
 
 std::string digests(Vek::Dir const& roots, std::vector<std::string> const& paths, Form form) {
   std::string lines;
   Json all = Json::object();
-  for (std::string const& path : paths) {
-    Place const place = resolve(roots, path);
+  for (Selected const& selected : select(roots, paths, Filled::everything()).places) {
+    Place const place = resolve(selected.path);
     Vek::Ptr<Vek::Entity> const entity = place.isCollection() ? nullptr : entityOf(*valueAt(place));
     if (!entity) refuse(place, "is no entity: only an entity has a digest");
     std::string const digits = fmt::format("{:016x}", Vek::digest(*entity));
@@ -107,7 +117,7 @@ std::string set(Vek::Dir const& roots, std::string const& path, std::optional<st
   case Kind::child: setChild(place, value); break;
   case Kind::children: setMemberChild(place, value); break;
   }
-  return print(read(place, depthOf(form)), form);
+  return print(read(place, lookFor(form)), form);
 }
 
 std::string del(Vek::Dir const& roots, std::string const& path, Form form) {
@@ -116,7 +126,7 @@ std::string del(Vek::Dir const& roots, std::string const& path, Form form) {
   bool const isRemovable = place.isMember() || (place.attr != nullptr && place.kind() == Kind::child);
   if (!isRemovable) refuse(place, "is always there: only members of collections and children can be removed");
   if (!place.isMember() && !entityOf(*valueAt(place))) refuse(place, "is not there: there is nothing to remove");
-  std::string const gone = print(read(place, Depth::all), form);
+  std::string const gone = print(read(place, {Depth::all}), form);
   remove(place);
   return gone;
 }

@@ -4,6 +4,7 @@
 
 #include "apps/attributes/Reading.h"
 #include "apps/attributes/Resolve.h"
+#include "apps/attributes/Selection.h"
 
 #include <optional>
 #include <string>
@@ -14,9 +15,15 @@ namespace Apps::Attributes {
 // All throw Misfit where the path, the value or the operation does not fit; nothing is changed then, but that children
 // on the way, made by Missing::make, stay.
 
-/// What is at each path. A single value stands by itself; otherwise each line tells its path.
-[[nodiscard]] std::string get(Vek::Dir const& roots, std::vector<std::string> const& paths, Depth depth, Form form);
-/// The digests of the entities at the paths, 16 hexadecimal digits each.
+struct Answer {
+  std::string text;
+  std::vector<std::string> notes = {};  // what the reader should know of it: sentences
+};
+
+/// What is at each path, or everything. A value that one path names stands by itself, in its text form; otherwise each
+/// line tells its path. Of what is asked for only what `look.filled` has is shown, and the rest told of.
+[[nodiscard]] Answer get(Vek::Dir const& roots, std::vector<std::string> const& paths, Look const& look, Form form);
+/// The digests of the entities at the paths, or of the roots, 16 hexadecimal digits each.
 [[nodiscard]] std::string digests(Vek::Dir const& roots, std::vector<std::string> const& paths, Form form);
 /// Assigns a value or a member, or makes a child; gives what is there afterwards. `value`: the text of the value, or
 /// the name of a child that has no key.
@@ -26,8 +33,9 @@ namespace Apps::Attributes {
 [[nodiscard]] std::string del(Vek::Dir const& roots, std::string const& path, Form form);
 /// The number of a collection's members.
 [[nodiscard]] std::string count(Vek::Dir const& roots, std::string const& path, Form form);
-/// The roots; or the attributes of an entity or value with their types; or the keys of a collection.
-[[nodiscard]] std::string ls(Vek::Dir const& roots, std::optional<std::string> const& path, Form form);
+/// The roots; or the attributes of an entity or value with their types; or the keys of a collection. Of these, what is
+/// filled.
+[[nodiscard]] Answer ls(Vek::Dir const& roots, std::optional<std::string> const& path, Filled const& filled, Form form);
 /// The registered types; or the attributes of the type of that name, full or, where only one has it, short.
 [[nodiscard]] std::string types(std::optional<std::string> const& name, Form form);
 

@@ -7,6 +7,27 @@ namespace Apps::Attributes {
 
 using Vek::VekAttr;
 
+namespace {
+
+constexpr char const* untold = "";  // no value has that text
+
+Generic fieldOf(Generic const& record, VekAttr const& field) {
+  return record->attributeOp({field.id(), Vek::GenericIf::OpGet}, nullptr, nullptr);
+}
+
+// What is told by itself of a value: the value or, field by field, those of its fields that are filled.
+void addPieces(Change const& value, Look const& look, std::vector<Change>& pieces) {
+  if (isInOnePiece(*value.value->type(), look)) return pieces.push_back(value);
+  for (auto const& attr : value.value->type()->attributes()) {
+    Filled const& filled = look.filled->at(attr->name().view());
+    if (filled.isNone()) continue;
+    addPieces({attributePath(value.path, *attr), fieldOf(value.value, *attr)}, {look.depth, look.records, &filled},
+              pieces);
+  }
+}
+
+}  // namespace
+
 FollowedEntity::FollowedEntity(Following& following, std::size_t path, Scope scope)
     : following_{following}, turn_{path, following.births++}, scope_{scope} {}
 
@@ -74,31 +95,33 @@ void FollowedEntity::tellPlace(Told& told, Place const& place, std::vector<Chang
   Generic const here = valueAt(place);
   if (!isGoneInto(*place.attr)) return tellValue(told, place, here, changes);
   Vek::Ptr<Vek::Entity> const child = entityOf(*here);
+  Scope const below = scopeBelow(*place.attr);
   if (!child) {
     // At the end of a path it is None; ahead of it, what the path names cannot be.
-    stepsBelow().empty() ? tellValue(told, place, here, changes) : tellGone(told, place.path, changes);
+    below.steps.empty() ? tellValue(told, place, here, changes) : tellGone(told, place.path, changes);
     return;
   }
-  told.text.reset();
-  if (!told.child) {
-    Scope const below{stepsBelow(), scope_.depth};
-    told.child = std::make_unique<FollowedEntity>(following_, turn_.path, below);
-  }
+  told.texts.clear();
+  if (!told.child) told.child = std::make_unique<FollowedEntity>(following_, turn_.path, below);
   told.child->entityIs(place.path, *child, changes);
 }
 
 // What steps are left lead into a record.
 void FollowedEntity::tellValue(Told& told, Place const& place, Generic const& here,
                                std::vector<Change>& changes) const {
-  Change change{place.path, here};
-  for (Step const& field : stepsBelow()) {
-    change = {field.path, change.value->attributeOp({field.attr->id(), Vek::GenericIf::OpGet}, nullptr, nullptr)};
-  }
-  std::string text{change.value->strRep().view()};
+  Change value{place.path, here};
+  Scope const below = scopeBelow(*place.attr);
+  for (Step const& field : below.steps) value = {field.path, fieldOf(value.value, *field.attr)};
+  std::vector<Change> now;
+  addPieces(value, below.look, now);
   told.child.reset();
-  if (told.text == text) return;
-  told.text = std::move(text);
-  changes.push_back(std::move(change));
+  told.texts.resize(now.size(), untold);
+  for (std::size_t i = 0; i < now.size(); ++i) {
+    std::string text{now[i].value->strRep().view()};
+    if (told.texts[i] == text) continue;
+    told.texts[i] = std::move(text);
+    changes.push_back(std::move(now[i]));
+  }
 }
 
 void FollowedEntity::tellGone(Told& told, std::string const& place, std::vector<Change>& changes) {
@@ -114,18 +137,26 @@ bool FollowedEntity::hasTold() const {
 }
 
 bool FollowedEntity::isWanted(VekAttr const& attr) const {
-  return scope_.steps.empty() ? isOwn(*place_.holder->type(), attr) : &attr == scope_.steps.front().attr;
+  if (!scope_.steps.empty()) return &attr == scope_.steps.front().attr;
+  return isOwn(*place_.holder->type(), attr) && !scopeBelow(attr).look.filled->isNone();
 }
 
 // A child is gone into where the path names it, and below the path only if all is wanted.
 bool FollowedEntity::isGoneInto(VekAttr const& attr) const {
   if (!attr.flags().isInstantiating()) return false;
   bool const isNamed = !scope_.steps.empty() && (!attr.flags().isCollection() || scope_.steps.front().key);
-  return isNamed || scope_.depth == Depth::all;
+  return isNamed || scope_.look.depth == Depth::all;
 }
 
-std::span<Step const> FollowedEntity::stepsBelow() const {
-  return scope_.steps.empty() ? scope_.steps : scope_.steps.subspan(1);
+// What is filled is known of what the path ends at.
+Scope FollowedEntity::scopeBelow(VekAttr const& attr) const {
+  Scope below = scope_;
+  if (scope_.steps.empty()) {
+    below.look.filled = &scope_.look.filled->at(attr.name().view());
+  } else {
+    below.steps = scope_.steps.subspan(1);
+  }
+  return below;
 }
 
 }  // namespace Apps::Attributes

@@ -11,7 +11,6 @@
 
 #include <map>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -20,10 +19,10 @@ namespace Apps::Attributes {
 
 class FollowedEntity;
 
-/// Which part of an entity is followed: what the steps lead to; where none are left, all of it.
+/// Which part of an entity is followed: what the steps lead to; where none are left, all of it that `look` has.
 struct Scope {
   std::span<Step const> steps;  // not owned
-  Depth depth;
+  Look look;
 };
 
 /// When one is asked what has changed: by path, and then by age, for a parent is older than what it holds.
@@ -54,11 +53,12 @@ class FollowedEntity final : private Vek::GenericIf::Subscriber {
   [[nodiscard]] bool hasTold() const;
 
  private:
-  // Of one place: the text of its value, or the child that is gone into; neither before anything was told.
+  // Of one place: the text of its value, or those of its fields, or the child that is gone into; nothing before
+  // anything was told.
   struct Told {
-    std::optional<std::string> text;
+    std::vector<std::string> texts;
     std::unique_ptr<FollowedEntity> child;
-    [[nodiscard]] bool isSomething() const { return text || (child && child->hasTold()); }
+    [[nodiscard]] bool isSomething() const { return !texts.empty() || (child && child->hasTold()); }
   };
   struct Attribute {
     Vek::VekAttr const* attr;
@@ -78,7 +78,7 @@ class FollowedEntity final : private Vek::GenericIf::Subscriber {
 
   [[nodiscard]] bool isWanted(Vek::VekAttr const& attr) const;
   [[nodiscard]] bool isGoneInto(Vek::VekAttr const& attr) const;
-  [[nodiscard]] std::span<Step const> stepsBelow() const;
+  [[nodiscard]] Scope scopeBelow(Vek::VekAttr const& attr) const;
 
   Following& following_;
   Turn const turn_;

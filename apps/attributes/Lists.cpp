@@ -1,5 +1,7 @@
 // The commands that tell what there is: ls and types.
+#include "apps/Legend.h"
 #include "apps/attributes/Commands.h"
+#include "apps/attributes/Docs.h"
 #include "apps/attributes/Misfit.h"
 #include "dornl3/core/Nearest.h"
 
@@ -22,7 +24,11 @@ class Table {
 
   void row(std::vector<Json> cells) { rows_.push_back(std::move(cells)); }
 
-  [[nodiscard]] std::string print(Form form) const { return form == Form::json ? json() : text(); }
+  [[nodiscard]] std::string print(Form form) const {
+    if (form == Form::json) return json();
+    std::string const lines = text();
+    return lines + legendOf(lines);
+  }
 
  private:
   static std::string textOf(Json const& cell) { return cell.is_string() ? cell.get<std::string>() : cell.dump(); }
@@ -65,6 +71,17 @@ std::string fullName(VekType const* type) {
   return type == nullptr ? std::string{} : std::string{type->fullName().view()};
 }
 
+// As 'types' takes it, for people: the last part where only one type has it.
+std::string shortName(VekType const* type) {
+  if (type == nullptr) return {};
+  std::vector<VekType*> const types = VekType::registered();
+  auto const namesakes =
+      std::count_if(types.begin(), types.end(), [type](VekType const* other) { return other->name() == type->name(); });
+  return namesakes == 1 ? std::string{type->name().view()} : fullName(type);
+}
+
+std::string nameOf(VekType const* type, Form form) { return form == Form::json ? fullName(type) : shortName(type); }
+
 std::string_view describe(Kind kind) {
   switch (kind) {
   case Kind::readOnly: return "read only";
@@ -78,12 +95,22 @@ std::string_view describe(Kind kind) {
 
 std::string_view describe(VekType const& type) { return type.isEntity() ? "entity" : "value"; }
 
-std::string listRoots(Vek::Dir const& roots, Form form) {
-  Table table{{"name", "type"}};
+Answer listRoots(Vek::Dir const& roots, Filled const& filled, Form form) {
+  Table table{{"name", "type", "doc"}};
+  std::size_t leftOut = 0;
   for (Vek::Name const& name : roots.names()) {
-    table.row({std::string{name.view()}, fullName(roots.entry(name)->fwkType())});
+    if (filled.at(name.view()).isNone()) {
+      ++leftOut;
+    } else {
+      VekType const* const type = roots.entry(name)->fwkType();
+      table.row({std::string{name.view()}, nameOf(type, form), std::string{docOf(*type)}});
+    }
   }
-  return table.print(form);
+  Answer answer{table.print(form)};
+  if (leftOut != 0) {
+    answer.notes.push_back(fmt::format("{} root entities are not filled here; --all lists them.", leftOut));
+  }
+  return answer;
 }
 
 std::string listKeys(Place const& collection, Form form) {
@@ -96,32 +123,40 @@ std::string listKeys(Place const& collection, Form form) {
   return form == Form::text ? lines : keys.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
-std::string listAttributes(VekType const& type, Form form) {
-  Table table{{"name", "type", "key", "kind"}};
+std::string listAttributes(VekType const& type, Filled const& filled, Form form, std::size_t& leftOut) {
+  Table table{{"name", "type", "key", "kind", "doc"}};
   for (auto const& attr : type.attributes()) {
     if (!isOwn(type, *attr)) continue;
-    std::string const key = fullName(attr->keyType());
+    if (filled.at(attr->name().view()).isNone()) {
+      ++leftOut;
+      continue;
+    }
+    std::string const key = nameOf(attr->keyType(), form);
     std::string const name{attr->name().view()};
+    std::string const doc{docOf(type, *attr)};
     if (form == Form::json) {
-      table.row({name, fullName(attr->valueType()), key, std::string{describe(kindOf(type, *attr))}});
+      table.row({name, fullName(attr->valueType()), key, std::string{describe(kindOf(type, *attr))}, doc});
     } else {
-      table.row({key.empty() ? name : fmt::format("{}[{}]", name, key), fullName(attr->valueType())});
+      table.row({key.empty() ? name : fmt::format("{}[{}]", name, key), shortName(attr->valueType()), "", "", doc});
     }
   }
   return table.print(form);
 }
 
 std::string listTypes(Form form) {
-  Table table{{"name", "kind"}};
-  for (VekType const* type : VekType::registered()) table.row({fullName(type), std::string{describe(*type)}});
+  Table table{{"name", "kind", "doc"}};
+  for (VekType const* type : VekType::registered()) {
+    table.row({fullName(type), std::string{describe(*type)}, std::string{docOf(*type)}});
+  }
   return table.print(form);
 }
 
 std::string listAttributesWhole(VekType const& type, Form form) {
-  Table table{{"number", "name", "type", "key", "kind"}};
+  Table table{{"number", "name", "type", "key", "kind", "doc"}};
   for (auto const& attr : type.attributes()) {
-    table.row({attr->id(), std::string{attr->name().view()}, fullName(attr->valueType()), fullName(attr->keyType()),
-               std::string{describe(kindOf(type, *attr))}});
+    table.row({attr->id(), std::string{attr->name().view()}, nameOf(attr->valueType(), form),
+               nameOf(attr->keyType(), form), std::string{describe(kindOf(type, *attr))},
+               std::string{docOf(type, *attr)}});
   }
   return table.print(form);
 }
@@ -146,13 +181,19 @@ VekType const& typeNamed(std::string const& name) {
 
 }  // namespace
 
-std::string ls(Vek::Dir const& roots, std::optional<std::string> const& path, Form form) {
-  if (!path) return listRoots(roots, form);
-  Place const place = resolve(roots, *path);
-  if (place.isCollection()) return listKeys(place, form);
+Answer ls(Vek::Dir const& roots, std::optional<std::string> const& path, Filled const& filled, Form form) {
+  if (!path) return listRoots(roots, filled, form);
+  Selection selection = select(roots, {*path}, filled);
+  Selected const& selected = selection.places.front();
+  Place const place = resolve(selected.path);
+  if (place.isCollection()) return {listKeys(place, form), notesOf(selection)};
   VekType const& type = place.attr == nullptr ? *place.holder->type() : *place.attr->valueType();
-  if (!type.attributes().empty()) return listAttributes(type, form);
-  throw Misfit(fmt::format("{} is a {}, which has nothing in it to list.", place.path, type.fullName().view()));
+  if (type.attributes().empty()) {
+    throw Misfit(fmt::format("{} is a {}, which has nothing in it to list.", place.path, type.fullName().view()));
+  }
+  selection.leftOut = 0;
+  std::string list = listAttributes(type, *selected.filled, form, selection.leftOut);
+  return {std::move(list), notesOf(selection)};
 }
 
 std::string types(std::optional<std::string> const& name, Form form) {

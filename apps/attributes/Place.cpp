@@ -101,6 +101,8 @@ Vek::Ptr<Vek::Entity> entityOf(GenericIf& generic) {
 Vek::U32 countAt(Place const& collection) { return answer<Vek::U32>(ask(collection, GenericIf::OpCount)); }
 bool isThere(Place const& member) { return answer<bool>(ask(member, GenericIf::OpContains)); }
 
+bool isRecord(VekType const& type) { return type.isValue() && !type.attributes().empty() && type.valAttr() == nullptr; }
+
 void assign(Place const& place, Generic const& value) {
   place.holder->attributeOp({place.attr->id(), GenericIf::OpSet}, place.key, value);
 }

@@ -57,6 +57,9 @@ struct Place {
 [[nodiscard]] Vek::U32 countAt(Place const& collection);
 [[nodiscard]] bool isThere(Place const& member);
 
+/// Whether a value of that type has fields, which are read one by one.
+[[nodiscard]] bool isRecord(Vek::VekType const& type);
+
 /// Calls `each` with every member of a collection, in its order.
 template <class Each>
 void forEachMember(Place const& collection, Each const& each) {

@@ -16,30 +16,49 @@ std::string stepOf(Place const& place) {
   return place.attr == nullptr ? place.path : std::string{place.attr->name().view()};
 }
 
-Reading open(Place const& place, Depth depth);
+Reading open(Place const& place, Look const& look);
 
-Reading closed(Place const& place) {
-  if (place.isCollection()) return {.path = place.path, .step = stepOf(place), .members = countAt(place)};
-  return {.path = place.path, .step = stepOf(place), .value = valueAt(place)};
-}
-
-Reading part(Place const& place, Depth depth) { return depth == Depth::all ? open(place, depth) : closed(place); }
-
-Reading openCollection(Place const& collection, Depth depth) {
-  Reading reading{.path = collection.path, .step = stepOf(collection)};
-  forEachMember(collection, [&](Place const& member) { reading.parts.push_back(part(member, depth)); });
+Reading readValue(Place const& place, Generic const& value, Look const& look) {
+  Reading reading{.path = place.path, .step = stepOf(place)};
+  if (isInOnePiece(*value->type(), look)) {
+    reading.value = value;
+    return reading;
+  }
+  for (auto const& attr : value->type()->attributes()) {
+    Place const field = attributeOf(place, value, *attr);
+    Filled const& filled = look.filled->at(attr->name().view());
+    if (!filled.isNone())
+      reading.parts.push_back(readValue(field, valueAt(field), {look.depth, look.records, &filled}));
+  }
   return reading;
 }
 
-Reading open(Place const& place, Depth depth) {
-  if (place.isCollection()) return openCollection(place, depth);
+Reading closed(Place const& place, Look const& look) {
+  if (place.isCollection()) return {.path = place.path, .step = stepOf(place), .members = countAt(place)};
+  return readValue(place, valueAt(place), look);
+}
+
+Reading part(Place const& place, Look const& look) {
+  return look.depth == Depth::all ? open(place, look) : closed(place, look);
+}
+
+Reading openCollection(Place const& collection, Look const& look) {
+  Reading reading{.path = collection.path, .step = stepOf(collection)};
+  forEachMember(collection, [&](Place const& member) { reading.parts.push_back(part(member, look)); });
+  return reading;
+}
+
+Reading open(Place const& place, Look const& look) {
+  if (place.isCollection()) return openCollection(place, look);
   // Only a child is followed: what an attribute merely refers to may lead back up.
   bool const isEntity = place.attr == nullptr || place.attr->flags().isInstantiating();
   Generic const here = valueAt(place);
-  if (!isEntity || !entityOf(*here)) return {.path = place.path, .step = stepOf(place), .value = here};
+  if (!isEntity || !entityOf(*here)) return readValue(place, here, look);
   Reading reading{.path = place.path, .step = stepOf(place)};
   for (auto const& attr : here->type()->attributes()) {
-    if (isOwn(*here->type(), *attr)) reading.parts.push_back(part(attributeOf(place, here, *attr), depth));
+    Filled const& filled = look.filled->at(attr->name().view());
+    if (!isOwn(*here->type(), *attr) || filled.isNone()) continue;
+    reading.parts.push_back(part(attributeOf(place, here, *attr), {look.depth, look.records, &filled}));
   }
   return reading;
 }
@@ -57,7 +76,11 @@ std::string dump(Json const& json) { return json.dump(2, ' ', false, Json::error
 
 }  // namespace
 
-Reading read(Place const& place, Depth depth) { return open(place, depth); }
+bool isInOnePiece(Vek::VekType const& type, Look const& look) {
+  return !isRecord(type) || (look.records == Records::whole && look.filled->isAll());
+}
+
+Reading read(Place const& place, Look const& look) { return open(place, look); }
 
 std::string linesOf(Reading const& reading) {
   if (reading.value) return fmt::format("{} = {}\n", reading.path, reading.value->strRep().view());

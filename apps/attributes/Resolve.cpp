@@ -28,7 +28,10 @@ Generic inside(Place const& place, Missing missing) {
 }  // namespace
 
 Place resolve(Vek::Dir const& roots, std::string_view path, Missing missing) {
-  TypedPath const typed = readPath(roots, path);
+  return resolve(readPath(roots, path), missing);
+}
+
+Place resolve(TypedPath const& typed, Missing missing) {
   Place place{std::string{typed.root->fullName().view()}, Vek::VekType::genericIf(typed.root.ptr(), false)};
   for (Step const& step : typed.steps) {
     place = attributeOf(place, inside(place, missing), *step.attr);

@@ -11,6 +11,7 @@ namespace Apps::Attributes {
 enum class Missing { refuse, make };
 
 /// The place of a path; what is at its end need not be there. Throws Misfit, as readPath does too.
+[[nodiscard]] Place resolve(TypedPath const& typed, Missing missing = Missing::refuse);
 [[nodiscard]] Place resolve(Vek::Dir const& roots, std::string_view path, Missing missing = Missing::refuse);
 
 }  // namespace Apps::Attributes

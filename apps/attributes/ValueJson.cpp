@@ -31,8 +31,7 @@ Json literal(Vek::String8 const& text) {
 
 Json valueJson(Vek::GenericIf& value) {
   Vek::VekType const& type = *value.type();
-  bool const isRecord = type.isValue() && !type.attributes().empty() && type.valAttr() == nullptr;
-  if (!isRecord) return literal(value.strRep());
+  if (!isRecord(type)) return literal(value.strRep());
   Json record = Json::object();
   for (auto const& attr : type.attributes()) {
     Generic const field = value.attributeOp({attr->id(), Vek::GenericIf::OpGet}, nullptr, nullptr);

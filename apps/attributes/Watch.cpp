@@ -22,22 +22,21 @@ void needTold(TypedPath const& path) {
 
 }  // namespace
 
-Watch::Watch(Vek::Dir const& roots, std::vector<std::string> const& paths, Depth depth) : depth_{depth} {
+Watch::Watch(Vek::Dir const& roots, std::vector<std::string> const& paths, Look const& look)
+    : look_{paths.empty() ? Depth::all : look.depth, look.records} {
   if (paths.size() > maxPaths) {
     throw Misfit(
         fmt::format("There are {} paths, more than {}. Name what holds several of them.", paths.size(), maxPaths));
   }
-  for (std::string const& path : paths) {
-    paths_.push_back(readPath(roots, path));
-    needTold(paths_.back());
-  }
+  selection_ = select(roots, paths, *look.filled);
+  for (Selected const& selected : selection_.places) needTold(selected.path);
 }
 
 std::vector<Change> Watch::start() {
   std::vector<Change> changes;
   followed_.clear();
-  for (TypedPath const& path : paths_) {
-    Scope const scope{path.steps, depth_};
+  for (auto const& [path, filled] : selection_.places) {
+    Scope const scope{path.steps, {look_.depth, look_.records, filled}};
     auto const& followed =
         followed_.emplace_back(std::make_unique<FollowedEntity>(following_, followed_.size(), scope));
     followed->entityIs(std::string{path.root->fullName().view()}, *path.root, changes);

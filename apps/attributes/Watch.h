@@ -5,6 +5,7 @@
 #pragma once
 
 #include "apps/attributes/FollowedEntity.h"
+#include "apps/attributes/Selection.h"
 
 #include <memory>
 #include <string>
@@ -16,21 +17,25 @@ class Watch {
  public:
   static constexpr std::size_t maxPaths = 1000;
 
-  /// Throws Misfit where nothing can ever be at a path, or it is never told of, and for more than maxPaths.
-  Watch(Vek::Dir const& roots, std::vector<std::string> const& paths, Depth depth);
+  /// Without paths it follows everything, as with Depth::all. Of all this, what `look.filled` has, which must outlive
+  /// it. Throws Misfit where nothing can ever be at a path, or it is never told of, and for more than maxPaths.
+  Watch(Vek::Dir const& roots, std::vector<std::string> const& paths, Look const& look);
   Watch(Watch const&) = delete;
   Watch& operator=(Watch const&) = delete;
 
+  /// What is not filled: sentences.
+  [[nodiscard]] std::vector<std::string> notes() const { return notesOf(selection_); }
+
   /// What there is now, path by path; the following begins. An entity tells its attributes and their members; with
-  /// Depth::all also all that is in its children.
+  /// Depth::all also all that is in its children; with Records::byField a record tells each field by itself.
   [[nodiscard]] std::vector<Change> start();
   /// How what there is differs from what was told last, path by path. What two paths cover is told for each. Nothing
   /// before start().
   [[nodiscard]] std::vector<Change> changes();
 
  private:
-  std::vector<TypedPath> paths_;
-  Depth const depth_;
+  Selection selection_;
+  Look const look_;  // but for what is filled, of which each place has its own
   Following following_;
   std::vector<std::unique_ptr<FollowedEntity>> followed_;  // one a path
 };

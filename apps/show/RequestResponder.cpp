@@ -17,9 +17,7 @@ void RequestResponder::onStatusRequestId() {
   Kernel::KernelFigures figures = read_();
   fill(roots_, figures);
   interrupted_ = std::move(figures.interrupted);
-  // The answer comes last: whoever sees it finds the figures in place.
-  roots_.status->statusUpdatedTimeIs(clock_());
-  roots_.status->statusResponseIdIs(notifier()->statusRequestId());
+  answer(roots_, {notifier()->statusRequestId(), clock_()});
 }
 
 void RequestResponder::onNotificationException(Vek::AttributeId) { failure_ = std::current_exception(); }

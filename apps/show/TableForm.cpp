@@ -1,12 +1,12 @@
 #include "apps/show/TableForm.h"
 
+#include "apps/Legend.h"
+#include "apps/LocalTime.h"
+
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <compare>
-#include <ctime>
 #include <iterator>
 #include <map>
 #include <span>
@@ -20,15 +20,6 @@ using Group = std::span<Figure const>;
 
 constexpr int labelWidth = 28;
 constexpr int valueWidth = 12;
-
-std::string timeText(Time const& time) {
-  auto const seconds = static_cast<std::time_t>(std::floor(time.seconds));
-  std::tm parts{};
-  std::array<char, 32> text{};
-  if (gmtime_r(&seconds, &parts) == nullptr) return fmt::format("{}", time.seconds);
-  std::size_t const length = std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S UTC", &parts);
-  return {text.data(), length};
-}
 
 struct Row {
   std::uint64_t place;
@@ -44,7 +35,7 @@ struct Cell {
 
 std::string scalarText(bool value) { return value ? "yes" : "no"; }
 std::string scalarText(std::uint64_t value) { return fmt::format("{}", value); }
-std::string scalarText(Time const& value) { return timeText(value); }
+std::string scalarText(Time const& value) { return localTime(value.seconds); }
 
 // The cells of one figure.
 struct CellsOf {
@@ -163,6 +154,12 @@ class Writer {
 
 }  // namespace
 
+Style styleFor(char const* terminal, char const* noColor) noexcept {
+  bool const isDumb = terminal != nullptr && std::string_view{terminal} == "dumb";
+  bool const wantsPlain = noColor != nullptr && *noColor != '\0';
+  return isDumb || wantsPlain ? Style::plain : Style::terminal;
+}
+
 std::string tableForm(std::vector<Figure> const& figures, Style style) {
   Writer writer{style};
   Group rest{figures};
@@ -173,7 +170,8 @@ std::string tableForm(std::vector<Figure> const& figures, Style style) {
     writer.write(rest.first(count));
     rest = rest.subspan(count);
   }
-  return writer.take();
+  std::string const tables = writer.take();
+  return tables + legendOf(tables);
 }
 
 }  // namespace Apps::Show

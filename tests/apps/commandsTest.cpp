@@ -8,6 +8,7 @@ namespace Apps::Attributes {
 namespace {
 
 using nlohmann::json;
+using testing::AllOf;
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
@@ -17,7 +18,7 @@ constexpr char const* deep = "auditStatus.auditInfo[kernel].table[ipv4].perFapIn
 class Commands : public AttributeTest {
  protected:
   std::string get(std::vector<std::string> const& paths, Depth depth = Depth::one, Form form = Form::text) {
-    return Attributes::get(*directory_, paths, depth, form);
+    return Attributes::get(*directory_, paths, {depth}, form).text;
   }
   json getJson(std::vector<std::string> const& paths) { return json::parse(get(paths, Depth::one, Form::json)); }
   std::string set(std::string const& path, std::optional<std::string> const& value = {},
@@ -27,7 +28,7 @@ class Commands : public AttributeTest {
   std::string del(std::string const& path) { return Attributes::del(*directory_, path, Form::text); }
   std::string count(std::string const& path) { return Attributes::count(*directory_, path, Form::text); }
   std::string ls(std::optional<std::string> const& path, Form form = Form::text) {
-    return Attributes::ls(*directory_, path, form);
+    return Attributes::ls(*directory_, path, Filled::everything(), form).text;
   }
 };
 
@@ -60,6 +61,48 @@ TEST_F(Commands, GetGoesIntoChildrenOnlyWhereItIsAskedTo) {
   EXPECT_THAT(get({"auditStatus"}, Depth::all), HasSubstr(std::string(deep) + " = 7\n"));
   EXPECT_EQ(getJson({"auditStatus"})["auditInfo"]["kernel"]["table"]["ipv4"]["perFapInfo"]["Fap0"]["totalEntriesFixed"],
             7);
+}
+
+// What a command shows, and below it what it says of the rest.
+std::string shown(Answer const& answer) {
+  std::string all = answer.text;
+  for (std::string const& note : answer.notes) all += "  " + note + '\n';
+  return all;
+}
+
+TEST_F(Commands, OfWhatIsFilledGetAndLsShowItAndNameTheRest) {
+  roots_.auditStatus->auditDoneIs("t", true);
+  Filled const filled{{"status.numVrfs", "status.schan", "status.timingMarkers.lastRouteUpdateTime",
+                       "status.timingMarkers.lastV6RouteUpdateTime", "request"}};
+  auto const found = [&](std::vector<std::string> const& paths, Records records = Records::byField) {
+    return shown(Attributes::get(*directory_, paths, {Depth::one, records, &filled}, Form::text));
+  };
+  constexpr char const* times = "status.timingMarkers.lastRouteUpdateTime = 0.0\n"
+                                "status.timingMarkers.lastV6RouteUpdateTime = 0.0\n";
+  constexpr char const* rest =
+      " attributes, such as those of forwarding chips, are not filled here; --all shows them.\n";
+  std::string const ofStatus = "status.numVrfs = 0\n" + std::string{times} + "  73" + rest;
+  EXPECT_EQ(found({"status"}), ofStatus);
+  EXPECT_EQ(found({}), "request.statusRequestId = 0\nstatus.numVrfs = 0\n" + std::string{times} + "  96" + rest);
+  EXPECT_EQ(found({"status.timingMarkers"}), times + ("  14" + std::string{rest}));
+  EXPECT_EQ(found({"status.timingMarkers"}, Records::whole), found({"status.timingMarkers"})) << "not all of it";
+  EXPECT_EQ(found({"status.ipFecs.numEcmpFecs"}),
+            "0\n  status.ipFecs.numEcmpFecs is not filled here: what it shows are defaults.\n");
+  EXPECT_EQ(found({"auditStatus"}), "auditStatus.numAudits = 0\nauditStatus.auditDoneId = 0\n"
+                                    "auditStatus.statusClearDoneId = 0\nauditStatus.auditInfo: 0 members\n"
+                                    "auditStatus.auditDone: 1 member\n"
+                                    "  auditStatus is not filled here: what it shows are defaults.\n");
+  EXPECT_EQ(found({"status.writeCount"}), "0\n") << "the framework keeps it";
+  auto const listed = [&](std::optional<std::string> const& path) {
+    return shown(Attributes::ls(*directory_, path, filled, Form::text));
+  };
+  EXPECT_THAT(listed({}), EndsWith("  7 root entities are not filled here; --all lists them.\n"));
+  EXPECT_THAT(listed("status"),
+              AllOf(StartsWith("numVrfs "), HasSubstr("\ntimingMarkers "), EndsWith("  59" + std::string{rest})));
+  EXPECT_THAT(listed("cliConfig"), EndsWith("  cliConfig is not filled here: what it shows are defaults.\n"));
+  EXPECT_EQ(
+      json::parse(Attributes::get(*directory_, {"status"}, {Depth::one, Records::whole, &filled}, Form::json).text),
+      json::parse(R"({"numVrfs": 0, "timingMarkers": {"lastRouteUpdateTime": 0.0, "lastV6RouteUpdateTime": 0.0}})"));
 }
 
 TEST_F(Commands, JsonHoldsNumbersTextsRecordsAndStrangeBytes) {
@@ -153,11 +196,15 @@ TEST_F(Commands, WhatDoesNotFitIsRefusedAndChangesNothing) {
 
 TEST_F(Commands, LsListsRootsAttributesAndKeys) {
   set(deep, "7", Missing::make);
-  EXPECT_THAT(ls({}), HasSubstr("cliConfig                Hardware::DornL3Unicast::CliConfig\n"));
-  EXPECT_THAT(ls("auditStatus"), HasSubstr("auditInfo[Vek::Name]    Hardware::DornL3Unicast::ShadowAuditInfo\n"));
+  EXPECT_THAT(ls({}), AllOf(HasSubstr("\ncliConfig                CliConfig "),
+                            HasSubstr("\naclRouteStatus           Hardware::DornL3Unicast::AclRoute::Status "),
+                            HasSubstr("  Configuration from the command line; the forwarding agent follows it.\n")));
+  EXPECT_THAT(ls("auditStatus"), HasSubstr("auditInfo[Name]    ShadowAuditInfo  the shadows, by name\n"));
   EXPECT_THAT(ls("cliConfig"), HasSubstr("aradIp6HostRouteInLemDefault"));
-  EXPECT_THAT(ls("status.lemV4RouteStats"), HasSubstr("routeCount[U32]      U32\n")) << "also where it is not there";
-  EXPECT_THAT(ls("status.ipFecs"), StartsWith("numNonEcmpFecs  U32\n"));
+  EXPECT_THAT(ls("status.lemV4RouteStats"),
+              AllOf(HasSubstr("routeCount[U32]      U32   routes in the LEM"), HasSubstr("\nLEM   ")))
+      << "also where it is not there";
+  EXPECT_THAT(ls("status.ipFecs"), StartsWith("numNonEcmpFecs  U32  entries with one path\n"));
   set("auditStatus.auditDone['a.b']", "True");
   EXPECT_EQ(ls("auditStatus.auditDone"), "'a.b'\n");
   EXPECT_EQ(json::parse(ls("auditStatus.auditDone", Form::json)), json({"a.b"}));
@@ -167,9 +214,11 @@ TEST_F(Commands, TypesListsTypesAndTheirAttributes) {
   EXPECT_THAT(types({}, Form::text), HasSubstr("Vek::Name "));
   std::string const audit = types("AuditStatus", Form::text);
   EXPECT_THAT(audit, HasSubstr("261  auditInfo"));
-  EXPECT_THAT(audit, HasSubstr("children by key\n"));
+  EXPECT_THAT(audit, HasSubstr("children by key  the shadows, by name\n"));
+  EXPECT_THAT(audit, HasSubstr("read only        its path\n"));
   EXPECT_EQ(json::parse(types("Ipv4EgressAclLabel", Form::json)),
-            json::parse(R"([{"number": 2, "name": "value", "type": "Bridging::VlanIdOrNone", "kind": "read only"}])"));
+            json::parse(R"([{"number": 2, "name": "value", "type": "Bridging::VlanIdOrNone", "kind": "read only",
+                            "doc": "the VLAN that stands for the ACL"}])"));
   EXPECT_THAT(refusal([] { return types("Status", Form::text); }), HasSubstr("Several types are named 'Status': "));
   EXPECT_EQ(refusal([] { return types("RouteStat", Form::text); }),
             "There is no type 'RouteStat'; did you mean 'RouteStats'? 'dornl3 types' lists all.");
@@ -187,7 +236,7 @@ TEST_F(Commands, DigestsTellEqualTreesFromOthers) {
 TEST_F(Commands, TheCommandLineNeedsLocalWhereEntitiesAreWanted) {
   auto const misuse = [](char const* line) {
     CLI::App app;
-    CommandLine const commands{app};
+    CommandLine const commands{app, Filled::everything()};
     app.parse(line);
     return commands.isGiven() ? commands.misuse() : "not given";
   };
@@ -199,9 +248,9 @@ TEST_F(Commands, TheCommandLineNeedsLocalWhereEntitiesAreWanted) {
   EXPECT_THROW(misuse("get --local -r --digest status"), CLI::ExcludesError);
 
   CLI::App app;
-  CommandLine const commands{app};
+  CommandLine const commands{app, Filled::everything()};
   app.parse("set --local status.inUseArpEntries[0] 5");
-  EXPECT_EQ(commands.run(*directory_), "status.inUseArpEntries[0] = 5\n");
+  EXPECT_EQ(commands.run(*directory_).text, "status.inUseArpEntries[0] = 5\n");
 }
 
 }  // namespace

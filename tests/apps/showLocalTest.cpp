@@ -1,6 +1,7 @@
 // The printed forms, of a host made of recorded messages.
 #include "apps/show/ShowLocal.h"
 
+#include "apps/LocalTime.h"
 #include "apps/show/Figures.h"
 #include "apps/show/JsonForm.h"
 #include "apps/show/TextForm.h"
@@ -15,6 +16,7 @@ namespace {
 using namespace Kernel;
 using testing::AllOf;
 using testing::HasSubstr;
+using testing::Not;
 
 class ShowLocal : public LeakCheck {
  protected:
@@ -37,7 +39,10 @@ TEST_F(ShowLocal, PrintsTheSameFiguresInEachForm) {
                               "FAP 0                                  0           0           0           0\n"),
                     HasSubstr("ROUTES BY PREFIX LENGTH      IPv4 in LEM IPv4 routes IPv6 in LEM IPv6 routes\n"
                               "hosts                                 no           0          no           0\n"
-                              "/0                                   yes           2           -           -\n")));
+                              "/0                                   yes           2           -           -\n"
+                              "\n"
+                              "FAP   forwarding processor; "),
+                    HasSubstr("\nLEM   "), Not(HasSubstr("\nFEC   "))));
 }
 
 TEST_F(ShowLocal, SaysWhenATableNeverSettled) {
@@ -69,21 +74,31 @@ std::vector<Figure> const someFigures{
 };
 
 TEST(TableForm, PutsFiguresOfAGroupSideBySideAndADashWhereThereIsNone) {
-  EXPECT_EQ(tableForm(someFigures, Style::plain), "HOST\n"
-                                                  "updated                     2023-11-14 22:13:20 UTC\n"
-                                                  "VXLAN routing               yes\n"
-                                                  "\n"
-                                                  "SETS                                  IP        MPLS\n"
-                                                  "single                      18446744073709551615           2\n"
-                                                  "in all                                 0           3\n"
-                                                  "\n"
-                                                  "ROUTES                              IPv4        IPv6        none\n"
-                                                  "hosts                                  7           -           -\n"
-                                                  "/0                                     -           5           -\n"
-                                                  "/2                                   yes           -           -\n"
-                                                  "/10                                   no           -           -\n");
+  EXPECT_EQ(tableForm(someFigures, Style::plain),
+            "HOST\n"
+            "updated                     " +
+                localTime(1700000000.25) +
+                "\n"
+                "VXLAN routing               yes\n"
+                "\n"
+                "SETS                                  IP        MPLS\n"
+                "single                      18446744073709551615           2\n"
+                "in all                                 0           3\n"
+                "\n"
+                "ROUTES                              IPv4        IPv6        none\n"
+                "hosts                                  7           -           -\n"
+                "/0                                     -           5           -\n"
+                "/2                                   yes           -           -\n"
+                "/10                                   no           -           -\n");
   EXPECT_EQ(tableForm(someFigures, Style::terminal).find("\x1b[1mHOST\x1b[0m\n"), 0U);
   EXPECT_EQ(tableForm({}, Style::plain), "");
+}
+
+TEST(TableForm, StandsOutWhereTheTerminalCanAndItsUserWantsIt) {
+  EXPECT_EQ(styleFor(nullptr, nullptr), Style::terminal);
+  EXPECT_EQ(styleFor("xterm", ""), Style::terminal) << "an empty wish is none";
+  EXPECT_EQ(styleFor("xterm", "0"), Style::plain);
+  EXPECT_EQ(styleFor("dumb", nullptr), Style::plain);
 }
 
 TEST(JsonForm, KeepsTheOrderAndWholeNumbersWholeAndPutsChildrenIntoTheirParents) {

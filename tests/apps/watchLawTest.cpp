@@ -13,6 +13,8 @@ namespace {
 
 using Lines = std::map<std::string, std::string>;  // by path
 
+Look const look{Depth::all, Records::byField};
+
 // The texts at hand of which a type makes a value; those of records differ from their default in one attribute.
 std::vector<std::string> const& texts(Vek::VekType const& type) {
   static std::map<Vek::VekType const*, std::vector<std::string>> known;
@@ -171,7 +173,7 @@ Lines found(Vek::Dir const& directory, std::vector<std::string> const& paths) {
   Lines lines;
   for (std::string const& path : paths) {
     try {
-      collectLines(read(resolve(directory, path), Depth::all), lines);
+      collectLines(read(resolve(directory, path), look), lines);
     } catch (Misfit const&) {  // it is not there
     }
   }
@@ -193,8 +195,8 @@ TEST_F(WatchLaw, WhatIsToldLeadsToWhatIsThere) {
       Watch watch;
       Lines lines = {};
     };
-    Follower followers[] = {{world.names(), Watch{*world.directory, world.names(), Depth::all}},
-                            {{narrow}, Watch{*world.directory, {narrow}, Depth::all}}};
+    Follower followers[] = {{world.names(), Watch{*world.directory, {}, look}},
+                            {{narrow}, Watch{*world.directory, {narrow}, look}}};
     auto const change = [&](Choice const& choice) {
       choice.action % 2 == 0 ? world.change(choice) : world.change(narrow, choice);
     };

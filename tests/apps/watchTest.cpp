@@ -50,7 +50,8 @@ class WatchTest : public AttributeTest {
         written += indented(watch->changes());
       } else if (command == "watch") {
         std::istringstream words{rest};
-        watch.emplace(*directory_, std::vector<std::string>{std::istream_iterator<std::string>{words}, {}}, Depth::one);
+        watch.emplace(*directory_, std::vector<std::string>{std::istream_iterator<std::string>{words}, {}},
+                      Look{Depth::one, Records::byField});
         written += indented(watch->start());
       } else if (!command.empty()) {
         act(command, rest);
@@ -111,6 +112,17 @@ told
   auditStatus.auditInfo[a]: gone
   auditStatus.auditDone['a\n'] = True
 )",
+           R"(watch status.ipFecs aclRouteConfig.ipv4EgAclLabel
+  status.ipFecs.numNonEcmpFecs = 0
+  status.ipFecs.numEcmpFecs = 0
+  status.ipFecs.numFecEntries = 0
+set status.ipFecs = Value('Hardware::DornL3Unicast::FecCountStats', ** {'numEcmpFecs': 1, 'numFecEntries': 1})
+set aclRouteConfig.ipv4EgAclLabel[7] = 8
+told
+  status.ipFecs.numEcmpFecs = 1
+  status.ipFecs.numFecEntries = 1
+  aclRouteConfig.ipv4EgAclLabel[7] = 8
+)",
            R"(watch status.lemV4RouteStats status.lemV4RouteStats.hostCount
   status.lemV4RouteStats = None
 set status.lemV4RouteStats.routeCount[24] = 2
@@ -149,11 +161,14 @@ TEST_F(WatchTest, RefusesWhatCanNeverBeThereOrIsNeverToldOf) {
            Case{"auditStatus.auditInfo[k].parent.numAudits", "auditStatus.auditInfo[k].parent is never told of: "},
        }) {
     SCOPED_TRACE(c.path);
-    EXPECT_THAT(refusal([&] { return Watch{*directory_, {"status", c.path}, Depth::one}.start(); }), HasSubstr(c.says));
+    EXPECT_THAT(refusal([&] {
+                  return Watch{*directory_, {"status", c.path}, {Depth::one}}.start();
+                }),
+                HasSubstr(c.says));
   }
   std::vector<std::string> const many(Watch::maxPaths + 1, "status");
   EXPECT_THAT(refusal([&] {
-                return Watch{*directory_, many, Depth::one}.start();
+                return Watch{*directory_, many, {Depth::one}}.start();
               }),
               StartsWith("There are 1001 paths, more than 1000."));
 }
@@ -161,7 +176,7 @@ TEST_F(WatchTest, RefusesWhatCanNeverBeThereOrIsNeverToldOf) {
 TEST_F(WatchTest, PrintsTimesAndJson) {
   std::vector<std::string> const paths{"status.numVrfs", "auditRequest.tableToAudit", "status.ipFecs"};
   roots_.auditRequest->tableToAuditIs(std::string_view("it's \xff\n"));
-  std::vector<Change> changes = Watch{*directory_, paths, Depth::one}.start();
+  std::vector<Change> changes = Watch{*directory_, paths, {Depth::one}}.start();
   changes.push_back({"a['\xff']", nullptr});
   EXPECT_EQ(linesOf(changes, 1.5, Form::json, Stamp::none),
             "{\"time\":1.5,\"path\":\"status.numVrfs\",\"value\":0}\n"
@@ -171,16 +186,20 @@ TEST_F(WatchTest, PrintsTimesAndJson) {
             "{\"time\":1.5,\"path\":\"a['\xef\xbf\xbd']\",\"gone\":true}\n");
   setenv("TZ", "UTC-1", 1);
   tzset();
-  EXPECT_THAT(linesOf(changes, 0.0625, Form::text, Stamp::time),
-              StartsWith("1970-01-01T01:00:00.063 status.numVrfs = 0\n1970-01-01T01:00:00.063 auditRequest."));
-  EXPECT_EQ(linesOf({{"a", nullptr}}, 86399.9996, Form::text, Stamp::time), "1970-01-02T01:00:00.000 a: gone\n");
-  EXPECT_EQ(linesOf({{"a", nullptr}}, -0.5, Form::text, Stamp::time), "1970-01-01T00:59:59.500 a: gone\n");
+  EXPECT_THAT(
+      linesOf(changes, 0.0625, Form::text, Stamp::time),
+      StartsWith("1970-01-01T01:00:00.063+01:00 status.numVrfs = 0\n1970-01-01T01:00:00.063+01:00 auditRequest."));
+  EXPECT_EQ(linesOf({{"a", nullptr}}, 86399.9996, Form::text, Stamp::time), "1970-01-02T01:00:00.000+01:00 a: gone\n");
+  setenv("TZ", "UTC+3:30", 1);
+  tzset();
+  EXPECT_EQ(linesOf({{"a", nullptr}}, -0.5, Form::text, Stamp::time), "1969-12-31T20:29:59.500-03:30 a: gone\n");
+  EXPECT_THAT(linesOf({{"a", nullptr}}, 1e300, Form::text, Stamp::time), StartsWith("1e+300 a: gone"));
   unsetenv("TZ");
   tzset();
 }
 
 TEST_F(WatchTest, ForgetsWhatHasLeftItsPlace) {
-  Watch watch{*directory_, {"status.lemV4RouteStats", deep}, Depth::one};
+  Watch watch{*directory_, {"status.lemV4RouteStats", deep}, {Depth::one}};
   act("set", std::string(deep) + " = 7");
   static_cast<void>(watch.start());
   auto const leaving = roots_.auditStatus->auditInfo("kernel")->table("ipv4")->perFapInfo("Fap0");
@@ -199,7 +218,7 @@ TEST_F(WatchTest, ForgetsWhatHasLeftItsPlace) {
 
 TEST_F(WatchTest, AsksNoMoreOfTheEntitiesThanWasHeardOf) {
   for (unsigned short fap = 0; fap < 100; ++fap) roots_.status->inUseArpEntriesIs(fap, fap);
-  Watch watch{*directory_, {"status"}, Depth::all};
+  Watch watch{*directory_, {"status"}, {Depth::all}};
   EXPECT_EQ(indented(watch.changes()), "") << "it has not been started";
   static_cast<void>(watch.start());
   Vek::U32 const before = roots_.status->readCount();
@@ -212,10 +231,10 @@ TEST_F(WatchTest, AsksNoMoreOfTheEntitiesThanWasHeardOf) {
 TEST_F(WatchTest, MayEndBeforeOrAfterWhatItFollowsWithEventsWaiting) {
   std::optional<Show::Roots> fresh{std::in_place};
   directory_->entryIs(fresh->auditStatus);
-  Watch after{*directory_, {"auditStatus"}, Depth::all};
+  Watch after{*directory_, {"auditStatus"}, {Depth::all}};
   static_cast<void>(after.start());
   {
-    Watch before{*directory_, {"auditStatus", deep}, Depth::all};
+    Watch before{*directory_, {"auditStatus", deep}, {Depth::all}};
     static_cast<void>(before.start());
     act("set", std::string(deep) + " = 7");
     static_cast<void>(before.changes());

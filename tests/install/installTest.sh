@@ -52,4 +52,5 @@ expect "$own_names" "$work/own"
 
 echo "The programs:"
 "$prefix/bin/schemac" --help >/dev/null
+[[ $("$prefix/bin/schemac" chek 2>&1) == *"did you mean 'check'"* ]] || { echo "schemac tells no near command" >&2; exit 1; }
 "$prefix/bin/dornl3" show --local >/dev/null

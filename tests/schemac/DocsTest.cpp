@@ -2,6 +2,8 @@
 
 #include "tests/schemac/Schemas.h"
 
+#include <gmock/gmock.h>
+
 namespace Schemac::Test {
 namespace {
 
@@ -70,6 +72,9 @@ Entity, made by `wholeFactory`. all of it
 | 261 | `labels` | `Label` | ordered by `U32` | labels |
 | 262 | `parts` | `Part` | children, hashed by their `slotName` | parts |
 )");
+  EXPECT_THAT(docRowsOf(file), testing::StartsWith(R"({"Acme::Label", "", "a label"},
+{"Acme::Label", "level", "this | that"},
+)"));
 }
 
 }  // namespace
