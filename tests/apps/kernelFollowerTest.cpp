@@ -89,7 +89,7 @@ rc::Gen<ModelKernel::Differ> differences() {
 }
 
 TEST(KernelFollower, KnowsWhatAFreshReadingKnows) {
-  expectLaw(500, [] {
+  expectLaw(300, [] {
     Followed followed{*differences()};
     for (Step const& step : *steps(17)) live(followed.kernel, step);
     followed.begin();  // what has been told until now is stale by now
@@ -153,7 +153,7 @@ TEST(KernelFollower, ReadsAfreshOnlyWhenItMust) {
   expectReadings(1, "bytes that are no message");
   kernel.notifications.tell(route(AF_INET).put(RTA_GATEWAY, Buffer(3)));
   expectReadings(1, "a malformed route");
-  kernel.replaceByLocal4(0);
+  kernel.add4(0, {{0}}), kernel.replaceByLocal4(0);
   expectReadings(1, "a local route in the place of another");
 }
 
