@@ -58,6 +58,7 @@ TEST_F(Commands, GetGoesIntoChildrenOnlyWhereItIsAskedTo) {
   EXPECT_THAT(one, HasSubstr("auditStatus.auditInfo: 1 member\n"));
   EXPECT_THAT(one, HasSubstr("auditStatus.auditDone: 0 members\n"));
   EXPECT_EQ(get({"auditStatus.auditInfo"}), "auditStatus.auditInfo[kernel] = auditStatus.auditInfo[kernel]\n");
+  EXPECT_EQ(get({"auditStatus.auditInfo[kernel].parent"}), "auditStatus\n") << "what is referred to is named alone";
   EXPECT_THAT(get({"auditStatus"}, Depth::all), HasSubstr(std::string(deep) + " = 7\n"));
   EXPECT_EQ(getJson({"auditStatus"})["auditInfo"]["kernel"]["table"]["ipv4"]["perFapInfo"]["Fap0"]["totalEntriesFixed"],
             7);

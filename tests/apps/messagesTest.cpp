@@ -1,7 +1,6 @@
-// The readers of kernel messages: recorded ones, and hand-made ones good and bad.
+// The readers of kernel messages.
 #include "apps/kernel/LinkMessage.h"
 #include "apps/kernel/NeighbourMessage.h"
-#include "apps/kernel/NextHopMessage.h"
 #include "apps/kernel/RouteMessage.h"
 #include "tests/apps/MessageBuilder.h"
 
@@ -9,29 +8,6 @@
 
 namespace Apps::Kernel {
 namespace {
-
-Buffer fromHex(std::string_view hex) {
-  Buffer buffer;
-  for (std::size_t i = 0; i < hex.size(); i += 2) {
-    buffer.push_back(static_cast<std::byte>(std::stoi(std::string{hex.substr(i, 2)}, nullptr, 16)));
-  }
-  return buffer;
-}
-
-TEST(NextHopMessage, ReadsARecordedGroup) {
-  Buffer const body = fromHex("0000000000000000"  // header
-                              "080001000a000000"  // id 10
-                              "14000200"
-                              "0100000000000000"
-                              "0200000000000000"  // members 1 and 2
-                              "08000e0000000080"  // something that older kernels do not send
-                              "060003000000");    // type of the group, without its padding
-  NextHopObject object;
-  ASSERT_TRUE(readNextHop(body, object));
-  EXPECT_EQ(object.id, 10U);
-  EXPECT_TRUE(object.isGroup);
-  EXPECT_EQ(object.members, (std::vector<std::uint32_t>{1, 2}));
-}
 
 TEST(RouteMessage, RefusesLengthsThatDoNotFit) {
   Buffer longAddress = bytesOf(__kernel_sa_family_t{AF_PACKET});

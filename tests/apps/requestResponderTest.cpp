@@ -3,6 +3,7 @@
 #include "apps/kernel/KernelError.h"
 #include "apps/show/Figures.h"
 #include "apps/show/TextForm.h"
+#include "tests/apps/SomeFigures.h"
 #include "tests/core/LeakCheck.h"
 
 #include <gtest/gtest.h>
@@ -13,39 +14,6 @@ namespace Apps::Show {
 namespace {
 
 using namespace Hardware::DornL3Unicast;
-
-Kernel::KernelFigures someFigures() {
-  Kernel::KernelFigures figures{
-      .vrfs = 3,
-      .vxlanTunnels = 2,
-      .tunnels = 4,
-      .routesVxlan = true,
-      .ipv4 = {10, 9, 8, 7, 6, 5},
-      .ipv6 = {20, 19, 18, 17, 16, 15},
-      .mpls = {30, 29, 28, 27, 26, 25},
-      .ipv4Prefixes = {.hosts = 40},
-      .ipv6Prefixes = {},
-      .mplsPops = 8,
-      .mplsPushes = 9,
-      .ipSets = {1, 2},
-      .mplsSets = {3, 4},
-      .tunnelSets = {5, 6},
-      .commands = {100, 60, 50, 40, 1},
-      .times = {{1, 2, 3, 4}, {5, 6, 7, 8}},
-      .linkLayerNeighbours = 7,
-      .failedNeighbours = 11,
-      .routesTrapped = 12,
-      .failedNextHops = 13,
-      .nestedGroups = 14,
-      .missingNextHops = 15,
-      .interrupted = {},
-  };
-  figures.ipv4Prefixes.byLength[0] = 1;
-  figures.ipv4Prefixes.byLength[24] = 50;
-  figures.ipv4Prefixes.byLength[3] = 2;  // a hashed collection walks in another order
-  figures.ipv6Prefixes.byLength[127] = 60;
-  return figures;
-}
 
 class Responder : public LeakCheck {
  protected:
@@ -94,8 +62,8 @@ status.lemV4RouteStats.prefixLenInLem[24] = True
 status.lemV4RouteStats.routeCount[0] = 1
 status.lemV4RouteStats.routeCount[3] = 2
 status.lemV4RouteStats.routeCount[24] = 50
-status.lemV6RouteStats.hostsInLem = False
-status.lemV6RouteStats.hostCount = 0
+status.lemV6RouteStats.hostsInLem = True
+status.lemV6RouteStats.hostCount = 41
 status.lemV6RouteStats.prefixLenInLem[127] = True
 status.lemV6RouteStats.routeCount[127] = 60
 )");
