@@ -81,6 +81,7 @@ class RecordedSource final : public MessageSource {
     std::uint16_t flags = answer.interrupted ? NLM_F_MULTI | NLM_F_DUMP_INTR : NLM_F_MULTI;
     for (Message const& message : answer.messages) {
       Buffer const bytes = message.framed(sequence, std::exchange(flags, NLM_F_MULTI));
+      pad(datagram);
       datagram.insert(datagram.end(), bytes.begin(), bytes.end());
       if (datagram.size() < 4096) continue;
       datagrams_.push_back(std::exchange(datagram, {}));
