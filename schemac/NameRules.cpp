@@ -23,6 +23,13 @@ bool isCamelCase(std::string_view name, Case wanted) {
   return first && std::all_of(name.begin(), name.end(), isLetterOrDigit);
 }
 
+// What it is about a type that makes a name taken in it; empty where the name is free.
+std::string_view bearerOf(std::string_view name, Subject const& subject, Type const& type) {
+  if (isBaseMember(name, type.kind)) return type.isEntity() ? "entity" : "value";
+  if (isMemberAccessor(name) && subject.file.holderOf(type) != nullptr) return "member of a collection";
+  return {};
+}
+
 // Complains about each derived name of `a` that is taken already, and takes the others.
 void takeNames(Subject const& subject, Type const& type, Attribute const& a,
                std::map<std::string, Attribute const*>& taken) {
@@ -30,9 +37,9 @@ void takeNames(Subject const& subject, Type const& type, Attribute const& a,
   for (std::string const& name : derivedNames(a, type.kind)) {
     std::string const subjectOfSentence =
         name == a.name ? fmt::format("attribute '{}'", name) : fmt::format("'{}', which '{}' yields,", name, a.name);
-    if (isBaseMember(name, type.kind)) {
-      subject.complain(at, fmt::format("{} is a name that every {} has already; choose another one", subjectOfSentence,
-                                       type.isEntity() ? "entity" : "value"));
+    if (std::string_view const bearer = bearerOf(name, subject, type); !bearer.empty()) {
+      subject.complain(
+          at, fmt::format("{} is a name that every {} has already; choose another one", subjectOfSentence, bearer));
       return;
     }
     auto const [other, isNew] = taken.emplace(name, &a);

@@ -45,13 +45,16 @@ constexpr std::string_view valueMembers = "Attr GenericIf_ _Type _fwkType fwkTyp
 // What the descriptors of attributes are made of, and what stands among them in `struct Attr`: there each attribute is
 // a class of its own name, which may have no member of that name.
 constexpr std::string_view descriptorMembers =
-    "bare field flags fullName introspectionFlags max min name number record shortName slot";
+    "bare dirty field flags fullName introspectionFlags logHandler logWalk max min name number record shortName slot";
 
 // Namespaces that emitted code enters by name, types that every schema file knows, and what an entity and its bases
 // have as nested or injected classes.
 constexpr std::string_view reservedTypes =
     "Attr Bridging Dir Entity GenericIf Hardware Iterator Kiln Notifiee NotifieeConst Of PtrInterface U32 U64 U8 "
     "Vek std";
+
+// What is owed of an attribute: "vekIsBanksDirty".
+std::string dirtyStem(std::string_view attribute) { return join(join("vekIs", upperFirst(attribute)), "Dirty"); }
 
 }  // namespace
 
@@ -74,6 +77,21 @@ std::string makerName(std::string_view attribute) { return join("new", upperFirs
 std::string slotName(std::string_view attribute) { return join("on", upperFirst(attribute)); }
 std::string immediateSlotName(std::string_view attribute) { return join(slotName(attribute), "vekImmediate"); }
 std::string elementClassName(std::string_view attribute) { return join("Vek", upperFirst(attribute)); }
+
+std::string keySenderName(std::string_view attribute) {
+  return join(join("vekHandle", upperFirst(attribute)), "SerializeSing");
+}
+std::string walkerName(std::string_view attribute) {
+  return join(join("vekHandle", upperFirst(attribute)), "SerializeColl");
+}
+std::string dirtySetterName(std::string_view attribute) { return join(dirtyStem(attribute), "Is"); }
+std::string dirtyRemoverName(std::string_view attribute) { return join(dirtyStem(attribute), "Del"); }
+std::string dirtyMakerName(std::string_view attribute) { return join("new", upperFirst(dirtyStem(attribute))); }
+std::string dirtyFieldName(std::string_view attribute) { return fieldName(dirtyStem(attribute)); }
+std::string dirtyMemberName(std::string_view attribute) { return elementClassName(dirtyStem(attribute)); }
+std::string syncedSetterName(std::string_view attribute) {
+  return join(join("vek", upperFirst(attribute)), "HasSyncedIs");
+}
 
 std::string initFunctionName(std::string_view stem) { return join("vekInit", upperFirst(stem)); }
 
@@ -134,6 +152,8 @@ bool isBaseMember(std::string_view name, Type::Kind kind) noexcept {
   if (contains(descriptorMembers, name)) return true;
   return kind == Type::Kind::entity ? contains(entityMembers, name) : contains(valueMembers, name);
 }
+
+bool isMemberAccessor(std::string_view name) noexcept { return name == "key" || name == "value"; }
 
 bool isReservedType(std::string_view name) noexcept { return contains(reservedTypes, name); }
 

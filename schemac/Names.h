@@ -28,6 +28,16 @@ namespace Schemac {
 [[nodiscard]] std::string immediateSlotName(std::string_view attribute);  ///< onBanksvekImmediate
 [[nodiscard]] std::string elementClassName(std::string_view attribute);   ///< VekBanks
 
+// On an attribute log:
+[[nodiscard]] std::string keySenderName(std::string_view attribute);     ///< vekHandleBanksSerializeSing
+[[nodiscard]] std::string walkerName(std::string_view attribute);        ///< vekHandleBanksSerializeColl
+[[nodiscard]] std::string dirtySetterName(std::string_view attribute);   ///< vekIsBanksDirtyIs
+[[nodiscard]] std::string dirtyRemoverName(std::string_view attribute);  ///< vekIsBanksDirtyDel
+[[nodiscard]] std::string dirtyMakerName(std::string_view attribute);    ///< newVekIsBanksDirty
+[[nodiscard]] std::string dirtyFieldName(std::string_view attribute);    ///< vekIsBanksDirty_
+[[nodiscard]] std::string dirtyMemberName(std::string_view attribute);   ///< VekVekIsBanksDirty
+[[nodiscard]] std::string syncedSetterName(std::string_view attribute);  ///< vekBanksHasSyncedIs
+
 /// What registers the types of a file: "vekInitStatus" for the stem "Status".
 [[nodiscard]] std::string initFunctionName(std::string_view stem);
 
@@ -46,6 +56,9 @@ namespace Schemac {
 
 /// Whether every type of `kind` has this name already: from its bases, or in the descriptors of its attributes.
 [[nodiscard]] bool isBaseMember(std::string_view name, Type::Kind kind) noexcept;
+
+/// Whether every entity that is a member of a collection has this name already: by it members are read.
+[[nodiscard]] bool isMemberAccessor(std::string_view name) noexcept;
 
 /// Whether a type of this name would hide, or be hidden by, what emitted code calls by its short name.
 [[nodiscard]] bool isReservedType(std::string_view name) noexcept;

@@ -104,6 +104,15 @@ struct File : Table {
     }
     return nullptr;
   }
+  /// The attribute that holds entities of the type `child` by key; null where none does.
+  [[nodiscard]] Attribute const* holderOf(Type const& child) const {
+    for (Type const& t : types) {
+      for (Attribute const& a : t.attributes) {
+        if (a.shape == Shape::childCollection && a.child == child.name) return &a;
+      }
+    }
+    return nullptr;
+  }
 };
 
 }  // namespace Schemac

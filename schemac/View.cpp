@@ -97,6 +97,7 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
       .set("member", form.collection ? elementClassName(a.name) : a.child)
       .set("map", form.ordered ? "RbTreeMap" : "HashMap")
       .set("elementBase", form.ordered ? "RbElement" : "HashElement")
+      .set("order", form.ordered ? "by rising key" : "by the hashes of the keys")
       .set("field", fieldName(a.name))
       .set("setter", setterName(a.name))
       .set("incrementer", incrementerName(a.name))
@@ -109,9 +110,18 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
       .set("constIterator", constIteratorName(a.name))
       .set("slot", slotName(a.name))
       .set("immediateSlot", immediateSlotName(a.name))
+      .set("keySender", keySenderName(a.name))
+      .set("walker", walkerName(a.name))
+      .set("dirtySetter", dirtySetterName(a.name))
+      .set("dirtyRemover", dirtyRemoverName(a.name))
+      .set("dirtyMaker", dirtyMakerName(a.name))
+      .set("dirtyField", dirtyFieldName(a.name))
+      .set("dirtyMember", dirtyMemberName(a.name))
+      .set("syncedSetter", syncedSetterName(a.name))
       .set("constant", a.constant ? cppLiteral(*a.constant) : std::string())
       .set("isField", form.field)
       .set("isScalar", form.scalar)
+      .set("isScalarRecord", form.scalar && a.shape != Shape::text)
       .set("isConstant", a.shape == Shape::constant)
       .set("isStored", a.shape != Shape::constant)
       .set("isLookupInline", form.ordered || a.key != "U32")
@@ -145,29 +155,22 @@ std::vector<Attribute> standing(Type const& type) {
   return attributes;
 }
 
-// The attribute that holds entities of this type by key; null where none does.
-Attribute const* holderOf(File const& file, Type const& child) {
-  for (Type const& type : file.types) {
-    for (Attribute const& a : type.attributes) {
-      if (a.shape == Shape::childCollection && a.child == child.name) return &a;
-    }
-  }
-  return nullptr;
-}
-
 void setEntity(Data& view, File const& file, Type const& type, Types const& types) {
-  Attribute const* const holder = holderOf(file, type);
+  Attribute const* const holder = file.holderOf(type);
   bool const byName = holder != nullptr && holder->key == "name";
   bool const hasChildren = std::any_of(type.attributes.begin(), type.attributes.end(), [](Attribute const& a) {
     return a.shape == Shape::child || a.shape == Shape::childCollection;
   });
   bool const hasCollections = std::any_of(type.attributes.begin(), type.attributes.end(),
                                           [](Attribute const& a) { return Form(a).collection || Form(a).children; });
+  bool const hasValueCollections = std::any_of(type.attributes.begin(), type.attributes.end(),
+                                               [](Attribute const& a) { return Form(a).collection; });
   view.set("factory", type.factory)
       .set("isRoot", !type.factory.empty())
       .set("typeFrame", type.factory.empty() ? "GenericEntityType" : "GenericRootEntityType")
       .set("hasChildren", hasChildren)
       .set("hasCollections", hasCollections)
+      .set("hasValueCollections", hasValueCollections)
       .set("isMember", holder != nullptr)
       .set("memberKey", holder != nullptr ? keyOf(*holder, types) : std::string())
       .set("memberKeyField", holder == nullptr ? std::string()
@@ -184,8 +187,11 @@ Data typeView(File const& file, Type const& type, Types const& types) {
     parameters.emplace_back("Vek::Name name");
     initializers.emplace_back("Vek::Entity(std::move(name))");
   }
+  int logSlot = 0;  // bit 0 is never used
   for (Attribute const& a : standing(type)) {
-    list.add(Data::object().set("attr", attributeView(type.name, a, types)));
+    bool const isLogged = a.shape != Shape::constant && a.shape != Shape::fixed;
+    if (isLogged) ++logSlot;
+    list.add(Data::object().set("attr", attributeView(type.name, a, types).set("logSlot", std::to_string(logSlot))));
     names.push_back(a.name);
     if (type.isEntity() && a.shape != Shape::fixed) continue;
     AttributeType const& attributeType = types.at(a.type);
@@ -204,6 +210,7 @@ Data typeView(File const& file, Type const& type, Types const& types) {
       .set("attributes", std::move(list));
   if (type.isEntity()) {
     setEntity(view, file, type, types);
+    view.set("dirtyWords", std::to_string(logSlot / 32 + 1));
   } else {
     view.set("parameter", types.at(type.name).byReference ? type.name + " const&" : type.name);
   }
@@ -224,8 +231,9 @@ Data includesOf(File const& file, Types const& types) {
   std::set<std::string> headers = {"dornl3/core/String8.h", "dornl3/platform/vek/VekType.h"};
   for (Type const& type : file.types) {
     if (type.isEntity())
-      headers.insert({"dornl3/core/ListRaw.h", "dornl3/frame/EntityFrame.h", "dornl3/platform/vek/GenericIfEntity.h"});
-    if (!type.isEntity()) headers.insert("dornl3/generic/ValueGeneric.h");
+      headers.insert({"dornl3/attrlog/FlowOutFrame.h", "dornl3/core/ListRaw.h", "dornl3/frame/EntityFrame.h",
+                      "dornl3/platform/attrlog/EntityAdapter.h", "dornl3/platform/vek/GenericIfEntity.h"});
+    if (!type.isEntity()) headers.insert({"dornl3/generic/ValueGeneric.h", "dornl3/platform/attrlog/In.h"});
     for (Attribute const& a : standing(type)) {
       Form const form(a);
       if (form.collection)

@@ -56,7 +56,7 @@ void CommandLine::addReading(CLI::App& app) {
 
   CLI::App* const count =
       add(app, "count", "Print how many members a collection has", Over::entities,
-          [this](Vek::Dir const& roots) { return Answer{Attributes::count(roots, *path_, form())}; });
+          [this](Vek::Dir const& roots) { return Attributes::count(roots, *path_, filled_, form()); });
   count->add_option("PATH", path_, "A collection")->required();
 
   CLI::App* const ls =

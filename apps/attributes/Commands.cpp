@@ -131,10 +131,12 @@ std::string del(Vek::Dir const& roots, std::string const& path, Form form) {
   return gone;
 }
 
-std::string count(Vek::Dir const& roots, std::string const& path, Form form) {
-  Place const place = resolve(roots, path);
+Answer count(Vek::Dir const& roots, std::string const& path, Filled const& filled, Form form) {
+  Selection const selection = select(roots, {path}, filled);
+  Place const place = resolve(selection.places.front().path);
   if (!place.isCollection()) refuse(place, "is no collection: only a collection has a count");
-  return form == Form::json ? Json(countAt(place)).dump() + '\n' : fmt::format("{}\n", countAt(place));
+  std::string const members = form == Form::json ? Json(countAt(place)).dump() : fmt::format("{}", countAt(place));
+  return {members + '\n', notesOf(selection)};
 }
 
 }  // namespace Apps::Attributes

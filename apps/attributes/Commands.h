@@ -32,7 +32,7 @@ struct Answer {
 /// Removes a member or a child; gives what was there.
 [[nodiscard]] std::string del(Vek::Dir const& roots, std::string const& path, Form form);
 /// The number of a collection's members.
-[[nodiscard]] std::string count(Vek::Dir const& roots, std::string const& path, Form form);
+[[nodiscard]] Answer count(Vek::Dir const& roots, std::string const& path, Filled const& filled, Form form);
 /// The roots; or the attributes of an entity or value with their types; or the keys of a collection. Of these, what is
 /// filled.
 [[nodiscard]] Answer ls(Vek::Dir const& roots, std::optional<std::string> const& path, Filled const& filled, Form form);

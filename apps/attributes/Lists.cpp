@@ -102,7 +102,7 @@ Answer listRoots(Vek::Dir const& roots, Filled const& filled, Form form) {
     if (filled.at(name.view()).isNone()) {
       ++leftOut;
     } else {
-      VekType const* const type = roots.entry(name)->fwkType();
+      VekType const* const type = roots.entity(name)->fwkType();
       table.row({std::string{name.view()}, nameOf(type, form), std::string{docOf(*type)}});
     }
   }

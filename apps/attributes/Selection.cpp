@@ -51,7 +51,7 @@ Selection select(Vek::Dir const& roots, std::vector<std::string> const& paths, F
   }
   if (!paths.empty()) return selection;
   for (Vek::Name const& name : roots.names()) {
-    TypedPath root{roots.entry(name), {}};
+    TypedPath root{roots.entity(name), {}};
     if (Filled const& of = filled.at(name.view()); of.isNone()) {
       selection.leftOut += countUnfilled(typeAt(root), of);
     } else {

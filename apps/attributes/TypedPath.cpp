@@ -67,7 +67,7 @@ class Reader {
  private:
   void root(Vek::Dir const& roots) {
     Name const name = Vek::readPathComponent(it_, end_);
-    root_ = roots.entry(name);
+    root_ = roots.entity(name);
     if (root_) {
       path_ = root_->fullName().view();
       types_.push_back(root_->fwkType());

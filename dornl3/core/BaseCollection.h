@@ -1,5 +1,7 @@
 // BaseCollection: what ordered and list collections share, and the iterators that hold a member of one.
-// A member is held by the iterator's reference; the collection knows the member's type and so gives it back.
+// Owner: an iterator holds a reference on the member under it; the collection, which knows the member's type, gives it
+// back, and so outlives its iterators. Thread: the collection's. Re-entrancy: a member that ends when an iterator moves
+// on may change the collection; the iterator stands on the next one by then.
 #pragma once
 
 #include "dornl3/core/Ptr.h"

@@ -1,4 +1,5 @@
 // BitReverse: the 32 bits of a word in reverse order. It turns a hash into the order in which tables are walked.
+// Thread: any.
 #pragma once
 
 #include "dornl3/core/Integers.h"

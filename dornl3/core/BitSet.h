@@ -1,4 +1,5 @@
 // BitSet: N named positions in one word of type T.
+// Owner: it is a plain value. Thread: its owner's.
 #pragma once
 
 #include "dornl3/core/Assertion.h"
@@ -41,8 +42,8 @@ class BitSet {
   static constexpr T mask(int pos) noexcept { return static_cast<T>(T{1} << pos); }
 
   // The line numbers are part of the message that support scripts look for; they name operations, not lines here.
-  static void check(int pos, unsigned line) noexcept {
-    if (!(pos >= 0 && pos < bits)) assertionFailed("pos>=0 && pos<bits", "BitSet", line);
+  static void check(int pos, unsigned line, char const* function = __builtin_FUNCTION()) noexcept {
+    if (!(pos >= 0 && pos < bits)) assertionFailed("pos>=0 && pos<bits", "BitSet", line, function);
   }
 
   T word_ = 0;

@@ -1,6 +1,6 @@
 // CountedHeap: where counted objects live. Size-class free lists, one set a thread; a block goes to the list of the
 // thread that frees it. In sanitizer builds every block goes to the plain heap, so that each misuse is seen.
-// Thread: any.
+// Owner: whoever allocated a block gives it back, with its size. Thread: any. Re-entrancy: it calls nobody.
 #pragma once
 
 #include "dornl3/core/Integers.h"

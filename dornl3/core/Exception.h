@@ -1,4 +1,5 @@
 // Exception: what every failure of the library is thrown as.
+// Owner: an exception is a value; copies share its texts. Thread: any; an Expect concerns the thread that opens it.
 #pragma once
 
 #include "dornl3/core/Ptr.h"

@@ -38,11 +38,11 @@ template <class K, class M>
   if constexpr (KeepsHash<M>) {
     return member.vekHash();
   } else {
-    return keyHash<K>(member.vekKey());
+    return keyHash<K>(member.key());
   }
 }
 
-/// The operations on members of type M with keys of type K. A member offers vekKey() and vekLink(), and vekHash() where
+/// The operations on members of type M with keys of type K. A member offers key() and vekLink(), and vekHash() where
 /// it keeps the hash of its key.
 template <class M, class K>
 class HashMapVTable final : public HashMapVTableGeneric {
@@ -52,12 +52,12 @@ class HashMapVTable final : public HashMapVTableGeneric {
   U32 hash(PtrInterface const* member) const override { return bitReverse(memberHash<K>(typed(member))); }
 
   bool keyEquals(void const* key, PtrInterface const* member) const override {
-    return *static_cast<K const*>(key) == typed(member).vekKey();
+    return *static_cast<K const*>(key) == typed(member).key();
   }
 
   bool keyLessThan(void const* key, PtrInterface const* member, PtrInterface const* other) const override {
-    if (other != nullptr) return typed(other).vekKey() < typed(member).vekKey();
-    return key == nullptr || *static_cast<K const*>(key) < typed(member).vekKey();
+    if (other != nullptr) return typed(other).key() < typed(member).key();
+    return key == nullptr || *static_cast<K const*>(key) < typed(member).key();
   }
 
   void setNext(PtrInterface* member, PtrInterface* next) const override {
@@ -85,7 +85,6 @@ class HashElement : public PtrInterface {
   [[nodiscard]] V const& value() const noexcept { return value_; }
   void valueIs(V value) { value_ = std::move(value); }
 
-  [[nodiscard]] K const& vekKey() const noexcept { return key_; }
   [[nodiscard]] U32 vekHash() const noexcept requires hashIsDear<K> { return hash_; }
   [[nodiscard]] HashLink& vekLink() noexcept { return link_; }
   static constexpr auto vekLinkMember() noexcept { return &HashElement::link_; }
@@ -123,7 +122,7 @@ class HashMap : public HashMapGeneric {
 
   /// Enters a member whose key is not present.
   void newMember(Ptr<M> const& member) {
-    K const& key = member->vekKey();
+    K const& key = member->key();
     enter<Operations>(member, &key);
   }
 
@@ -152,7 +151,7 @@ class HashMap : public HashMapGeneric {
     if constexpr (KeepsHash<M>) {
       if (member.vekHash() != hash) return false;
     }
-    return member.vekKey() == key;
+    return member.key() == key;
   }
   // A pointer to a data member is the member's offset in the ABI of all our platforms.
   static std::size_t linkOffset() noexcept {

@@ -1,4 +1,5 @@
 // Integers: the widths that attributes, counts and wire fields are made of.
+// Thread: any; there is nothing but types.
 #pragma once
 
 static_assert(__cplusplus >= 202002L, "DornL3 needs C++20: compile with -std=c++20 or later");

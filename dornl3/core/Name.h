@@ -1,4 +1,5 @@
 // Name: the key of directories and of named attributes. It shares its bytes with the strings it comes from.
+// Owner, thread: see StringN.
 #pragma once
 
 #include "dornl3/core/String8.h"

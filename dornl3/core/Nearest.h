@@ -1,4 +1,5 @@
 // Nearest: which of several words a misspelt one may have meant. Stands on the standard library alone.
+// Thread: any.
 #pragma once
 
 #include <algorithm>

@@ -1,5 +1,7 @@
 // Ptr: a counted pointer, null allowed. A pointer that it holds carries one reference.
 // T offers referencesInc() and referencesDec() on const objects: everything under PtrInterface, and string data.
+// Owner: each Ptr owns the reference that it carries. Thread: a Ptr belongs to one; counts may be shared, see
+// VFPtrInterface. Re-entrancy: what the end of an object sets off finds an assigned Ptr in its new state.
 #pragma once
 
 #include "dornl3/core/PtrInterface.h"

@@ -1,5 +1,6 @@
 // PtrInterface: root of all counted objects that have virtual operations.
 // Owner: whoever holds a reference. The object is born with none; the first Ptr takes one, the last to go ends it.
+// Thread: the object's own, but for the count, see VFPtrInterface.
 // Re-entrancy: while an object goes, its last callbacks may take and drop references on it; if one is kept, it lives
 // on.
 #pragma once

@@ -1,6 +1,6 @@
 // PtrTrack: names the counted objects that are alive, to find who leaks. Off unless ptrifTrackOn_ is set, since a
 // tracked object costs a table entry.
-// Thread: any.
+// Owner: it holds no reference on what it names. Thread: any. Re-entrancy: it calls nobody.
 #pragma once
 
 #include <string>

@@ -1,4 +1,5 @@
 // ReactorWalk: tells the reactors of a notifier that an attribute has changed.
+// Owner: a walk holds its notifier, and each reactor until its turn is over. Thread: the notifier's.
 // Re-entrancy: during the walk a reactor may add or remove reactors, set any attribute, throw, or drop the last outside
 // reference on the notifier: the walk holds one of its own until it is over.
 #pragma once
@@ -31,11 +32,6 @@ void walkReactors(PtrInterface const& notifier, ReactorChain const& reactors, At
     }
   }
 }
-
-/// Tells the reactors that the last reference on the notifier has gone, as attribute `event`. Weak reactors that are
-/// still on the list afterwards are let go if the notifier is to go: those that entered during the walk, and those that
-/// it did not reach since another's failure ended it. They would keep a pointer to nothing.
-void notifyLastReferenceGone(PtrInterface const& notifier, ReactorChain& reactors, AttributeId event);
 
 /// A slot without a key, as a member of the root of the reactors.
 using ReactorSlot = void (PtrInterface::NotifieeConst::*)();

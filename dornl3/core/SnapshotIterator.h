@@ -4,7 +4,7 @@
 // - one that leaves but is held elsewhere is still called; one held only by this walk is skipped at its turn and dies
 //   there (the first is never skipped);
 // - none is destroyed during its own call, and each reference is given back as soon as its turn ends.
-// Thread: the entity's. Up to 16 reactors need no heap.
+// Owner: the walk, of these references. Thread: the entity's. Re-entrancy: as above. Up to 16 reactors need no heap.
 #pragma once
 
 #include "dornl3/core/ListRaw.h"

@@ -1,4 +1,5 @@
 // String8: the general text value, bytes without a meaning of their own. Copying shares the bytes.
+// Owner, thread: see StringN; a cursor holds the bytes that it stands in.
 #pragma once
 
 #include "dornl3/core/StringN.h"

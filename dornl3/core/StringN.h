@@ -1,5 +1,6 @@
 // StringN: one word, a counted pointer to a shared, immutable block of length and bytes, or null for the empty text.
 // String8 is the general text value, Name the key of directories and of named attributes; both are this one word.
+// Owner: the strings and cursors that hold a block; the last to go frees it. Re-entrancy: it calls nobody.
 // Thread: blocks may be shared between threads, see VFPtrInterface::enableThreadSafePointers; the word itself may not.
 #pragma once
 

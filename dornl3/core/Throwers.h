@@ -1,4 +1,5 @@
 // Throwers: raise the library's exceptions from code that need not know their classes.
+// Thread: any.
 #pragma once
 
 namespace Vek {

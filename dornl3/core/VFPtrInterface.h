@@ -1,6 +1,7 @@
 // VFPtrInterface: the reference word of a counted object, in a class without virtual functions.
 // Thread: the count may be shared between threads when enableThreadSafePointers is set; the two state bits belong to
 // the thread that owns the object and are changed by plain read and write.
+// Owner: whoever holds a reference. Re-entrancy: it calls nobody; what ends an object stands in PtrInterface.
 #pragma once
 
 #include "dornl3/core/Integers.h"

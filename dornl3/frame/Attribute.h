@@ -12,6 +12,7 @@
 //   };
 //
 // A type declares its Attr and defines it in its source, so that the descriptors see privates and stay hidden.
+// Thread: any; descriptors are constants.
 #pragma once
 
 #include "dornl3/core/Integers.h"

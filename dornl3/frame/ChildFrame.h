@@ -24,6 +24,7 @@ Ptr<typename A::Child> adopt(typename A::Owner& entity, Ptr<typename A::Child> c
 /// A new child bound to this parent, but not stored in the attribute. Counts nothing and tells nobody.
 template <class A>
 Ptr<typename A::Child> childNew(typename A::Owner& entity, Name const& name) {
+  entity.vekNeedWritable(A::number);
   return detail::adopt<A>(entity, make<typename A::Child>(name));
 }
 
@@ -33,12 +34,13 @@ template <class A>
 ValidPtr<typename A::Child> childIs(typename A::Owner& entity, Name const& name) {
   auto const held = holdOver(entity);
   Ptr<typename A::Child>& field = A::field(entity);
+  entity.vekNeedWritable(A::number);
   if (Ptr<typename A::Child> const present = field) {
     entity.vekWriteCountInc();
     if (present->name() == name) return present;
     present->parentIs(nullptr);
   }
-  Ptr<typename A::Child> const child = childNew<A>(entity, name);
+  Ptr<typename A::Child> const child = detail::adopt<A>(entity, make<typename A::Child>(name));
   field = child;
   entity.vekWriteCountInc();
   notifyScalar<A>(entity);
@@ -49,8 +51,9 @@ ValidPtr<typename A::Child> childIs(typename A::Owner& entity, Name const& name)
 template <class A>
 Ptr<typename A::Child> childDel(typename A::Owner& entity) {
   auto const held = holdOver(entity);
+  if (!A::field(entity)) return {};
+  entity.vekNeedWritable(A::number);
   Ptr<typename A::Child> const child = std::exchange(A::field(entity), nullptr);
-  if (!child) return {};
   entity.vekWriteCountInc();
   child->parentIs(nullptr);
   notifyScalar<A>(entity);
@@ -83,7 +86,8 @@ Ptr<typename A::Child> enterChild(typename A::Owner& entity, typename A::Key con
 template <class A>
 Ptr<typename A::Child> removeChild(typename A::Owner& entity, Ptr<typename A::Child> const& child) {
   auto const held = holdOver(entity);
-  typename A::Key const key = child->vekKey();
+  typename A::Key const key = child->key();
+  entity.vekNeedWritable(A::number);
   A::field(entity).deleteMember(child);
   entity.vekWriteCountInc();
   child->parentIs(nullptr);
@@ -96,6 +100,7 @@ Ptr<typename A::Child> removeChild(typename A::Owner& entity, Ptr<typename A::Ch
 /// A new child at a key; one that has the key leaves, without a parent. Counts nothing and tells nobody.
 template <class A>
 Ptr<typename A::Child> childrenNew(typename A::Owner& entity, typename A::Key const& key) {
+  entity.vekNeedWritable(A::number);
   auto& map = A::field(entity);
   if (Ptr<typename A::Child> const old = map[key]) {
     map.deleteMember(old);
@@ -107,6 +112,7 @@ Ptr<typename A::Child> childrenNew(typename A::Owner& entity, typename A::Key co
 /// The child at a key, made if it is not there. Counts a write either way; reactors hear of a new child only.
 template <class A>
 ValidPtr<typename A::Child> childrenIs(typename A::Owner& entity, typename A::Key const& key) {
+  entity.vekNeedWritable(A::number);
   if (Ptr<typename A::Child> const present = A::field(entity)[key]) {
     entity.vekWriteCountInc();
     return present;
@@ -130,7 +136,7 @@ Ptr<typename A::Child> childrenDel(typename A::Owner& entity, typename A::Key co
 template <class A, class Iterator>
 Ptr<typename A::Child> childrenDelAt(typename A::Owner& entity, Iterator const& it) {
   Ptr<typename A::Child> const child = it.ptr();
-  bool const present = child && A::field(entity)[child->vekKey()] == child.ptr();
+  bool const present = child && A::field(entity)[child->key()] == child.ptr();
   return present ? detail::removeChild<A>(entity, child) : Ptr<typename A::Child>{};
 }
 

@@ -1,8 +1,8 @@
 // CollectionFrame: keyed attributes whose elements are plain values. What an entity defines itself are one-line calls
 // of these. A descriptor A of such an attribute tells beside its name and number: Owner, Key, Value, Member (the
-// element class), field(owner) (its map, hashed or ordered) and slot. Thread: the entity's. Re-entrancy: a reactor may
-// change the same collection, during a walk of it too. A missing key is no error: reading it gives the default,
-// removing it does nothing.
+// element class), field(owner) (its map, hashed or ordered) and slot. Owner: the collection holds a reference on each
+// element. Thread: the entity's. Re-entrancy: a reactor may change the same collection, during a walk of it too.
+// A missing key is no error: reading it gives the default, removing it does nothing.
 #pragma once
 
 #include "dornl3/frame/EntityFrame.h"
@@ -37,6 +37,7 @@ Ptr<typename A::Member> enter(typename A::Owner& entity, typename A::Key const& 
 template <class A>
 typename A::Value removeMember(typename A::Owner& entity, Ptr<typename A::Member> const& member) {
   typename A::Key const key = member->key();
+  entity.vekNeedWritable(A::number);
   A::field(entity).deleteMember(member);
   entity.vekWriteCountInc();
   notifyKey<A>(entity, key);
@@ -49,6 +50,7 @@ typename A::Value removeMember(typename A::Owner& entity, Ptr<typename A::Member
 template <class A>
 Ptr<typename A::Member> collectionNew(typename A::Owner& entity, typename A::Key const& key,
                                       typename A::Value const& value) {
+  entity.vekNeedWritable(A::number);
   auto& map = A::field(entity);
   if (Ptr<typename A::Member> const old = map[key]) map.deleteMember(old);
   return detail::enter<A>(entity, key, value);
@@ -59,12 +61,12 @@ Ptr<typename A::Member> collectionNew(typename A::Owner& entity, typename A::Key
 template <class A>
 void collectionIs(typename A::Owner& entity, typename A::Key const& key, typename A::Value const& value) {
   Ptr<typename A::Member> member = A::field(entity)[key];
-  if (!member) {
-    member = detail::enter<A>(entity, key, value);
-  } else if (member->value() == value) {
-    return;
-  } else {
+  if (member && member->value() == value) return;
+  entity.vekNeedWritable(A::number);
+  if (member) {
     member->valueIs(value);
+  } else {
+    member = detail::enter<A>(entity, key, value);
   }
   entity.vekWriteCountInc();
   notifyKey<A>(entity, key);

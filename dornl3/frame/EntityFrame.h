@@ -1,6 +1,7 @@
 // EntityFrame: how the attributes of an entity are read, set and told of. What an entity defines itself are one-line
 // calls of these.
-// Thread: the entity's. Re-entrancy: see ReactorWalk; nothing here touches the entity after its reactors have run.
+// Owner: see Entity. Thread: the entity's. Re-entrancy: see ReactorWalk; nothing here touches the entity after its
+// reactors have run.
 #pragma once
 
 #include "dornl3/core/ReactorWalk.h"
@@ -43,6 +44,7 @@ template <class A>
 void scalarIs(typename A::Owner& entity, typename A::Value const& value) {
   auto& field = A::field(entity);
   if (field == value) return;
+  entity.vekNeedWritable(A::number);
   field = value;
   entity.vekWriteCountInc();
   notifyScalar<A>(entity);
@@ -54,8 +56,9 @@ template <class A>
 typename A::Value scalarInc(typename A::Owner& entity, typename A::Value const& delta) {
   using Value = typename A::Value;
   Value& field = A::field(entity);
+  auto const sum = static_cast<Value>(field + delta);
+  if (sum != field) entity.vekNeedWritable(A::number);
   Value const old = vekRead(entity, field);
-  auto const sum = static_cast<Value>(old + delta);
   field = sum;
   if (sum != old) notifyScalar<A>(entity);
   return sum;
@@ -71,8 +74,10 @@ String8 attributeString(X const& entity, AttributeId id) {
 
 /// Tells the reactors that the last reference on the entity has gone.
 template <class X>
-void notifyZeroReferences(X const& entity) {
-  notifyLastReferenceGone(entity, reactorsOf<X>(entity), Entity::zeroReferencesEvent);
+void notifyZeroReferences(X& entity) {
+  entity.vekWriteGuardIs(false);  // its destructor lets children go
+  notifyReactors(entity, reactorsOf<X>(entity), Entity::zeroReferencesEvent,
+                 &PtrInterface::NotifieeConst::onZeroReferences);
 }
 
 }  // namespace Vek

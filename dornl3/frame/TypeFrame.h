@@ -1,6 +1,6 @@
 // TypeFrame: the record class X::_Type of a type, and how a type describes itself while its library loads.
 // An X::_Type derives from ValueType<X, Attr>, EntityType<X, Attr> or RootEntityType<X, Attr>, and adds nothing.
-// Thread: the loading thread; a record that stands may be read by any.
+// Owner: the process; records stay for good. Thread: the loading thread; a record that stands may be read by any.
 #pragma once
 
 #include "dornl3/frame/Attribute.h"

@@ -1,5 +1,6 @@
 // TypeNames: the full names of a schema file's types as they stand in the library's section ".vek.type", for tools
 // that look a library over without running it: each begins on a 32-byte boundary, zeros fill the space between.
+// Thread: any; the block is a constant.
 #pragma once
 
 #include "dornl3/frame/Attribute.h"

@@ -1,4 +1,5 @@
 // ValueFrame: a value type is a plain record, copied, compared and replaced as a whole.
+// Owner: a value is a copy of its own. Thread: any, one at a time.
 #pragma once
 
 #include "dornl3/frame/Attribute.h"

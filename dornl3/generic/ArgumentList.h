@@ -1,4 +1,5 @@
 // ArgumentList: the generics that a constructor is given as a list, one by one.
+// Owner: the function that reads it; it holds the arguments. Thread: that function's. Re-entrancy: it calls nobody.
 #pragma once
 
 #include "dornl3/platform/vek/GenericIf.h"

@@ -1,6 +1,6 @@
 // Digest: one number that stands for the state of an entity and of the children below it, so that two copies are
 // compared without walking both. It goes over the registry and the generic interface, and knows no type.
-// Thread: the entity's.
+// Thread: the entity's. Re-entrancy: it changes nothing, so that no reactor is called.
 #pragma once
 
 #include "dornl3/platform/vek/Entity.h"

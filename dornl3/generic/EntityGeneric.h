@@ -1,6 +1,8 @@
 // EntityGeneric: what an operation by number does to an entity: a typed call of its frames, with all their change
 // detection and notification. What an X::GenericIf_ defines itself are one-line calls of these.
 // Nothing is left half done: every check of key, value and list comes before the entity is touched.
+// Owner: an operation holds what it works on; a position holds its member, and its iterator the entity's generic.
+// Thread: the entity's. Re-entrancy: that of the frames.
 #pragma once
 
 #include "dornl3/frame/ChildFrame.h"
@@ -163,14 +165,7 @@ class MapPosition final : public GenericIf::Position {
 
   [[nodiscard]] bool nonNull() const noexcept override { return static_cast<bool>(it_); }
   void advance() override { it_.advance(); }
-  [[nodiscard]] Ptr<GenericIf const> key() const override {
-    if constexpr (requires { typename A::Child; }) {
-      typename A::Key const k = it_->vekKey();
-      return wrap(k, true);
-    } else {
-      return wrap(it_->key(), true);
-    }
-  }
+  [[nodiscard]] Ptr<GenericIf const> key() const override { return wrap(it_->key(), true); }
   [[nodiscard]] Ptr<GenericIf> object(bool isConst) const override {
     if constexpr (requires { typename A::Child; }) {
       return VekType::genericIf(const_cast<typename A::Child*>(it_.ptr()), isConst);

@@ -1,7 +1,8 @@
 // GenericAdapter: the reactor of an entity of type X that hands typed events on to its generic. An
 // X::GenericIf_::GenericIf_Adapter_ derives from it and overrides X's slots; each calls the generic's operation of the
 // same name, if the generic is still there.
-// Owner: the generic, see GenericIfEntity. It holds its entity weakly.
+// Owner: the generic, see GenericIfEntity. It holds its entity weakly. Thread: the entity's. Re-entrancy: a subscriber
+// may do what a reactor may, see ReactorWalk.
 #pragma once
 
 #include "dornl3/platform/vek/GenericIfEntity.h"
@@ -41,8 +42,7 @@ class GenericAdapter : public X::Notifiee, public GenericAdapterLink {
 
   void onZeroReferences() override {
     if (reactor() != nullptr) reactor()->PtrInterface::NotifieeConst::onZeroReferences();
-    hasNotificationActiveIs(false);
-    X::Notifiee::onZeroReferences();
+    hasNotificationActiveIs(false);  // off the list, it follows nobody any more
   }
 
   void vekDoZombieReactors(bool zombie) override {

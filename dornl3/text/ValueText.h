@@ -2,6 +2,7 @@
 //   Value('Hardware::DornL3Unicast::FecCountStats', ** {'numNonEcmpFecs': 1, 'numEcmpFecs': 2, 'numFecEntries': 3})
 // All attributes are written, in number order. The reader takes them in any order, with white space between all tokens.
 // A bare value type has the text of its one attribute and nothing around it.
+// Owner: a text is a value of its own. Thread: any, one at a time for each value. Re-entrancy: it calls nobody.
 #pragma once
 
 #include "dornl3/frame/Attribute.h"

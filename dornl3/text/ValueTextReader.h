@@ -1,4 +1,5 @@
 // ValueTextReader: the steps of reading a value's text that do not depend on its type.
+// Owner: the function that reads. Thread: that function's.
 #pragma once
 
 #include "dornl3/platform/vek/TextReader.h"

@@ -26,7 +26,9 @@ class Commands : public AttributeTest {
     return Attributes::set(*directory_, path, value, missing, Form::text);
   }
   std::string del(std::string const& path) { return Attributes::del(*directory_, path, Form::text); }
-  std::string count(std::string const& path) { return Attributes::count(*directory_, path, Form::text); }
+  std::string count(std::string const& path) {
+    return Attributes::count(*directory_, path, Filled::everything(), Form::text).text;
+  }
   std::string ls(std::optional<std::string> const& path, Form form = Form::text) {
     return Attributes::ls(*directory_, path, Filled::everything(), form).text;
   }

@@ -32,7 +32,7 @@ class Following : public Test {
   }
   template <class X>
   static Vek::Ptr<X> root(char const* name) {
-    return Vek::ptrCast<X>(Vek::Dir::root().entry(name));
+    return Vek::ptrCast<X>(Vek::Dir::root().entity(name));
   }
   static bool isComplete() {
     return root<Hardware::DornL3Unicast::RestartCompletionStatus>("restartCompletionStatus")->restartComplete();

@@ -75,6 +75,22 @@ TEST_F(WatchTest, TellsWhatThereIsAndThenWhatDiffers) {
 )");
 }
 
+TEST_F(WatchTest, WithoutAPathFollowsAllThatIsFilled) {
+  Filled const filled{{"status.numVrfs", "status.lemV4RouteStats.hostCount", "status.ipFecs.numEcmpFecs"}};
+  Watch watch{*directory_, {}, {Depth::one, Records::whole, &filled}};
+  roots_.status->lemV4RouteStatsIs("it");
+  EXPECT_EQ(indented(watch.start()), "  status.numVrfs = 0\n"
+                                     "  status.ipFecs.numEcmpFecs = 0\n"
+                                     "  status.lemV4RouteStats.hostCount = 0\n");
+  EXPECT_EQ(watch.notes().size(), 1U);
+  act("set", "status.ipFecs = Value('Hardware::DornL3Unicast::FecCountStats', ** {'numFecEntries': 2})");
+  act("set", "status.numAradBackupViaUsed = 1");
+  act("set", "status.lemV4RouteStats.routeCount[24] = 1");
+  act("set", "status.lemV4RouteStats.hostCount = 1");
+  act("set", "cliConfig.ecmpPreferLocal = False");
+  EXPECT_EQ(indented(watch.changes()), "  status.lemV4RouteStats.hostCount = 1\n");
+}
+
 TEST_F(WatchTest, RefusesWhatCanNeverBeThereOrIsNeverToldOf) {
   struct Case {
     char const* path;

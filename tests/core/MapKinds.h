@@ -33,7 +33,7 @@ class ChildLike : public Vek::PtrInterface {
   [[nodiscard]] Vek::U32 value() const noexcept { return value_; }
   [[nodiscard]] Vek::U32 writeCount() const noexcept { return writeCount_; }
 
-  [[nodiscard]] Vek::String8 vekKey() const { return name_; }
+  [[nodiscard]] Vek::String8 key() const { return name_; }
   [[nodiscard]] Vek::HashLink& vekLink() noexcept { return link_; }
   static constexpr auto vekLinkMember() noexcept { return &ChildLike::link_; }
   void vekWriteCountInc() noexcept { ++writeCount_; }
@@ -54,7 +54,7 @@ struct Hashed {
   static constexpr bool replaces = false;
   static constexpr bool staysAtTheEnd = false;  // an iterator there must not be advanced
 
-  static K key(Member const& member) { return member.vekKey(); }
+  static K key(Member const& member) { return member.key(); }
   /// Members are walked by rising rank.
   static auto rank(K const& key) { return std::pair(Vek::bitReverse(Vek::keyHash<K>(key)), key); }
   static void verify(Map const& map) {

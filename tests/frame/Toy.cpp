@@ -1,6 +1,8 @@
 // Made by schemac from Toy.toml: change that, not this.
 #include "tests/frame/Toy.h"
 
+#include "dornl3/attrlog/AdapterFrame.h"
+#include "dornl3/attrlog/LoggedType.h"
 #include "dornl3/frame/SchemaFile.h"
 #include "dornl3/frame/TypeNames.h"
 #include "dornl3/frame/ValueFrame.h"
@@ -47,6 +49,9 @@ ToyPoint::ToyPoint(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst 
   Vek::readValueText<Attr>(*this, it, end);
 }
 
+ToyPoint::ToyPoint(Vek::NboAttrLog::In* in, Vek::StreamBogon) { Vek::readValueFields<Attr>(*this, *in); }
+Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, ToyPoint const& value) { return Vek::writeValueFields<ToyPoint::Attr>(out, value); }
+
 bool ToyPoint::operator==(ToyPoint const& other) const { return Vek::valueEqual<Attr>(*this, other); }
 
 Vek::VekType const* ToyPoint::_fwkType() { return Vek::typeRecord<_Type>(vekInitToy); }
@@ -88,6 +93,9 @@ ToyVlan::ToyVlan(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst co
   Vek::readValueText<Attr>(*this, it, end);
 }
 
+ToyVlan::ToyVlan(Vek::NboAttrLog::In* in, Vek::StreamBogon) { Vek::readValueFields<Attr>(*this, *in); }
+Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, ToyVlan value) { return Vek::writeValueFields<ToyVlan::Attr>(out, value); }
+
 bool ToyVlan::operator==(ToyVlan other) const { return Vek::valueEqual<Attr>(*this, other); }
 
 Vek::VekType const* ToyVlan::_fwkType() { return Vek::typeRecord<_Type>(vekInitToy); }
@@ -117,16 +125,19 @@ struct Toy::Attr {
     static constexpr char const* name = "size";
     static auto& field(auto& entity) { return entity.size_; }
     static constexpr auto slot = &NotifieeConst::onSize;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onSize;
   };
   struct broken : Vek::Scalar<Toy, bool, 259> {
     static constexpr char const* name = "broken";
     static auto& field(auto& entity) { return entity.broken_; }
     static constexpr auto slot = &NotifieeConst::onBroken;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onBroken;
   };
   struct played : Vek::Scalar<Toy, double, 260> {
     static constexpr char const* name = "played";
     static auto& field(auto& entity) { return entity.played_; }
     static constexpr auto slot = &NotifieeConst::onPlayed;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onPlayed;
   };
   struct text : Vek::Scalar<Toy, Vek::String8, 261> {
     static constexpr char const* name = "text";
@@ -137,11 +148,12 @@ struct Toy::Attr {
     static constexpr char const* name = "place";
     static auto& field(auto& entity) { return entity.place_; }
     static constexpr auto slot = &NotifieeConst::onPlace;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onPlace;
   };
   using All = Vek::List<size, broken, played, text, place>;
 };
 
-class Toy::_Type final : public Vek::GenericRootEntityType<Toy, Toy::Attr> {};
+class Toy::_Type final : public Vek::LoggedType<Vek::GenericRootEntityType<Toy, Toy::Attr>> {};
 
 Toy::Toy(Vek::Name name) : Vek::Entity(std::move(name)) {}
 Toy::~Toy() = default;
@@ -190,6 +202,55 @@ Vek::Ptr<Vek::GenericIf> Toy::GenericIf_::attributeOp(AttributeOp const& op, Vek
   return Vek::entityAttributeOp<Attr, Toy>(*this, op, key, value);
 }
 
+/// Stands on a Toy's list of reactors, for a binding to a log.
+class Toy::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogReactor<Toy> {
+ public:
+  using LogReactor::LogReactor;
+  static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<Toy> const& entity, VekNboAttrLogSa& adapter) {
+    return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
+  }
+
+  void onSize() override { forward(&VekNboAttrLogSa::onSize); }
+  void onBroken() override { forward(&VekNboAttrLogSa::onBroken); }
+  void onPlayed() override { forward(&VekNboAttrLogSa::onPlayed); }
+  void onPlace() override { forward(&VekNboAttrLogSa::onPlace); }
+};
+
+Toy::VekNboAttrLogSa::VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<Toy> const& entity, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) : Vek::Entity::VekNboAttrLogSa(flags, count, out, owner) {
+  reactorAdapterIs(VekNboAttrLogSaAdapter_::VekNboAttrLogSaAdapter_Is(entity, *this), entity);
+  Vek::joinSynchronisation<Attr>(*this);
+}
+Toy::VekNboAttrLogSa::~VekNboAttrLogSa() { Vek::letReactorGo<VekNboAttrLogSaAdapter_>(reactorAdapterDel()); }
+Vek::Ptr<Toy::VekNboAttrLogSa::FlowOut> Toy::VekNboAttrLogSa::flowOut() const { return static_cast<FlowOut*>(StreamAdapter::flowOut().ptr()); }
+Vek::AttributeId Toy::VekNboAttrLogSa::handleAttrFlowOut(Vek::AttributeId from) { return Vek::walkAttributes<Attr>(*this, from); }
+void Toy::VekNboAttrLogSa::doSerializeOrphan() { Vek::serializeOrphan<Attr, Toy>(*this); }
+void Toy::VekNboAttrLogSa::handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) {
+  Vek::receiveRecord<Attr>(*this, attr, options, length, in);
+}
+Vek::Ptr<Vek::NboAttrLog::FlowOut> Toy::VekNboAttrLogSa::flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) {
+  return Vek::make<FlowOut>(out, this, desc, isFull, startAttr);
+}
+void Toy::VekNboAttrLogSa::doNotification(int attr, void const* key) { Vek::notifyLog<Attr>(*this, attr, key); }
+void Toy::VekNboAttrLogSa::onSize() { Vek::logScalar<Attr, Attr::size>(*this); }
+void Toy::VekNboAttrLogSa::onBroken() { Vek::logScalar<Attr, Attr::broken>(*this); }
+void Toy::VekNboAttrLogSa::onPlayed() { Vek::logScalar<Attr, Attr::played>(*this); }
+void Toy::VekNboAttrLogSa::onPlace() { Vek::logScalar<Attr, Attr::place>(*this); }
+
+Toy::VekNboAttrLogSa::FlowOut::FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) : Vek::NboAttrLog::FlowOut(out, adapter, desc, isFull, startAttr) {
+  wordsAre(vekDirtyBitSet0_.words());
+  Vek::oweFrom<Attr>(*this, startAttr);
+}
+Toy::VekNboAttrLogSa::FlowOut::~FlowOut() = default;
+bool Toy::VekNboAttrLogSa::FlowOut::hasDirtyAttributes() const { return Vek::owesAnything<Attr>(*this); }
+
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> Toy::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const { return const_cast<Toy*>(this)->vekNboAttrLogSa(out); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Toy::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) { return Vek::logAdapterOf(*this, notifiees_.chain(), out); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Toy::vekNboAttrLogSaForMsgChannel(Vek::Ptr<Vek::Entity::VekNboAttrLogSa> const& adapter) const { return Vek::channelSiblingOf(notifiees_.chain(), adapter); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Toy::vekNboAttrLogSaIs(Vek::PtrInterface::NotifieeConst::Vek_BitSet flags, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) {
+  return Vek::bindToLog(*this, flags, count, out, owner);
+}
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Toy::vekNboAttrLogSaDel(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) { return Vek::logAdapterDel(*this, out); }
+
 // Lid
 
 struct Lid::Attr {
@@ -201,11 +262,12 @@ struct Lid::Attr {
     static constexpr char const* name = "open";
     static auto& field(auto& entity) { return entity.open_; }
     static constexpr auto slot = &NotifieeConst::onOpen;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onOpen;
   };
   using All = Vek::List<open>;
 };
 
-class Lid::_Type final : public Vek::GenericEntityType<Lid, Lid::Attr> {};
+class Lid::_Type final : public Vek::LoggedType<Vek::GenericEntityType<Lid, Lid::Attr>> {};
 
 Lid::Lid(Vek::Name name) : Vek::Entity(std::move(name)) {}
 Lid::~Lid() = default;
@@ -240,6 +302,49 @@ Vek::Ptr<Vek::GenericIf> Lid::GenericIf_::attributeOp(AttributeOp const& op, Vek
   return Vek::entityAttributeOp<Attr, Lid>(*this, op, key, value);
 }
 
+/// Stands on a Lid's list of reactors, for a binding to a log.
+class Lid::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogReactor<Lid> {
+ public:
+  using LogReactor::LogReactor;
+  static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<Lid> const& entity, VekNboAttrLogSa& adapter) {
+    return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
+  }
+
+  void onOpen() override { forward(&VekNboAttrLogSa::onOpen); }
+};
+
+Lid::VekNboAttrLogSa::VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<Lid> const& entity, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) : Vek::Entity::VekNboAttrLogSa(flags, count, out, owner) {
+  reactorAdapterIs(VekNboAttrLogSaAdapter_::VekNboAttrLogSaAdapter_Is(entity, *this), entity);
+  Vek::joinSynchronisation<Attr>(*this);
+}
+Lid::VekNboAttrLogSa::~VekNboAttrLogSa() { Vek::letReactorGo<VekNboAttrLogSaAdapter_>(reactorAdapterDel()); }
+Vek::Ptr<Lid::VekNboAttrLogSa::FlowOut> Lid::VekNboAttrLogSa::flowOut() const { return static_cast<FlowOut*>(StreamAdapter::flowOut().ptr()); }
+Vek::AttributeId Lid::VekNboAttrLogSa::handleAttrFlowOut(Vek::AttributeId from) { return Vek::walkAttributes<Attr>(*this, from); }
+void Lid::VekNboAttrLogSa::doSerializeOrphan() { Vek::serializeOrphan<Attr, Lid>(*this); }
+void Lid::VekNboAttrLogSa::handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) {
+  Vek::receiveRecord<Attr>(*this, attr, options, length, in);
+}
+Vek::Ptr<Vek::NboAttrLog::FlowOut> Lid::VekNboAttrLogSa::flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) {
+  return Vek::make<FlowOut>(out, this, desc, isFull, startAttr);
+}
+void Lid::VekNboAttrLogSa::doNotification(int attr, void const* key) { Vek::notifyLog<Attr>(*this, attr, key); }
+void Lid::VekNboAttrLogSa::onOpen() { Vek::logScalar<Attr, Attr::open>(*this); }
+
+Lid::VekNboAttrLogSa::FlowOut::FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) : Vek::NboAttrLog::FlowOut(out, adapter, desc, isFull, startAttr) {
+  wordsAre(vekDirtyBitSet0_.words());
+  Vek::oweFrom<Attr>(*this, startAttr);
+}
+Lid::VekNboAttrLogSa::FlowOut::~FlowOut() = default;
+bool Lid::VekNboAttrLogSa::FlowOut::hasDirtyAttributes() const { return Vek::owesAnything<Attr>(*this); }
+
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> Lid::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const { return const_cast<Lid*>(this)->vekNboAttrLogSa(out); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Lid::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) { return Vek::logAdapterOf(*this, notifiees_.chain(), out); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Lid::vekNboAttrLogSaForMsgChannel(Vek::Ptr<Vek::Entity::VekNboAttrLogSa> const& adapter) const { return Vek::channelSiblingOf(notifiees_.chain(), adapter); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Lid::vekNboAttrLogSaIs(Vek::PtrInterface::NotifieeConst::Vek_BitSet flags, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) {
+  return Vek::bindToLog(*this, flags, count, out, owner);
+}
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Lid::vekNboAttrLogSaDel(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) { return Vek::logAdapterDel(*this, out); }
+
 // Drawer
 
 struct Drawer::Attr {
@@ -256,11 +361,12 @@ struct Drawer::Attr {
     static constexpr char const* name = "things";
     static auto& field(auto& entity) { return entity.things_; }
     static constexpr auto slot = &NotifieeConst::onThings;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onThings;
   };
   using All = Vek::List<label, things>;
 };
 
-class Drawer::_Type final : public Vek::GenericEntityType<Drawer, Drawer::Attr> {};
+class Drawer::_Type final : public Vek::LoggedType<Vek::GenericEntityType<Drawer, Drawer::Attr>> {};
 
 Drawer::Drawer(Vek::Name name, Vek::String8 label) : Vek::Entity(std::move(name)), label_(std::move(label)) {}
 Drawer::~Drawer() = default;
@@ -296,6 +402,49 @@ Vek::Ptr<Vek::GenericIf> Drawer::GenericIf_::attributeOp(AttributeOp const& op, 
   return Vek::entityAttributeOp<Attr, Drawer>(*this, op, key, value);
 }
 
+/// Stands on a Drawer's list of reactors, for a binding to a log.
+class Drawer::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogReactor<Drawer> {
+ public:
+  using LogReactor::LogReactor;
+  static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<Drawer> const& entity, VekNboAttrLogSa& adapter) {
+    return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
+  }
+
+  void onThings() override { forward(&VekNboAttrLogSa::onThings); }
+};
+
+Drawer::VekNboAttrLogSa::VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<Drawer> const& entity, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) : Vek::Entity::VekNboAttrLogSa(flags, count, out, owner) {
+  reactorAdapterIs(VekNboAttrLogSaAdapter_::VekNboAttrLogSaAdapter_Is(entity, *this), entity);
+  Vek::joinSynchronisation<Attr>(*this);
+}
+Drawer::VekNboAttrLogSa::~VekNboAttrLogSa() { Vek::letReactorGo<VekNboAttrLogSaAdapter_>(reactorAdapterDel()); }
+Vek::Ptr<Drawer::VekNboAttrLogSa::FlowOut> Drawer::VekNboAttrLogSa::flowOut() const { return static_cast<FlowOut*>(StreamAdapter::flowOut().ptr()); }
+Vek::AttributeId Drawer::VekNboAttrLogSa::handleAttrFlowOut(Vek::AttributeId from) { return Vek::walkAttributes<Attr>(*this, from); }
+void Drawer::VekNboAttrLogSa::doSerializeOrphan() { Vek::serializeOrphan<Attr, Drawer>(*this); }
+void Drawer::VekNboAttrLogSa::handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) {
+  Vek::receiveRecord<Attr>(*this, attr, options, length, in);
+}
+Vek::Ptr<Vek::NboAttrLog::FlowOut> Drawer::VekNboAttrLogSa::flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) {
+  return Vek::make<FlowOut>(out, this, desc, isFull, startAttr);
+}
+void Drawer::VekNboAttrLogSa::doNotification(int attr, void const* key) { Vek::notifyLog<Attr>(*this, attr, key); }
+void Drawer::VekNboAttrLogSa::onThings() { Vek::logScalar<Attr, Attr::things>(*this); }
+
+Drawer::VekNboAttrLogSa::FlowOut::FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) : Vek::NboAttrLog::FlowOut(out, adapter, desc, isFull, startAttr) {
+  wordsAre(vekDirtyBitSet0_.words());
+  Vek::oweFrom<Attr>(*this, startAttr);
+}
+Drawer::VekNboAttrLogSa::FlowOut::~FlowOut() = default;
+bool Drawer::VekNboAttrLogSa::FlowOut::hasDirtyAttributes() const { return Vek::owesAnything<Attr>(*this); }
+
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> Drawer::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const { return const_cast<Drawer*>(this)->vekNboAttrLogSa(out); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Drawer::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) { return Vek::logAdapterOf(*this, notifiees_.chain(), out); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Drawer::vekNboAttrLogSaForMsgChannel(Vek::Ptr<Vek::Entity::VekNboAttrLogSa> const& adapter) const { return Vek::channelSiblingOf(notifiees_.chain(), adapter); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Drawer::vekNboAttrLogSaIs(Vek::PtrInterface::NotifieeConst::Vek_BitSet flags, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) {
+  return Vek::bindToLog(*this, flags, count, out, owner);
+}
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Drawer::vekNboAttrLogSaDel(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) { return Vek::logAdapterDel(*this, out); }
+
 // Shelf
 
 struct Shelf::Attr {
@@ -313,7 +462,7 @@ struct Shelf::Attr {
   using All = Vek::List<drawers>;
 };
 
-class Shelf::_Type final : public Vek::GenericEntityType<Shelf, Shelf::Attr> {};
+class Shelf::_Type final : public Vek::LoggedType<Vek::GenericEntityType<Shelf, Shelf::Attr>> {};
 
 Shelf::Shelf(Vek::Name name) : Vek::Entity(std::move(name)) {}
 Shelf::~Shelf() { Vek::orphanChildren<Attr>(*this); }
@@ -362,6 +511,47 @@ Vek::GenericIf::AttributeIteratorConst Shelf::GenericIf_::attributeIteratorKeyCo
   return Vek::entityIteratorAt<Attr, Shelf>(*this, id, key);
 }
 
+/// Stands on a Shelf's list of reactors, for a binding to a log.
+class Shelf::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogReactor<Shelf> {
+ public:
+  using LogReactor::LogReactor;
+  static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<Shelf> const& entity, VekNboAttrLogSa& adapter) {
+    return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
+  }
+
+};
+
+Shelf::VekNboAttrLogSa::VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<Shelf> const& entity, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) : Vek::Entity::VekNboAttrLogSa(flags, count, out, owner) {
+  reactorAdapterIs(VekNboAttrLogSaAdapter_::VekNboAttrLogSaAdapter_Is(entity, *this), entity);
+  Vek::joinSynchronisation<Attr>(*this);
+}
+Shelf::VekNboAttrLogSa::~VekNboAttrLogSa() { Vek::letReactorGo<VekNboAttrLogSaAdapter_>(reactorAdapterDel()); }
+Vek::Ptr<Shelf::VekNboAttrLogSa::FlowOut> Shelf::VekNboAttrLogSa::flowOut() const { return static_cast<FlowOut*>(StreamAdapter::flowOut().ptr()); }
+Vek::AttributeId Shelf::VekNboAttrLogSa::handleAttrFlowOut(Vek::AttributeId from) { return Vek::walkAttributes<Attr>(*this, from); }
+void Shelf::VekNboAttrLogSa::doSerializeOrphan() { Vek::serializeOrphan<Attr, Shelf>(*this); }
+void Shelf::VekNboAttrLogSa::handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) {
+  Vek::receiveRecord<Attr>(*this, attr, options, length, in);
+}
+Vek::Ptr<Vek::NboAttrLog::FlowOut> Shelf::VekNboAttrLogSa::flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) {
+  return Vek::make<FlowOut>(out, this, desc, isFull, startAttr);
+}
+void Shelf::VekNboAttrLogSa::doNotification(int attr, void const* key) { Vek::notifyLog<Attr>(*this, attr, key); }
+
+Shelf::VekNboAttrLogSa::FlowOut::FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) : Vek::NboAttrLog::FlowOut(out, adapter, desc, isFull, startAttr) {
+  wordsAre(vekDirtyBitSet0_.words());
+  Vek::oweFrom<Attr>(*this, startAttr);
+}
+Shelf::VekNboAttrLogSa::FlowOut::~FlowOut() = default;
+bool Shelf::VekNboAttrLogSa::FlowOut::hasDirtyAttributes() const { return Vek::owesAnything<Attr>(*this); }
+
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> Shelf::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const { return const_cast<Shelf*>(this)->vekNboAttrLogSa(out); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Shelf::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) { return Vek::logAdapterOf(*this, notifiees_.chain(), out); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Shelf::vekNboAttrLogSaForMsgChannel(Vek::Ptr<Vek::Entity::VekNboAttrLogSa> const& adapter) const { return Vek::channelSiblingOf(notifiees_.chain(), adapter); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Shelf::vekNboAttrLogSaIs(Vek::PtrInterface::NotifieeConst::Vek_BitSet flags, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) {
+  return Vek::bindToLog(*this, flags, count, out, owner);
+}
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Shelf::vekNboAttrLogSaDel(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) { return Vek::logAdapterDel(*this, out); }
+
 // ToyBox
 
 struct ToyBox::Attr {
@@ -374,30 +564,45 @@ struct ToyBox::Attr {
     static auto& field(auto& entity) { return entity.counts_; }
     using Member = VekCounts;
     static constexpr void (NotifieeConst::*slot)(Vek::U32) = &NotifieeConst::onCounts;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onCounts;
+    static constexpr auto logWalk = &VekNboAttrLogSa::vekHandleCountsSerializeColl;
+    static auto& dirty(auto& flowOut) { return flowOut.vekIsCountsDirty_; }
   };
   struct faps : Vek::Collection<ToyBox, Hardware::Dorn::FapId, Vek::U64, 259> {
     static constexpr char const* name = "faps";
     static auto& field(auto& entity) { return entity.faps_; }
     using Member = VekFaps;
     static constexpr void (NotifieeConst::*slot)(Hardware::Dorn::FapId) = &NotifieeConst::onFaps;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onFaps;
+    static constexpr auto logWalk = &VekNboAttrLogSa::vekHandleFapsSerializeColl;
+    static auto& dirty(auto& flowOut) { return flowOut.vekIsFapsDirty_; }
   };
   struct wanted : Vek::Collection<ToyBox, Vek::U32, bool, 260> {
     static constexpr char const* name = "wanted";
     static auto& field(auto& entity) { return entity.wanted_; }
     using Member = VekWanted;
     static constexpr void (NotifieeConst::*slot)(Vek::U32) = &NotifieeConst::onWanted;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onWanted;
+    static constexpr auto logWalk = &VekNboAttrLogSa::vekHandleWantedSerializeColl;
+    static auto& dirty(auto& flowOut) { return flowOut.vekIsWantedDirty_; }
   };
   struct notes : Vek::Collection<ToyBox, Vek::String8, ToyPoint, 261> {
     static constexpr char const* name = "notes";
     static auto& field(auto& entity) { return entity.notes_; }
     using Member = VekNotes;
     static constexpr void (NotifieeConst::*slot)(Vek::String8) = &NotifieeConst::onNotes;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onNotes;
+    static constexpr auto logWalk = &VekNboAttrLogSa::vekHandleNotesSerializeColl;
+    static auto& dirty(auto& flowOut) { return flowOut.vekIsNotesDirty_; }
   };
   struct vlans : Vek::Collection<ToyBox, Bridging::VlanIdOrNone, Kiln::Fapmask, 263> {
     static constexpr char const* name = "vlans";
     static auto& field(auto& entity) { return entity.vlans_; }
     using Member = VekVlans;
     static constexpr void (NotifieeConst::*slot)(Bridging::VlanIdOrNone) = &NotifieeConst::onVlans;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onVlans;
+    static constexpr auto logWalk = &VekNboAttrLogSa::vekHandleVlansSerializeColl;
+    static auto& dirty(auto& flowOut) { return flowOut.vekIsVlansDirty_; }
   };
   struct capacity : Vek::Constant<ToyBox, Vek::U32, 264> {
     static constexpr char const* name = "capacity";
@@ -417,7 +622,7 @@ struct ToyBox::Attr {
   using All = Vek::List<counts, faps, wanted, notes, vlans, capacity, lid, shelves>;
 };
 
-class ToyBox::_Type final : public Vek::GenericRootEntityType<ToyBox, ToyBox::Attr> {};
+class ToyBox::_Type final : public Vek::LoggedType<Vek::GenericRootEntityType<ToyBox, ToyBox::Attr>> {};
 
 ToyBox::ToyBox(Vek::Name name) : Vek::Entity(std::move(name)) {}
 ToyBox::~ToyBox() { Vek::orphanChildren<Attr>(*this); }
@@ -541,6 +746,85 @@ Vek::GenericIf::AttributeIteratorConst ToyBox::GenericIf_::attributeIteratorCons
 Vek::GenericIf::AttributeIteratorConst ToyBox::GenericIf_::attributeIteratorKeyConst(Vek::AttributeId id, Vek::Ptr<Vek::GenericIf const> const& key) const {
   return Vek::entityIteratorAt<Attr, ToyBox>(*this, id, key);
 }
+
+/// Stands on a ToyBox's list of reactors, for a binding to a log.
+class ToyBox::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogReactor<ToyBox> {
+ public:
+  using LogReactor::LogReactor;
+  static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<ToyBox> const& entity, VekNboAttrLogSa& adapter) {
+    return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
+  }
+
+  void onCounts(Vek::U32 key) override { forward(&VekNboAttrLogSa::onCounts, key); }
+  void onFaps(Hardware::Dorn::FapId key) override { forward(&VekNboAttrLogSa::onFaps, key); }
+  void onWanted(Vek::U32 key) override { forward(&VekNboAttrLogSa::onWanted, key); }
+  void onNotes(Vek::String8 key) override { forward(&VekNboAttrLogSa::onNotes, key); }
+  void onVlans(Bridging::VlanIdOrNone key) override { forward(&VekNboAttrLogSa::onVlans, key); }
+};
+
+ToyBox::VekNboAttrLogSa::VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<ToyBox> const& entity, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) : Vek::Entity::VekNboAttrLogSa(flags, count, out, owner) {
+  reactorAdapterIs(VekNboAttrLogSaAdapter_::VekNboAttrLogSaAdapter_Is(entity, *this), entity);
+  Vek::joinSynchronisation<Attr>(*this);
+}
+ToyBox::VekNboAttrLogSa::~VekNboAttrLogSa() { Vek::letReactorGo<VekNboAttrLogSaAdapter_>(reactorAdapterDel()); }
+Vek::Ptr<ToyBox::VekNboAttrLogSa::FlowOut> ToyBox::VekNboAttrLogSa::flowOut() const { return static_cast<FlowOut*>(StreamAdapter::flowOut().ptr()); }
+Vek::AttributeId ToyBox::VekNboAttrLogSa::handleAttrFlowOut(Vek::AttributeId from) { return Vek::walkAttributes<Attr>(*this, from); }
+void ToyBox::VekNboAttrLogSa::freeResyncState(Vek::NboAttrLog::FlowOut& flowOut) { Vek::freeCollectionState<Attr>(flowOut); }
+void ToyBox::VekNboAttrLogSa::handleAttrTransaction(Vek::AttributeId attr, AttrTransactionType type, Vek::U32 argument) { Vek::applyTransaction<Attr>(*this, attr, type, argument); }
+void ToyBox::VekNboAttrLogSa::syncModeIs(SyncMode mode) { Vek::syncModeFollows<Attr>(*this, mode); }
+void ToyBox::VekNboAttrLogSa::doSerializeOrphan() { Vek::serializeOrphan<Attr, ToyBox>(*this); }
+void ToyBox::VekNboAttrLogSa::handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) {
+  Vek::receiveRecord<Attr>(*this, attr, options, length, in);
+}
+Vek::Ptr<Vek::NboAttrLog::FlowOut> ToyBox::VekNboAttrLogSa::flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) {
+  return Vek::make<FlowOut>(out, this, desc, isFull, startAttr);
+}
+void ToyBox::VekNboAttrLogSa::doNotification(int attr, void const* key) { Vek::notifyLog<Attr>(*this, attr, key); }
+void ToyBox::VekNboAttrLogSa::onCounts(Vek::U32 key) { Vek::serializePresent<Attr::counts>(*this, key); }
+void ToyBox::VekNboAttrLogSa::vekHandleCountsSerializeSing(Vek::U32 key, Vek::U32 value, bool deleted) { Vek::serializeKey<Attr::counts>(*this, key, value, deleted); }
+bool ToyBox::VekNboAttrLogSa::vekHandleCountsSerializeColl() { return Vek::serializeCollection<Attr, Attr::counts>(*this); }
+void ToyBox::VekNboAttrLogSa::onFaps(Hardware::Dorn::FapId key) { Vek::serializePresent<Attr::faps>(*this, key); }
+void ToyBox::VekNboAttrLogSa::vekHandleFapsSerializeSing(Hardware::Dorn::FapId key, Vek::U64 const& value, bool deleted) { Vek::serializeKey<Attr::faps>(*this, key, value, deleted); }
+bool ToyBox::VekNboAttrLogSa::vekHandleFapsSerializeColl() { return Vek::serializeCollection<Attr, Attr::faps>(*this); }
+void ToyBox::VekNboAttrLogSa::onWanted(Vek::U32 key) { Vek::serializePresent<Attr::wanted>(*this, key); }
+void ToyBox::VekNboAttrLogSa::vekHandleWantedSerializeSing(Vek::U32 key, bool value, bool deleted) { Vek::serializeKey<Attr::wanted>(*this, key, value, deleted); }
+bool ToyBox::VekNboAttrLogSa::vekHandleWantedSerializeColl() { return Vek::serializeCollection<Attr, Attr::wanted>(*this); }
+void ToyBox::VekNboAttrLogSa::onNotes(Vek::String8 key) { Vek::serializePresent<Attr::notes>(*this, key); }
+void ToyBox::VekNboAttrLogSa::vekHandleNotesSerializeSing(Vek::String8 key, ToyPoint const& value, bool deleted) { Vek::serializeKey<Attr::notes>(*this, key, value, deleted); }
+bool ToyBox::VekNboAttrLogSa::vekHandleNotesSerializeColl() { return Vek::serializeCollection<Attr, Attr::notes>(*this); }
+void ToyBox::VekNboAttrLogSa::onVlans(Bridging::VlanIdOrNone key) { Vek::serializePresent<Attr::vlans>(*this, key); }
+void ToyBox::VekNboAttrLogSa::vekHandleVlansSerializeSing(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value, bool deleted) { Vek::serializeKey<Attr::vlans>(*this, key, value, deleted); }
+bool ToyBox::VekNboAttrLogSa::vekHandleVlansSerializeColl() { return Vek::serializeCollection<Attr, Attr::vlans>(*this); }
+
+ToyBox::VekNboAttrLogSa::FlowOut::FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) : Vek::NboAttrLog::FlowOut(out, adapter, desc, isFull, startAttr) {
+  wordsAre(vekDirtyBitSet0_.words());
+  Vek::oweFrom<Attr>(*this, startAttr);
+}
+ToyBox::VekNboAttrLogSa::FlowOut::~FlowOut() = default;
+bool ToyBox::VekNboAttrLogSa::FlowOut::hasDirtyAttributes() const { return Vek::owesAnything<Attr>(*this); }
+Vek::Ptr<ToyBox::VekNboAttrLogSa::FlowOut::VekVekIsCountsDirty> ToyBox::VekNboAttrLogSa::FlowOut::newVekIsCountsDirty(Vek::U32 key, bool on) { return Vek::dirtyKeyNew(vekIsCountsDirty_, key, on); }
+void ToyBox::VekNboAttrLogSa::FlowOut::vekIsCountsDirtyIs(Vek::U32 key, bool on) { Vek::dirtyKeyIs(vekIsCountsDirty_, key, on); }
+bool ToyBox::VekNboAttrLogSa::FlowOut::vekIsCountsDirtyDel(Vek::U32 key) { return Vek::dirtyKeyDel(vekIsCountsDirty_, key); }
+Vek::Ptr<ToyBox::VekNboAttrLogSa::FlowOut::VekVekIsFapsDirty> ToyBox::VekNboAttrLogSa::FlowOut::newVekIsFapsDirty(Hardware::Dorn::FapId key, bool on) { return Vek::dirtyKeyNew(vekIsFapsDirty_, key, on); }
+void ToyBox::VekNboAttrLogSa::FlowOut::vekIsFapsDirtyIs(Hardware::Dorn::FapId key, bool on) { Vek::dirtyKeyIs(vekIsFapsDirty_, key, on); }
+bool ToyBox::VekNboAttrLogSa::FlowOut::vekIsFapsDirtyDel(Hardware::Dorn::FapId key) { return Vek::dirtyKeyDel(vekIsFapsDirty_, key); }
+Vek::Ptr<ToyBox::VekNboAttrLogSa::FlowOut::VekVekIsWantedDirty> ToyBox::VekNboAttrLogSa::FlowOut::newVekIsWantedDirty(Vek::U32 key, bool on) { return Vek::dirtyKeyNew(vekIsWantedDirty_, key, on); }
+void ToyBox::VekNboAttrLogSa::FlowOut::vekIsWantedDirtyIs(Vek::U32 key, bool on) { Vek::dirtyKeyIs(vekIsWantedDirty_, key, on); }
+bool ToyBox::VekNboAttrLogSa::FlowOut::vekIsWantedDirtyDel(Vek::U32 key) { return Vek::dirtyKeyDel(vekIsWantedDirty_, key); }
+Vek::Ptr<ToyBox::VekNboAttrLogSa::FlowOut::VekVekIsNotesDirty> ToyBox::VekNboAttrLogSa::FlowOut::newVekIsNotesDirty(Vek::String8 key, bool on) { return Vek::dirtyKeyNew(vekIsNotesDirty_, key, on); }
+void ToyBox::VekNboAttrLogSa::FlowOut::vekIsNotesDirtyIs(Vek::String8 key, bool on) { Vek::dirtyKeyIs(vekIsNotesDirty_, key, on); }
+bool ToyBox::VekNboAttrLogSa::FlowOut::vekIsNotesDirtyDel(Vek::String8 key) { return Vek::dirtyKeyDel(vekIsNotesDirty_, key); }
+Vek::Ptr<ToyBox::VekNboAttrLogSa::FlowOut::VekVekIsVlansDirty> ToyBox::VekNboAttrLogSa::FlowOut::newVekIsVlansDirty(Bridging::VlanIdOrNone key, bool on) { return Vek::dirtyKeyNew(vekIsVlansDirty_, key, on); }
+void ToyBox::VekNboAttrLogSa::FlowOut::vekIsVlansDirtyIs(Bridging::VlanIdOrNone key, bool on) { Vek::dirtyKeyIs(vekIsVlansDirty_, key, on); }
+bool ToyBox::VekNboAttrLogSa::FlowOut::vekIsVlansDirtyDel(Bridging::VlanIdOrNone key) { return Vek::dirtyKeyDel(vekIsVlansDirty_, key); }
+
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> ToyBox::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const { return const_cast<ToyBox*>(this)->vekNboAttrLogSa(out); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> ToyBox::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) { return Vek::logAdapterOf(*this, notifiees_.chain(), out); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> ToyBox::vekNboAttrLogSaForMsgChannel(Vek::Ptr<Vek::Entity::VekNboAttrLogSa> const& adapter) const { return Vek::channelSiblingOf(notifiees_.chain(), adapter); }
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> ToyBox::vekNboAttrLogSaIs(Vek::PtrInterface::NotifieeConst::Vek_BitSet flags, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) {
+  return Vek::bindToLog(*this, flags, count, out, owner);
+}
+Vek::Ptr<Vek::Entity::VekNboAttrLogSa> ToyBox::vekNboAttrLogSaDel(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) { return Vek::logAdapterDel(*this, out); }
 
 // What happens when the library is loaded
 

@@ -140,8 +140,8 @@ TEST_F(EntityText, ADirectoryHoldsItsEntriesByName) {
   dir->entryIs(first);
   dir->entryIs(second);
   EXPECT_EQ(first->references(), 1U) << "one that had the name leaves";
-  EXPECT_TRUE(dir->entry("box") == second);
-  EXPECT_FALSE(dir->entry("Box"));
+  EXPECT_TRUE(dir->entity("box") == second);
+  EXPECT_FALSE(dir->entity("Box"));
   EXPECT_FALSE(dir->entryDel("nothing"));
   EXPECT_TRUE(dir->entryDel("box") == second);
   EXPECT_EQ(dir->entryCount(), 0U);

@@ -153,6 +153,34 @@ void addAttribute(Names& names, std::string const& full, Attribute const& a) {
   }
   for (std::string const& member : members) names.insert(full + "::" + member);
   if (isCollection(a)) addDestroyed(names, full, elementClassName(a.name));
+
+  std::string const adapter = full + "::VekNboAttrLogSa::";
+  if (a.shape == Shape::scalar || isCollection(a)) names.insert(adapter + slotName(a.name));
+  if (!isCollection(a)) return;
+  for (std::string const& member : {keySenderName(a.name), walkerName(a.name)}) names.insert(adapter + member);
+  for (std::string const& member : {dirtyMakerName(a.name), dirtySetterName(a.name), dirtyRemoverName(a.name)}) {
+    names.insert(adapter + "FlowOut::" + member);
+  }
+  addClass(names, adapter + "FlowOut::" + dirtyMemberName(a.name));
+}
+
+// What binds entities of the type to logs.
+void addBinding(Names& names, std::string const& full, bool hasCollections) {
+  std::string const adapter = full + "::VekNboAttrLogSa";
+  addDestroyed(names, full, "VekNboAttrLogSa");
+  addDestroyed(names, adapter, "FlowOut");
+  addClass(names, adapter + "::VekNboAttrLogSaAdapter_");
+  names.insert(adapter + "::FlowOut::hasDirtyAttributes");
+  for (char const* member : {"VekNboAttrLogSa", "FlowOut::FlowOut", "flowOut", "handleAttrFlowOut", "doSerializeOrphan",
+                             "handleAttrDeserialization", "flowOutIs", "doNotification"}) {
+    names.insert(adapter + "::" + member);
+  }
+  for (char const* member : {"freeResyncState", "handleAttrTransaction", "syncModeIs"}) {
+    if (hasCollections) names.insert(adapter + "::" + member);
+  }
+  for (char const* member : {"vekNboAttrLogSa", "vekNboAttrLogSaForMsgChannel", "vekNboAttrLogSaIs", "vekNboAttrLogSaDel"}) {
+    names.insert(full + "::" + member);
+  }
 }
 
 void addEntity(Names& names, File const& file, Type const& type) {
@@ -181,6 +209,7 @@ void addEntity(Names& names, File const& file, Type const& type) {
     names.insert(full + "::GenericIf_::attributeIteratorKeyConst");
   }
   for (Attribute const& a : type.attributes) addAttribute(names, full, a);
+  addBinding(names, full, std::any_of(type.attributes.begin(), type.attributes.end(), isCollection));
 }
 
 // Everything that the library is to offer: functions without their arguments, and the records of classes.

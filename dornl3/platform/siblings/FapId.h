@@ -1,6 +1,8 @@
 // FapId: the number of a fabric access processor, the chip that an entry lies on.
+// Owner: it is a plain value. Thread: its owner's.
 #pragma once
 
+#include "dornl3/platform/attrlog/Out.h"
 #include "dornl3/platform/vek/TextReader.h"
 
 namespace Vek {
@@ -38,5 +40,9 @@ class FapId {
 };
 
 [[nodiscard]] Vek::String8 valueToStrep(FapId const& id);
+
+inline Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, FapId id) {
+  return out << id.value();
+}
 
 }  // namespace Hardware::Dorn

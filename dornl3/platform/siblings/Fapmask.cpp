@@ -39,4 +39,13 @@ Vek::VekType* Fapmask::_fwkType() {
   return type;
 }
 
+Fapmask::Fapmask(Vek::NboAttrLog::In* in, Vek::StreamBogon) {
+  for (Vek::U32& word : words_) word = in->nextU32();
+}
+
+Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, Fapmask const& mask) {
+  for (Vek::U32 const word : mask.words()) out << word;
+  return out;
+}
+
 }  // namespace Kiln

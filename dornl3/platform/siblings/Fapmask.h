@@ -1,6 +1,8 @@
 // Fapmask: a set of fabric access processors, opaque to those who pass it on.
+// Owner: it is a plain value. Thread: its owner's.
 #pragma once
 
+#include "dornl3/platform/attrlog/In.h"
 #include "dornl3/platform/vek/TextReader.h"
 
 #include <array>
@@ -23,6 +25,9 @@ class Fapmask {
   /// Reads the text that valueToStrep writes. Throws RangeException on bad text.
   Fapmask(Vek::String8::IteratorConst& it, Vek::String8::IteratorConst const& end);
 
+  /// Reads the words from a log.
+  Fapmask(Vek::NboAttrLog::In* in, Vek::StreamBogon);
+
   [[nodiscard]] constexpr Words const& words() const noexcept { return words_; }
   [[nodiscard]] bool operator==(Fapmask const& other) const noexcept = default;
 
@@ -36,5 +41,8 @@ static_assert(sizeof(Fapmask) == 16);
 
 /// The words in hexadecimal, in order: '0000000f:00000000:00000000:00000000'.
 [[nodiscard]] Vek::String8 valueToStrep(Fapmask const& mask);
+
+/// The words in order, 16 bytes.
+Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, Fapmask const& mask);
 
 }  // namespace Kiln

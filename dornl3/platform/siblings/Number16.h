@@ -1,4 +1,5 @@
 // Number16: reads the 16-bit numbers that ids consist of.
+// Thread: any.
 #pragma once
 
 #include "dornl3/platform/vek/TextReader.h"

@@ -1,6 +1,8 @@
 // VlanIdOrNone: the number of a VLAN, or 0 for none.
+// Owner: it is a plain value. Thread: its owner's.
 #pragma once
 
+#include "dornl3/platform/attrlog/Out.h"
 #include "dornl3/platform/vek/TextReader.h"
 
 namespace Vek {
@@ -39,5 +41,9 @@ class VlanIdOrNone {
 };
 
 [[nodiscard]] Vek::String8 valueToStrep(VlanIdOrNone const& id);
+
+inline Vek::NboAttrLog::OutPtr const& operator<<(Vek::NboAttrLog::OutPtr const& out, VlanIdOrNone id) {
+  return out << id.value();
+}
 
 }  // namespace Bridging

@@ -1,4 +1,5 @@
 // Builtin: the run-time type records of the attribute types that are not classes of their own.
+// Owner: the process. Thread: any.
 #pragma once
 
 #include "dornl3/core/Name.h"

@@ -4,6 +4,24 @@
 
 namespace Vek {
 
+namespace {
+
+void leave(Ptr<Entity> const& entity, Dir const* dir) {
+  if (entity->parent() == dir) entity->parentIs(nullptr);
+}
+
+}  // namespace
+
+Dir::Entry::~Entry() = default;
+
+void Dir::Entry::stateIs(State state) { state_ = state; }
+
+Dir::Dir() : Entity(Name{}) {}
+
+Dir::~Dir() {
+  for (auto const& [name, entry] : entries_) leave(entry->entity(), this);
+}
+
 Dir& Dir::root() {
   static Dir& root = []() -> Dir& {
     Ptr<Dir> const made = new Dir;
@@ -13,27 +31,42 @@ Dir& Dir::root() {
   return root;
 }
 
-Ptr<Entity> Dir::entry(Name const& name) const {
+Ptr<Dir::Entry> Dir::entry(Name const& name) const {
   auto const place = entries_.find(name);
-  return place == entries_.end() ? Ptr<Entity>{} : place->second;
+  return place == entries_.end() ? Ptr<Entry>{} : place->second;
+}
+
+Ptr<Entity> Dir::entity(Name const& name) const {
+  auto const place = entries_.find(name);
+  return place == entries_.end() ? Ptr<Entity>{} : place->second->entity();
 }
 
 std::vector<Name> Dir::names() const {
   std::vector<Name> names;
   names.reserve(entries_.size());
-  for (auto const& [name, entity] : entries_) names.push_back(name);
+  for (auto const& [name, entry] : entries_) names.push_back(name);
   std::sort(names.begin(), names.end());
   return names;
 }
 
-void Dir::entryIs(Ptr<Entity> const& entity) { entries_[entity->name()] = entity; }
+Ptr<Dir::Entry> Dir::entryIs(Ptr<Entity> const& entity) {
+  Ptr<Entry>& place = entries_[entity->name()];
+  if (place && place->entity() == entity) return place;
+  Ptr<Entry> const old = std::exchange(place, make<Entry>(entity));
+  Ptr<Entry> const entered = place;
+  if (old) leave(old->entity(), this);
+  entity->parentAttrIdIs(noParentAttr);
+  entity->parentIs(Ptr<Entity>(this));
+  return entered;
+}
 
 Ptr<Entity> Dir::entryDel(Name const& name) {
   auto const place = entries_.find(name);
   if (place == entries_.end()) return {};
-  Ptr<Entity> const gone = std::move(place->second);
+  Ptr<Entry> const gone = std::move(place->second);
   entries_.erase(place);  // the entity is held: its end may reach this directory again
-  return gone;
+  leave(gone->entity(), this);
+  return gone->entity();
 }
 
 }  // namespace Vek

@@ -68,13 +68,13 @@ bool Entity::isKeyedChild() const {
 }
 
 String8 Entity::uriPath() const {
-  if (parent_ == nullptr) return "/" + String8(name());
+  if (isRoot()) return "/" + String8(name());
   String8 const place = parent_->uriPath() + "/" + parent_->attributeString(parentAttrId_);
   return isKeyedChild() ? place + "/" + String8(name()) : place;
 }
 
 String8 Entity::fullName() const {
-  if (parent_ == nullptr) return pathComponent(name());
+  if (isRoot()) return pathComponent(name());
   String8 const place = parent_->fullName() + "." + parent_->attributeString(parentAttrId_);
   return isKeyedChild() ? place + "[" + pathComponent(name()) + "]" : place;
 }
@@ -92,9 +92,9 @@ String8 Entity::attributeString(AttributeId id) const {
   }
 }
 
+void Entity::vekNotifieeAdapterIs(Ptr<Entity const> const&) {}
 void Entity::handleParent(Ptr<Entity> const&) {}
 
-bool Entity::vekHasAttrLogInterface() const { return false; }
 
 VekType* Entity::_fwkType() {
   static VekType& type = []() -> VekType& {

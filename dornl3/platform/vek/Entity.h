@@ -1,6 +1,6 @@
 // Entity: a named, counted object with attributes, whose every change is told to its reactors.
 // Owner: whoever holds a reference. Parent: not counted either way; a parent lets its children go before it goes.
-// Thread: each entity is used on one thread, and so is all that hangs on it.
+// Thread: each entity is used on one thread, and so is all that hangs on it. Re-entrancy: see ReactorWalk.
 #pragma once
 
 #include "dornl3/core/NotifieeConst.h"
@@ -8,9 +8,14 @@
 
 namespace Vek {
 
+namespace NboAttrLog {
+class Out;
+}
+
 class Entity : public PtrInterface {
  public:
   class NotifieeConst;
+  class VekNboAttrLogSa;
 
   /// The key of an entity that is a member of a keyed collection.
   static constexpr AttributeId keyAttr = 0;
@@ -35,7 +40,8 @@ class Entity : public PtrInterface {
   /// The constructor's argument; never changes.
   [[nodiscard]] virtual Name name() const;
 
-  /// The entity that holds this one through an attribute; null for a root and for one that was removed.
+  /// The entity that holds this one through an attribute, or the directory in which it is; null for one that is in none,
+  /// and for one that was removed.
   [[nodiscard]] virtual Ptr<Entity const> parent() const;
   [[nodiscard]] virtual Ptr<Entity> parent();
   /// Stores the parent, without a reference, and tells handleParent.
@@ -46,6 +52,9 @@ class Entity : public PtrInterface {
   [[nodiscard]] virtual AttributeId parentAttrId() const;
   virtual void parentAttrIdIs(AttributeId id);
 
+  /// Whether no entity holds this one through an attribute: it has no parent, or a directory.
+  [[nodiscard]] bool isRoot() const noexcept { return parent_ == nullptr || parentAttrId_ == noParentAttr; }
+
   /// The place of the entity as a path of names: "/status/lemV4RouteStats", "/auditStatus/auditInfo/kernel".
   [[nodiscard]] virtual String8 uriPath() const;
   /// The place of the entity as a reader writes it: "status.lemV4RouteStats", "auditStatus.auditInfo[kernel]". It
@@ -55,16 +64,40 @@ class Entity : public PtrInterface {
   /// The name of an attribute or event, "unknown" for a number that has none.
   [[nodiscard]] virtual String8 attributeString(AttributeId id) const;
 
+  /// For entities that are adapted: reactors are to follow `adapter` in this one's place. Here: nothing.
+  virtual void vekNotifieeAdapterIs(Ptr<Entity const> const& adapter);
   /// The parent has changed.
   virtual void handleParent(Ptr<Entity> const& parent);
 
+  // The entity's side of its bindings to logs. Each type that has them overrides all; here there are none.
+
+  /// The adapter for `out`, or null; with a null `out` one whose log is live.
+  [[nodiscard]] virtual Ptr<VekNboAttrLogSa const> vekNboAttrLogSa(Ptr<NboAttrLog::Out const> const& out) const;
   /// Whether the entity can be written to an attribute log.
   [[nodiscard]] virtual bool vekHasAttrLogInterface() const;
+  [[nodiscard]] virtual Ptr<VekNboAttrLogSa> vekNboAttrLogSa(Ptr<NboAttrLog::Out const> const& out);
+  /// The adapter that shares a message channel with this one, or null.
+  [[nodiscard]] virtual Ptr<VekNboAttrLogSa> vekNboAttrLogSaForMsgChannel(Ptr<VekNboAttrLogSa> const& adapter) const;
+  /// The adapter for `out`, made if there is none; one that stands takes over the notification flags. Throws
+  /// RangeException for a null `out`, InternalException where the type has no bindings.
+  virtual Ptr<VekNboAttrLogSa> vekNboAttrLogSaIs(PtrInterface::NotifieeConst::Vek_BitSet flags, U32 count,
+                                                 Ptr<NboAttrLog::Out> const& out, PtrInterface* owner);
+  /// Takes the adapter for `out` from its demuxer, and gives it; null where there is none.
+  virtual Ptr<VekNboAttrLogSa> vekNboAttrLogSaDel(Ptr<NboAttrLog::Out const> const& out);
 
   /// Effective changes by setters, and reads of attributes. Both wrap silently; reading them counts nothing.
   [[nodiscard]] U32 writeCount() const noexcept { return writeCount_; }
   [[nodiscard]] U32 readCount() const noexcept { return readCount_; }
   void vekWriteCountInc() noexcept { ++writeCount_; }
+
+  /// Every local change passes here before anything is stored. Throws ReadOnlyException where the entity belongs to
+  /// another process and may not be changed here, or not now; costs a test of one byte where no mount has armed it.
+  void vekNeedWritable(AttributeId attr) {
+    if (guard_ != 0) [[unlikely]]
+      vekWriteGuarded(attr);
+  }
+  /// A mount keeps this entity from local changes, or no longer does.
+  void vekWriteGuardIs(bool armed) noexcept { guard_ = armed ? guardArmed : 0; }
   void vekReadCountInc() const noexcept { ++readCount_; }
 
   /// The record of all entities' base, with the attributes that every entity has.
@@ -75,12 +108,17 @@ class Entity : public PtrInterface {
   explicit Entity(Name name) noexcept : name_(std::move(name)) {}
 
  private:
+  friend class WritePass;
+  static constexpr U8 guardArmed = 1;
+  static constexpr U8 guardPass = 2;
+  void vekWriteGuarded(AttributeId attr);
   [[nodiscard]] bool isKeyedChild() const;
 
   Name const name_;
   U32 writeCount_ = 0;
   mutable U32 readCount_ = 0;
   AttributeId parentAttrId_ = noParentAttr;
+  U8 guard_ = 0;
   Entity* parent_ = nullptr;
 };
 

@@ -72,7 +72,7 @@ Ptr<PtrInterface> sequenceToValueOfPtr(String8::IteratorConst& it, String8::Iter
   bool const quoted = it.inside() && (*it == '\'' || *it == '"');
   Name const name = readPathComponent(it, end);
   if (!quoted && std::string_view(name) == nullReference) return {};
-  Ptr<Entity> entity = Dir::root().entry(name);
+  Ptr<Entity> entity = Dir::root().entity(name);
   for (int steps = 0; isAt(it, end, '.'); ++steps) {
     if (steps == maxPathSteps) {
       throwRangeException(format("a path goes through at most %d children; this one goes on at column %d", maxPathSteps,

@@ -1,4 +1,5 @@
 // EntityText: the text of a reference to an entity: its full name, or None.
+// Thread: the entities'. Re-entrancy: it changes nothing, so that no reactor is called.
 #pragma once
 
 #include "dornl3/platform/vek/Entity.h"

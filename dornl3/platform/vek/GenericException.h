@@ -1,4 +1,5 @@
 // GenericException: what the generic interface raises. Each names the attribute, argument or type concerned.
+// Owner: an exception is a value. Thread: any.
 #pragma once
 
 #include "dornl3/core/Exception.h"

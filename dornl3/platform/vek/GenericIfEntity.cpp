@@ -89,7 +89,7 @@ Ptr<GenericIf> GenericIfEntity::attributeOp(AttributeOp const& op, Ptr<GenericIf
   }
   case Entity::nameAttr: return wrapped(e.name());
   case Entity::fullNameAttr: return wrapped(e.fullName());
-  case Entity::parentAttrNumber: return VekType::genericIf(e.parent().ptr(), isConst());
+  case Entity::parentAttrNumber: return VekType::genericIf(e.isRoot() ? nullptr : e.parent().ptr(), isConst());
   case Entity::parentAttrIdAttr: return wrapped(e.parentAttrId());
   case Entity::writeCountAttr: return wrapped(e.writeCount());
   case Entity::readCountAttr: return wrapped(e.readCount());
@@ -107,7 +107,8 @@ void GenericIfEntity::hasNotificationActiveIs(bool on) {
 void GenericIfEntity::notifierIs(Ptr<PtrInterface const> const& n) {
   Ptr<PtrInterface const> const held = n;
   if (adapter_) adapter_->notifierIs(held);
-  GenericIf::notifierIs(held);
+  // An object of another type is nobody to the adapter, and must not be taken for an entity here.
+  GenericIf::notifierIs(adapter_ ? adapter_->rawNotifier() : nullptr);
   isRegisteredNotifieeIs(false);
 }
 

@@ -2,6 +2,7 @@
 // own attributes, and its life together with its adapter. Owner: see GenericIf; the generic holds its entity. The
 // adapter, a weak reactor of the entity, is held by the generic and knows it by a plain pointer: generic, adapter,
 // entity and subscriber may go in any order.
+// Thread: the entity's. Re-entrancy: a subscriber may do what a reactor may, see ReactorWalk.
 #pragma once
 
 #include "dornl3/platform/vek/Activity.h"

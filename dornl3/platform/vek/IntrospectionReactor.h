@@ -1,5 +1,5 @@
 // IntrospectionReactor: hears how types describe themselves while libraries load, and keeps it in their records.
-// Thread: the loading thread.
+// Owner: the process. Thread: the loading thread. Re-entrancy: it calls nobody.
 #pragma once
 
 #include "dornl3/platform/vek/VekAttr.h"

@@ -1,4 +1,5 @@
 // NamedType: type records of values that are described by their name alone.
+// Owner: the process; records stay for good. Thread: the loading thread.
 #pragma once
 
 #include "dornl3/platform/vek/VekType.h"

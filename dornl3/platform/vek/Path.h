@@ -1,4 +1,5 @@
 // Path: how the names of entities stand in the paths that readers write and type: "status.lemV4RouteStats".
+// Thread: any.
 #pragma once
 
 #include "dornl3/core/Name.h"

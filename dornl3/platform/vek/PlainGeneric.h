@@ -1,4 +1,5 @@
 // PlainGeneric: generics of values that have no attributes: builtin scalars, strings, names and the ids from outside.
+// Owner: whoever holds a reference. Thread: any, one at a time.
 #pragma once
 
 #include "dornl3/platform/vek/GenericIf.h"

@@ -1,5 +1,6 @@
 // ScalarText: builtin scalars to text and back, as Python literals: True, 17, 0.5, 'it\'s'.
 // Whatever valueToStrep and writeText write, the matching reader reads back the same.
+// Thread: any. Re-entrancy: it calls nobody.
 #pragma once
 
 #include "dornl3/platform/vek/TextBuffer.h"

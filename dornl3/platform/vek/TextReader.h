@@ -1,4 +1,5 @@
 // TextReader: what the parsers of values and entity references share.
+// Thread: any; a cursor belongs to who reads. Re-entrancy: it calls nobody but the readers given to it.
 #pragma once
 
 #include "dornl3/core/Exception.h"

@@ -80,7 +80,7 @@ class VekAttr : public PtrInterface {
   [[nodiscard]] U32 keyArg() const noexcept { return keyArg_; }
 
   // As a member of its type's attributes by name:
-  [[nodiscard]] Name const& vekKey() const noexcept { return name_; }
+  [[nodiscard]] Name const& key() const noexcept { return name_; }
   [[nodiscard]] HashLink& vekLink() noexcept { return link_; }
   static constexpr auto vekLinkMember() noexcept { return &VekAttr::link_; }
 

@@ -62,6 +62,10 @@ Ptr<VekAttr> VekType::AttrNode::attrIs(Name const& name, VekType const* type, Ve
 }
 
 Ptr<Entity> VekType::newEntity(Name const&, Dir*) const { throwNotMade("a name alone"); }
+Ptr<Entity> VekType::newEntity(Ptr<NboAttrLog::In> const&, PtrInterface::NotifieeConst::Vek_BitSet, U32,
+                               PtrInterface*) const {
+  throwNotMade("an announcement");
+}
 
 Ptr<GenericIf> VekType::genericIf(void const*, bool) const { throwNotMade("a value"); }
 Ptr<GenericIf> VekType::genericIf(GenericIf const*, bool) const { throwNotMade("a list of arguments"); }

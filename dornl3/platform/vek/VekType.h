@@ -5,6 +5,7 @@
 
 #include "dornl3/core/LinkQueue.h"
 #include "dornl3/core/Name.h"
+#include "dornl3/core/NotifieeConst.h"
 #include "dornl3/core/Ptr.h"
 #include "dornl3/platform/vek/VekAttr.h"
 
@@ -17,6 +18,9 @@ namespace Vek {
 class Dir;
 class Entity;
 class GenericIf;
+namespace NboAttrLog {
+class In;
+}
 
 class VekType : public PtrInterface {
  public:
@@ -92,6 +96,11 @@ class VekType : public PtrInterface {
   /// A new entity of the type, holding one reference. Enters it in no directory. Throws InternalException where the
   /// type is no entity that stands by itself.
   virtual Ptr<Entity> newEntity(Name const& name, Dir* dir) const;
+  /// The same from what an announcement on a log holds: a text for each argument of the constructor. Throws
+  /// ShortRecordException, and InternalException where the type is no entity that a log can announce.
+  [[nodiscard]] virtual Ptr<Entity> newEntity(Ptr<NboAttrLog::In> const& in,
+                                              PtrInterface::NotifieeConst::Vek_BitSet flags, U32 count,
+                                              PtrInterface* owner) const;
 
   /// A generic of a copy of the value at `value`, of the default for null. Throws InternalException where the type is
   /// no value type.

@@ -14,7 +14,7 @@ int main() {
   auto const status = Hardware::DornL3Unicast::statusFactory("status");
   status->numVrfsIs(3);
 #ifdef WITH_FAN
-  status->numVrfsIs(Chassis::fanFactory("left")->speed() + 3);
+  status->numVrfsIs(Chassis::fanTrayFactory("tray")->fansCount() + 3);
 #endif
   std::cout << ownPtr << ", " << ownStatus << ", " << ownText << ", " << status->numVrfs() << " VRFs\n";
 }

@@ -132,7 +132,7 @@ Operations children(Get get, Make make, Del del, Count count, Iterator iterator)
   all.walkChildren = [iterator](Entity const& e) {
     std::vector<std::pair<Text, Child>> members;
     for (auto it = iterator(const_cast<X&>(static_cast<X const&>(e))); it; ++it) {
-      members.emplace_back(write<K>(it->vekKey()), Child(it.ptr()));
+      members.emplace_back(write<K>(it->key()), Child(it.ptr()));
     }
     return members;
   };

@@ -1,0 +1,60 @@
+// LogSlots: which attributes travel on a log, and the bit of each in a flow-out: bit 1 for the first, and so on by rising
+// number, without gaps. A scalar's bit says that it is owed, a collection's that it has been walked.
+#pragma once
+
+#include "dornl3/frame/Attribute.h"
+
+namespace Vek {
+
+/// Whether an attribute has a bit: it can change after construction.
+template <class A>
+inline constexpr bool isLogged = requires {
+  A::slot;
+};
+
+template <class A>
+inline constexpr bool holdsValuesByKey = requires {
+  typename A::Member;
+};
+
+/// Whether it is a plain value that goes out as one record.
+template <class A>
+inline constexpr bool isScalarRecord = isLogged<A> && !holdsValuesByKey<A> && !std::is_same_v<typename A::Value, String8> &&
+                                       !requires { typename A::Child; };
+
+namespace detail {
+
+template <class... A>
+constexpr U32 loggedBelow(List<A...>, AttributeId number) noexcept {
+  return ((isLogged<A> && A::number < number ? 1U : 0U) + ... + 0U);
+}
+
+template <class... A>
+constexpr AttributeId firstIn(List<A...>) noexcept {
+  AttributeId first = 0;
+  (void)((isLogged<A> && ((first = A::number), true)) || ...);
+  return first;
+}
+
+template <class... A>
+constexpr AttributeId behindIn(List<A...>, AttributeId number) noexcept {
+  AttributeId behind = 0;
+  (void)((isLogged<A> && A::number > number && ((behind = A::number), true)) || ...);
+  return behind;
+}
+
+}  // namespace detail
+
+/// The bit of an attribute.
+template <class Attr, class A>
+inline constexpr U32 logSlot = detail::loggedBelow(typename Attr::All{}, A::number) + 1;
+
+/// The first attribute of a type that is logged; those below are the framework's.
+template <class Attr>
+inline constexpr AttributeId firstLogged = detail::firstIn(typename Attr::All{});
+
+/// The one behind an attribute, 0 for none.
+template <class Attr, class A>
+inline constexpr AttributeId loggedBehind = detail::behindIn(typename Attr::All{}, A::number);
+
+}  // namespace Vek

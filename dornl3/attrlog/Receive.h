@@ -1,0 +1,102 @@
+// Receive: applies a record to its entity, through the ordinary setters: all reactors and all other logs hear of it, only
+// the adapter that it came to stays silent. Everything is read before anything is touched.
+// Thread: the entity's. Re-entrancy: reactors may do anything; another record on the same adapter is refused meanwhile.
+#pragma once
+
+#include "dornl3/attrlog/Walk.h"
+#include "dornl3/frame/CollectionFrame.h"
+#include "dornl3/platform/attrlog/InboundRecord.h"
+
+namespace Vek {
+
+namespace detail {
+
+template <class A, class Sa>
+void receiveScalar(Sa& adapter, InboundRecord const& record) {
+  auto const value = nextField<typename A::Value>(record.in());
+  if (!record.applies()) {
+    (adapter.*A::logHandler)();
+    return;
+  }
+  record.decoded();
+  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  WritePass const pass{entity};
+  scalarIs<A>(entity, value);
+}
+
+/// Keeps a member from the sweep that follows, however the scope ends. On an owner nothing is swept, and a mark there is
+/// that of a mount upstream, which its peer has not mentioned yet.
+template <class A>
+class Mentioned {
+ public:
+  Mentioned(StreamAdapter const& adapter, typename A::Owner& entity, typename A::Key const& key) noexcept
+      : adapter_(adapter), entity_(entity), key_(key) {}
+  Mentioned(Mentioned const&) = delete;
+  Mentioned& operator=(Mentioned const&) = delete;
+  ~Mentioned() {
+    if (adapter_.side() == StreamAdapter::Side::owner) return;
+    if (auto* const member = A::field(entity_)[key_]) member->vekMarkedForDeletionIs(false);
+  }
+
+ private:
+  StreamAdapter const& adapter_;
+  typename A::Owner& entity_;
+  typename A::Key const& key_;
+};
+
+template <class A, class Sa>
+void receiveKey(Sa& adapter, InboundRecord const& record, bool deleted) {
+  using Key = typename A::Key;
+  Key const key = nextField<Key>(record.in());
+  auto const value = deleted ? typename A::Value{} : nextValue<typename A::Value>(record.in());
+  if (!record.applies()) {
+    (adapter.*A::logHandler)(key);
+    return;
+  }
+  record.decoded();
+  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  WritePass const pass{entity};
+  if (deleted) {
+    collectionDel<A>(entity, key);
+  } else {
+    Mentioned<A> const mentioned{adapter, entity, key};
+    collectionIs<A>(entity, key, value);
+  }
+}
+
+template <class A, class Sa>
+[[nodiscard]] bool receiveAttribute(Sa& adapter, InboundRecord const& record, bool negative) {
+  if constexpr (holdsValuesByKey<A>) {
+    receiveKey<A>(adapter, record, negative);
+    return true;
+  } else if constexpr (isScalarRecord<A>) {
+    if (negative) return false;
+    receiveScalar<A>(adapter, record);
+    return true;
+  } else {
+    return false;
+  }
+}
+
+}  // namespace detail
+
+/// See StreamAdapter::handleAttrDeserialization.
+template <class Attr, class Sa>
+void receiveRecord(Sa& adapter, int attr, StreamAdapter::DeserializationOptions options, U32 length,
+                   Ptr<NboAttrLog::In> const& in) {
+  InboundRecord const record{adapter, attr, in};
+  if (!record) return;
+  if (attr == NboAttrLog::syncModeRecord) {
+    adapter.receiveSyncMode(record.in());
+    return;
+  }
+  bool known = false;
+  bool const negative = attr < 0;
+  AttributeId const number = negative ? AttributeId{0} - static_cast<AttributeId>(attr) : static_cast<AttributeId>(attr);
+  visit(typename Attr::All{}, number, [&](auto attribute) {
+    known = detail::receiveAttribute<decltype(attribute)>(adapter, record, negative);
+  });
+  if (!known) adapter.doBaseVekNboAttrLogSaMsg(attr, options, length, in);
+}
+
+}  // namespace Vek

@@ -1,0 +1,66 @@
+// ValueWire: the wire form of values. The fields stand one behind the other, in the order of the attributes, with nothing
+// between them.
+// A peer with an older schema sends fewer fields: what it does not send keeps its default. One with a newer schema sends
+// more: the rest of the record is passed over.
+#pragma once
+
+#include "dornl3/frame/Attribute.h"
+#include "dornl3/platform/attrlog/In.h"
+
+namespace Vek {
+
+/// Reads a field, key or value of that type. Throws ShortRecordException, and what the type throws for a value that it
+/// does not take.
+template <class V>
+[[nodiscard]] V nextField(NboAttrLog::In& in) {
+  if constexpr (std::is_same_v<V, bool>) {
+    return in.nextbool();
+  } else if constexpr (std::is_same_v<V, U8>) {
+    return in.nextU8();
+  } else if constexpr (std::is_same_v<V, U32>) {
+    return in.nextU32();
+  } else if constexpr (std::is_same_v<V, U64>) {
+    return in.nextU64();
+  } else if constexpr (std::is_same_v<V, Seconds>) {
+    return in.nextSeconds();
+  } else if constexpr (std::is_same_v<V, String8>) {
+    return in.nextString();
+  } else if constexpr (std::is_same_v<V, Name>) {
+    return Name(in.nextString());
+  } else if constexpr (std::is_constructible_v<V, NboAttrLog::In*, StreamBogon>) {
+    return V(&in, StreamBogon{});
+  } else {
+    return V(in.nextU16());
+  }
+}
+
+/// Reads the fields of a value that holds its defaults, as far as the record goes.
+template <class Attr, class X>
+void readValueFields(X& value, NboAttrLog::In& in) {
+  forEach(typename Attr::All{}, [&](auto attribute) {
+    using A = decltype(attribute);
+    if (!in.isAtLimit()) A::field(value) = nextField<typename A::Value>(in);
+  });
+}
+
+/// Writes the fields of a value.
+template <class Attr, class X>
+NboAttrLog::OutPtr const& writeValueFields(NboAttrLog::OutPtr const& out, X const& value) {
+  forEach(typename Attr::All{}, [&](auto attribute) { out << decltype(attribute)::field(value); });
+  return out;
+}
+
+/// The value behind a key, or the default where the record ends there.
+template <class V>
+[[nodiscard]] V nextValue(NboAttrLog::In& in) {
+  return in.isAtLimit() ? V{} : nextField<V>(in);
+}
+
+/// Bytes of a scalar record where they are known ahead; 0 where they are not.
+template <class V>
+inline constexpr U32 fixedSize = std::is_same_v<V, bool>  ? 1
+                                 : std::is_same_v<V, U32> ? 4
+                                 : std::is_same_v<V, U64> ? 8
+                                                          : 0;
+
+}  // namespace Vek

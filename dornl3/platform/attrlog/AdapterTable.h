@@ -1,0 +1,61 @@
+// AdapterTable: the adapters of one connection by entity id, and the ids that this end gives out.
+// Owner: the demuxer. It is what keeps an adapter alive. Thread: the connection's.
+#pragma once
+
+#include "dornl3/core/HashMap.h"
+#include "dornl3/platform/attrlog/EntityId.h"
+
+#include <vector>
+
+namespace Vek {
+
+class StreamAdapter;
+
+namespace NboAttrLog {
+
+class AdapterTable {
+ public:
+  /// `tag` marks the ids that this end gives out; at most `most` of them at a time.
+  AdapterTable(U32 tag, U32 most);
+  ~AdapterTable();
+  AdapterTable(AdapterTable const&) = delete;
+  AdapterTable& operator=(AdapterTable const&) = delete;
+
+  /// The adapter of that id, or null.
+  [[nodiscard]] StreamAdapter* find(EntityId id) const noexcept;
+  /// Enters an adapter under an id, in the place of what stands there.
+  void enter(EntityId id, StreamAdapter& adapter);
+  /// Takes out what stands under an id; null where nothing does.
+  Ptr<StreamAdapter> take(EntityId id);
+  [[nodiscard]] bool isEmpty() const noexcept { return map_.count() == 0; }
+  /// All of them, held.
+  [[nodiscard]] std::vector<Ptr<StreamAdapter>> all() const;
+
+  /// An id that nobody has. Throws ProtocolException where the peer takes no more.
+  [[nodiscard]] EntityId newId();
+  /// What the peer allows.
+  void mostIs(U32 most) noexcept { most_ = most; }
+  [[nodiscard]] U32 tag() const noexcept { return tag_; }
+  /// Whether an id was given out by this end.
+  [[nodiscard]] bool isOurs(EntityId id) const noexcept { return id.isAssigned() && id.tag() == tag_; }
+  [[nodiscard]] U32 foreign() const noexcept { return foreign_; }
+
+  /// An even id, unique in the process, for an adapter that has none yet.
+  [[nodiscard]] static EntityId unassignedId() noexcept;
+
+ private:
+  class Place;
+  using Map = HashMap<Place, EntityId, Ptr<StreamAdapter>>;
+  void count(EntityId id, int by) noexcept;
+
+  U32 tag_;
+  U32 most_;
+  U32 ours_ = 0;
+  U32 foreign_ = 0;
+  U32 sequence_ = 0;
+  HashMap<Place, EntityId, Ptr<StreamAdapter>> map_;
+};
+
+}  // namespace NboAttrLog
+
+}  // namespace Vek

@@ -1,0 +1,40 @@
+#include "dornl3/platform/attrlog/ControlRecords.h"
+
+namespace Vek::NboAttrLog {
+
+namespace {
+
+// Opens a record of the connection, and closes it at the end of the scope.
+template <class... Field>
+void send(Out& out, int control, Field const&... fields) {
+  out.nextHeaderIs({.entityId = connectionId, .attribute = control, .variableSize = 1});
+  OutPtr const log(&out);
+  log << Vek::Connection::Out::tokenOpen;
+  (void(log << fields), ...);
+  log << Vek::Connection::Out::tokenClose;
+}
+
+}  // namespace
+
+RecordHeader RecordHeader::read(In& in) {
+  RecordHeader header;
+  header.id = in.nextEntityId();
+  header.attribute = in.nextint();
+  header.length = in.nextU32();
+  header.kind = in.nextU16();
+  header.flags = in.nextU8();
+  header.tail = in.nextU8();
+  return header;
+}
+
+void sendMount(Out& out, Name const& name, String8 const& typeName, bool writable) {
+  send(out, mountRecord, String8(name), typeName, writable);
+}
+void sendRefused(Out& out, Name const& name, String8 const& reason) {
+  send(out, refusedRecord, String8(name), reason);
+}
+void sendGone(Out& out, EntityId id) { send(out, goneRecord, id); }
+void sendAlive(Out& out) { send(out, aliveRecord); }
+void sendBye(Out& out, String8 const& reason) { send(out, byeRecord, reason); }
+
+}  // namespace Vek::NboAttrLog

@@ -1,0 +1,104 @@
+// Demuxer: what a connection knows of the entities on it: adapters by id, what comes in over several records, and whose
+// turn it is to write. Applying records is Dispatch, whose turn it is Schedule, exporting and mounting are Exports and
+// Mounts.
+// Owner: its connection. Thread: the connection's.
+#pragma once
+
+#include "dornl3/platform/attrlog/AdapterTable.h"
+#include "dornl3/platform/attrlog/Schedule.h"
+
+#include <functional>
+#include <unordered_map>
+
+namespace Vek {
+
+namespace NboAttrLog {
+
+/// The four states of a connection.
+enum ConnectionState : U32 {
+  greeting = 0,  ///< the peer has not said who it is
+  open = 1,
+  closing = 2,  ///< nothing is read or written any more
+  dead = 3,     ///< all that belonged to it has been let go
+};
+
+class Demuxer {
+ public:
+  Demuxer(Out& out, U32 tag, Limits const& limits);
+  ~Demuxer();
+  Demuxer(Demuxer const&) = delete;
+  Demuxer& operator=(Demuxer const&) = delete;
+
+  [[nodiscard]] ConnectionState state() const noexcept { return state_; }
+  void stateIs(ConnectionState state) noexcept { state_ = state; }
+  [[nodiscard]] Out& out() noexcept { return *out_; }
+
+  [[nodiscard]] AdapterTable& adapters() noexcept { return adapters_; }
+  [[nodiscard]] Schedule& schedule() noexcept { return schedule_; }
+  [[nodiscard]] Schedule const& schedule() const noexcept { return schedule_; }
+
+  /// Leaves the adapter with a flow-out of its own type, and queues it. `startAttr`: what is owed from the beginning, see
+  /// FlowOut. One that stands is replaced only by one that owes everything.
+  void createFlowOut(StreamAdapter& adapter, ConnectDesc const& desc, bool isFull, AttributeId startAttr);
+  /// Takes an adapter out: no record finds it, none is written by it. Returns it, or null.
+  Ptr<StreamAdapter> reactorDel(EntityId id);
+
+  [[nodiscard]] Ptr<FlowIn> flowIn(EntityId id) const;
+  Ptr<FlowIn> flowInIs(EntityId id);
+  void flowInDel(EntityId id);
+  [[nodiscard]] bool hasFlowIns() const noexcept { return !flowIns_.empty(); }
+
+  /// Records of peers that have been applied or passed over, the connection's own among them.
+  [[nodiscard]] U64 processed() const noexcept { return processed_; }
+  void processedInc() noexcept { ++processed_; }
+  /// How many of ours the peer has applied, as far as it has said so.
+  [[nodiscard]] U64 ackFromPeer() const noexcept { return ackFromPeer_; }
+  void ackFromPeerIs(U64 records) noexcept { ackFromPeer_ = records; }
+  /// Says how many of the peer's have been applied, if that has moved since it was last said.
+  void ackIfMoved();
+
+  /// The adapter whose record is being applied; null between records.
+  [[nodiscard]] StreamAdapter* applied() const noexcept { return applied_; }
+  void appliedIs(StreamAdapter* adapter) noexcept { applied_ = adapter; }
+
+  /// Passed over, for want of an adapter, an attribute or a field.
+  [[nodiscard]] U64 skipped() const noexcept { return skipped_; }
+  void skippedInc() noexcept { ++skipped_; }
+
+  /// Lets all go; the connection has ended.
+  void teardown() noexcept;
+
+ private:
+  Out* out_;
+  ConnectionState state_ = greeting;
+  AdapterTable adapters_;
+  Schedule schedule_;
+  std::unordered_map<U64, Ptr<FlowIn>> flowIns_;
+  U64 processed_ = 0;
+  U64 ackFromPeer_ = 0;
+  U64 ackSent_ = 0;
+  U64 skipped_ = 0;
+  StreamAdapter* applied_ = nullptr;
+};
+
+/// The demuxers of a thread, in the order in which they came. One a thread, since an entity and its adapters stay on one.
+class DemuxerManager {
+ public:
+  void demuxerIs(Demuxer& demuxer) { demuxers_.push_back(&demuxer); }
+  void demuxerDel(Demuxer& demuxer) noexcept { std::erase(demuxers_, &demuxer); }
+  /// The demuxers that stand now; a call of one may add and remove others.
+  [[nodiscard]] std::vector<Demuxer*> nboDemuxerIterator() const { return demuxers_; }
+  [[nodiscard]] bool has(Demuxer const* demuxer) const noexcept;
+
+ private:
+  std::vector<Demuxer*> demuxers_;
+};
+
+}  // namespace NboAttrLog
+
+[[nodiscard]] NboAttrLog::DemuxerManager& globalNboAttrLogDemuxerManager();
+
+/// The demuxer of an input; null when its connection has gone.
+[[nodiscard]] NboAttrLog::Demuxer* demuxFor(Ptr<NboAttrLog::In const> const& in);
+
+}  // namespace Vek

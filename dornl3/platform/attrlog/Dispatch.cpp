@@ -1,0 +1,116 @@
+#include "dornl3/platform/attrlog/Dispatch.h"
+
+#include "dornl3/platform/attrlog/Connection.h"
+#include "dornl3/platform/attrlog/EntityAdapter.h"
+
+#include <exception>
+
+namespace Vek::NboAttrLog {
+
+namespace {
+
+using Sa = Entity::VekNboAttrLogSa;
+
+void applyControl(Connection& connection, RecordHeader const& header) {
+  In& in = *connection.in();
+  switch (header.attribute) {
+  case orphanRecord:
+    if (!connection.mounts().announced(in)) connection.demuxer().skippedInc();
+    break;
+  case mountRecord: {
+    Name const name(in.nextString());
+    String8 const typeName = in.nextString();
+    bool const writable = in.nextbool();
+    connection.exports().mountRequested(name, typeName, writable ? Access::writable : Access::readOnly);
+    break;
+  }
+  case refusedRecord: {
+    Name const name(in.nextString());
+    connection.mounts().refused(name, in.nextString());
+    break;
+  }
+  case goneRecord: connection.mounts().gone(in.nextEntityId()); break;
+  case aliveRecord: break;
+  case ackRecord: {
+    U64 const records = in.nextU64();
+    if (records > connection.out()->records()) throw ProtocolException("more records applied than were written");
+    connection.demuxer().ackFromPeerIs(records);
+    break;
+  }
+  case byeRecord: throw ProtocolException(format("the peer ended the connection: %s", in.nextString().charPtr()));
+  default: connection.demuxer().skippedInc();
+  }
+}
+
+void applyMarker(Sa& adapter, In& in) {
+  auto const attr = static_cast<AttributeId>(in.nextU32());
+  U32 const type = in.nextU32();
+  U32 const argument = in.nextU32();
+  if (type > StreamAdapter::endMarker) throw ProtocolException(format("a marker of kind %u", type));
+  bool const isOwner = adapter.side() == StreamAdapter::Side::owner;
+  // A replica may not know all that its owner holds: its walk sweeps nothing here.
+  if (isOwner && type != StreamAdapter::abortMarker) throw ProtocolException("a replica that begins or ends a walk");
+  adapter.needRemoteWritable(static_cast<int>(attr));
+  in.phaseIs(In::Phase::applying);
+  adapter.handleAttrTransaction(attr, static_cast<StreamAdapter::AttrTransactionType>(type), argument);
+}
+
+void applyToEntity(Connection& connection, RecordHeader const& header, Sa& adapter) {
+  Ptr<In> const in = connection.in();
+  Demuxer& demuxer = connection.demuxer();
+  bool const isOwner = adapter.side() == StreamAdapter::Side::owner;
+  if (header.attribute == transactionRecord) {
+    applyMarker(adapter, *in);
+    return;
+  }
+  if (header.attribute == syncModeRecord && isOwner) {
+    throw ProtocolException("a replica that tells its owner how far it has come");
+  }
+  bool const crosses = isOwner && (demuxer.ackFromPeer() < adapter.lastSent() || adapter.flowOut());
+  adapter.handleAttrDeserialization(header.attribute, 0, header.length, nullptr);
+  if (header.attribute == syncModeRecord) connection.mounts().syncModeReceived(adapter);
+  if (!in->isAtLimit()) demuxer.skippedInc();  // fields of a newer peer
+  if (crosses && in->phase() == In::Phase::applying && connection.state() == open) {
+    in->positionIs(0);
+    adapter.handleAttrDeserialization(header.attribute, 0, header.length, in);
+  }
+}
+
+// The adapter whose record is applied, for those that are made meanwhile.
+class Applied {
+ public:
+  Applied(Demuxer& demuxer, StreamAdapter* adapter) noexcept : demuxer_(demuxer) { demuxer.appliedIs(adapter); }
+  Applied(Applied const&) = delete;
+  Applied& operator=(Applied const&) = delete;
+  ~Applied() { demuxer_.appliedIs(nullptr); }
+
+ private:
+  Demuxer& demuxer_;
+};
+
+}  // namespace
+
+void dispatch(Connection& connection, RecordHeader const& header) {
+  Demuxer& demuxer = connection.demuxer();
+  In const& in = *connection.in();
+  try {
+    if (header.id == connectionId) {
+      applyControl(connection, header);
+      return;
+    }
+    Ptr<Sa> const adapter = static_cast<Sa*>(demuxer.adapters().find(header.id));
+    if (!adapter || !header.id.isAssigned() || adapter->rawNotifier() == nullptr) {
+      demuxer.skippedInc();
+      return;
+    }
+    Applied const applied{demuxer, adapter.ptr()};
+    applyToEntity(connection, header, *adapter);
+  } catch (ShortRecordException const&) {
+    demuxer.skippedInc();
+  } catch (std::exception const&) {
+    if (in.phase() == In::Phase::decoding) throw;
+    demuxer.skippedInc();
+  }
+}
+
+}  // namespace Vek::NboAttrLog

@@ -1,0 +1,140 @@
+// EntityAdapter: Entity::VekNboAttrLogSa, the binding of one entity to one log, but for what depends on the entity's
+// type. Two objects make a binding: this one, and a reactor adapter that stands on the entity's list and hands each
+// change on.
+// Owner, thread, re-entrancy: see StreamAdapter.
+#pragma once
+
+#include "dornl3/platform/attrlog/MsgChannel.h"
+#include "dornl3/platform/attrlog/StreamAdapter.h"
+#include "dornl3/platform/vek/Entity.h"
+
+namespace Vek {
+
+class Entity::VekNboAttrLogSa : public StreamAdapter {
+ public:
+  class IsActiveAnchor;
+  class HandlingScheduledFlowOutAnchor;
+
+  ~VekNboAttrLogSa() override;
+
+  /// Switches both halves.
+  void hasNotificationActiveIs(bool on) override;
+  void notifierIs(Ptr<PtrInterface const> const& n) override;
+  void vekDoZombieReactors(bool mark) override;
+  void handleAttrTransaction(AttributeId attr, AttrTransactionType type, U32 arg) override;
+  /// The log could not take a change: the caller of the setter is told where it has to know, everything is owed
+  /// otherwise, and local reactors hear of the change all the same.
+  void onNotificationException(AttributeId attr) override;
+  using StreamAdapter::onNotificationException;
+  /// The entity goes: the far side is told, and the adapter leaves its log.
+  void onZeroReferences() override;
+
+  [[nodiscard]] virtual Ptr<Entity const> vekNotifierEntity() const;
+  [[nodiscard]] virtual Ptr<Entity> vekNotifierEntity();
+
+  [[nodiscard]] MsgChannel::Constrainer::VekEntry* channel() const noexcept { return channel_; }
+  [[nodiscard]] Ptr<PtrInterface::NotifieeConst> const& reactorAdapter() const noexcept { return reactorAdapter_; }
+
+  /// Whether records for this attribute are coming in just now, so that a local change of it is not sent.
+  [[nodiscard]] bool handlingFlowInFor(AttributeId attr) const;
+  /// Writes a marker.
+  void sendTransactionMarker(AttributeId attr, AttrTransactionType type, U32 arg);
+  /// Reports a write that is forbidden. `attr` is null where the types are not described.
+  [[noreturn]] void doThrowReadOnly(VekAttr const* attr) const;
+  /// A record of an attribute that the type does not know: passed over and counted.
+  void doBaseVekNboAttrLogSaMsg(int attr, DeserializationOptions options, U32 length, Ptr<NboAttrLog::In> const& in);
+
+  // The halves of the frames that depend on no type.
+
+  /// What becomes of a change at this moment.
+  enum class Turn : U8 {
+    silent,  ///< nothing: it came from this log, or the log does not want it
+    mark,    ///< it is marked in the flow-out, which stands
+    write,   ///< it is written now
+  };
+  /// Decides for a scalar, and marks it or clears its mark.
+  [[nodiscard]] Turn scalarTurn(AttributeId attr, U32 slot);
+  /// Decides for a key. The caller marks it in the flow-out, or clears its mark there.
+  [[nodiscard]] Turn keyTurn(AttributeId attr);
+  /// The first guards of a walk: false where the handler returns `answer`.
+  [[nodiscard]] bool walkMayBegin(AttributeId attr, bool& answer);
+  /// Opens a record of an attribute; the log is there. Where the far side waits for it, how much of its records has been
+  /// applied goes first.
+  [[nodiscard]] Ptr<NboAttrLog::Out> const& recordIs(int attr, U32 fixedSize, bool isVariable);
+  /// The record is written.
+  void recordClosed();
+  /// A record could not be written in the middle of a walk: a scalar's mark stands again.
+  void scalarOwed(U32 slot) noexcept;
+
+  /// One step of the walk, over a scalar: whether the walk ends here, with `next` as its answer. `behind`: the attribute
+  /// that follows, 0 for none.
+  [[nodiscard]] bool stepOverScalar(NboAttrLog::FlowOut& owed, AttributeId attr, AttributeId behind, U32 slot,
+                                    void (VekNboAttrLogSa::*handler)(), AttributeId& next);
+  /// The end of the step of a collection.
+  [[nodiscard]] bool stepEnds(NboAttrLog::FlowOut const& owed, AttributeId attr, AttributeId behind, bool done,
+                              AttributeId& next) const;
+  /// The beginning of the walk: aborts that are owed, and the framework's attributes. `first` is the type's first own
+  /// attribute. Whether the walk ends here, with `from` as its answer.
+  [[nodiscard]] bool walkEndsEarly(NboAttrLog::FlowOut* owed, AttributeId first, AttributeId& from);
+
+  /// Throws InternalException where the far side may not change the attribute.
+  void needRemoteWritable(int attr) const;
+
+  /// The flow-in of this entity where a marker is to be handled, made where it opens one.
+  void transactionHead(AttributeId attr, AttrTransactionType type);
+  /// Whether a change of sync mode begins or ends transactions here.
+  [[nodiscard]] bool modeOpensTransactions();
+  /// Begins the orphan record, up to the entity's name; the frame adds what else its constructor takes.
+  [[nodiscard]] Ptr<NboAttrLog::Out> orphanIs(char const* typeName);
+  /// Ends it.
+  void orphanClosed(Ptr<NboAttrLog::Out> const& out);
+  /// Applies a record of the sync mode.
+  void receiveSyncMode(NboAttrLog::In& in);
+
+ protected:
+  VekNboAttrLogSa(Vek_BitSet flags, U32 count, Ptr<NboAttrLog::Out> const& out, PtrInterface* owner);
+
+  /// The end of construction: the reactor adapter stands on the entity's list, this follows the entity.
+  void reactorAdapterIs(Ptr<PtrInterface::NotifieeConst> const& adapter, Ptr<Entity> const& entity);
+  /// The beginning of destruction: the reactor adapter leaves the list; it is handed to the caller.
+  [[nodiscard]] Ptr<PtrInterface::NotifieeConst> reactorAdapterDel() noexcept;
+
+ private:
+  /// Guards that all handlers begin with; false where the handler is to return.
+  [[nodiscard]] bool maySend(AttributeId attr);
+  void needWritable(AttributeId attr);
+  /// Makes a flow-out that owes nothing, for what is then marked.
+  [[nodiscard]] bool openFlowOut(AttributeId attr);
+
+  Ptr<PtrInterface::NotifieeConst> reactorAdapter_;
+  MsgChannel::Constrainer::VekEntry* channel_;
+};
+
+/// Holds entityReactorActive on an adapter while a record is applied to its entity.
+class Entity::VekNboAttrLogSa::IsActiveAnchor {
+ public:
+  IsActiveAnchor() noexcept = default;
+  IsActiveAnchor(IsActiveAnchor const&) = delete;
+  IsActiveAnchor& operator=(IsActiveAnchor const&) = delete;
+  ~IsActiveAnchor() { telIs(nullptr); }
+  /// Clears the bit on the adapter held before, and sets it on this one.
+  void telIs(VekNboAttrLogSa* adapter) noexcept;
+
+ private:
+  Ptr<VekNboAttrLogSa> adapter_;
+};
+
+/// Holds an adapter, and handlingScheduledFlowOut on it, while the walk runs. Nests.
+class Entity::VekNboAttrLogSa::HandlingScheduledFlowOutAnchor {
+ public:
+  explicit HandlingScheduledFlowOutAnchor(VekNboAttrLogSa& adapter) noexcept;
+  HandlingScheduledFlowOutAnchor(HandlingScheduledFlowOutAnchor const&) = delete;
+  HandlingScheduledFlowOutAnchor& operator=(HandlingScheduledFlowOutAnchor const&) = delete;
+  ~HandlingScheduledFlowOutAnchor();
+
+ private:
+  Ptr<VekNboAttrLogSa> adapter_;
+  bool before_;
+};
+
+}  // namespace Vek

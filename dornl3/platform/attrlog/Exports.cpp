@@ -1,0 +1,87 @@
+#include "dornl3/platform/attrlog/Exports.h"
+
+#include "dornl3/core/Throwers.h"
+#include "dornl3/platform/attrlog/Connection.h"
+#include "dornl3/platform/attrlog/ControlRecords.h"
+#include "dornl3/platform/attrlog/EntityAdapter.h"
+
+#include <algorithm>
+
+namespace Vek::NboAttrLog {
+
+void Exports::exportIs(Ptr<Entity> const& entity, Access access, Delivery delivery) {
+  if (!entity->isRoot() || !entity->vekHasAttrLogInterface()) {
+    throwInternalException(format("%s cannot be exported: only entities without parent are", entity->fullName().charPtr()));
+  }
+  Export& exported = exports_[entity->name()];
+  exported = {entity, access, delivery};
+  auto const wanted = std::find_if(waiting_.begin(), waiting_.end(),
+                                   [&entity](Request const& request) { return request.name == entity->name(); });
+  if (wanted == waiting_.end()) return;
+  Request const request = *wanted;
+  waiting_.erase(wanted);
+  announce(exported, request);
+}
+
+void Exports::exportDel(Name const& name) {
+  auto const at = exports_.find(name);
+  if (at == exports_.end()) return;
+  Ptr<Entity> const entity = at->second.entity;
+  exports_.erase(at);
+  Ptr<Out> const out = connection_.out();
+  Ptr<Entity::VekNboAttrLogSa> const adapter = entity->vekNboAttrLogSa(out);
+  if (!adapter) return;
+  if (out->bufferFlag()) sendGone(*out, adapter->entityId());
+  adapter->notifierIs(nullptr);
+  connection_.demuxer().reactorDel(adapter->entityId());
+}
+
+void Exports::mountRequested(Name const& name, String8 const& typeName, Access access) {
+  auto const at = exports_.find(name);
+  if (at != exports_.end()) {
+    Export const exported = at->second;
+    announce(exported, {name, typeName, access});
+  } else if (waiting_.size() >= connection_.settings().limits.waitingMounts) {
+    sendRefused(*connection_.out(), name, "too many mounts wait for an entity that is not there");
+  } else {
+    std::erase_if(waiting_, [&name](Request const& request) { return request.name == name; });
+    waiting_.push_back({name, typeName, access});
+  }
+}
+
+void Exports::announce(Export const& exported, Request const& request) {
+  Ptr<Out> const out = connection_.out();
+  Entity& entity = *exported.entity;
+  String8 const typeName(entity.fwkType()->fullName());
+  if (!(typeName == request.typeName)) {
+    sendRefused(*out, request.name,
+                format("it is a %s, not a %s", typeName.charPtr(), request.typeName.charPtr()));
+    return;
+  }
+  if (request.access == Access::writable && exported.access == Access::readOnly) {
+    sendRefused(*out, request.name, "it may be mounted read-only");
+    return;
+  }
+  if (entity.vekNboAttrLogSa(out)) {
+    sendRefused(*out, request.name, "it is mounted over this connection already");
+    return;
+  }
+  U32 flags = StreamAdapter::weakAdapter;
+  if (request.access == Access::readOnly) flags |= StreamAdapter::readOnlyRemote;
+  if (exported.delivery == Delivery::conflated) flags |= StreamAdapter::flowOutForced;
+  auto const adapter = entity.vekNboAttrLogSaIs(PtrInterface::NotifieeConst::Vek_BitSet(flags), 1, out, nullptr);
+  adapter->sideIs(StreamAdapter::Side::owner);
+  try {
+    adapter->doAssignEntityId();
+  } catch (ProtocolException const& error) {
+    adapter->notifierIs(nullptr);
+    connection_.demuxer().reactorDel(adapter->entityId());
+    sendRefused(*out, request.name, error.message());
+    return;
+  }
+  adapter->doSerializeOrphan();
+}
+
+void Exports::ended() noexcept { waiting_.clear(); }
+
+}  // namespace Vek::NboAttrLog

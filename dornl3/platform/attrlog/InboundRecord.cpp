@@ -1,0 +1,22 @@
+#include "dornl3/platform/attrlog/InboundRecord.h"
+
+#include "dornl3/core/Throwers.h"
+
+namespace Vek {
+
+InboundRecord::InboundRecord(Sa& adapter, int attr, Ptr<NboAttrLog::In> const& in)
+    : adapter_(&adapter), entity_(adapter.vekNotifierEntity()), input_(in), applies_(!in) {
+  if (!input_ && adapter.nboAttrLogOut() != nullptr) input_ = adapter.boundLog()->reverseLog();
+  if (!input_ || !entity_) {
+    input_ = nullptr;
+    return;
+  }
+  if (!applies_) return;
+  if (adapter.hasFlag(StreamAdapter::entityReactorActive)) {
+    throwInternalException("entity reactor is already active");
+  }
+  active_.telIs(&adapter);
+  adapter.needRemoteWritable(attr);
+}
+
+}  // namespace Vek

@@ -1,0 +1,37 @@
+// InboundRecord: the frame around one record that an adapter handles: what is checked before, and put right after.
+#pragma once
+
+#include "dornl3/platform/attrlog/EntityAdapter.h"
+#include "dornl3/platform/attrlog/WriteGuard.h"
+
+namespace Vek {
+
+class InboundRecord {
+ public:
+  using Sa = Entity::VekNboAttrLogSa;
+
+  /// `in`: as in StreamAdapter::handleAttrDeserialization. Throws InternalException where another record is being applied
+  /// on the adapter, and where the far side may not write.
+  InboundRecord(Sa& adapter, int attr, Ptr<NboAttrLog::In> const& in);
+  InboundRecord(InboundRecord const&) = delete;
+  InboundRecord& operator=(InboundRecord const&) = delete;
+  ~InboundRecord() = default;
+
+  /// Whether there is anything to read from.
+  explicit operator bool() const noexcept { return static_cast<bool>(input_); }
+  [[nodiscard]] NboAttrLog::In& in() const noexcept { return *input_; }
+  /// Whether the record is applied, and not passed over for the present value to be sent.
+  [[nodiscard]] bool applies() const noexcept { return applies_; }
+  /// All of it is read: what follows touches the entity.
+  void decoded() const noexcept { input_->phaseIs(NboAttrLog::In::Phase::applying); }
+  [[nodiscard]] Ptr<Entity> const& entity() const noexcept { return entity_; }
+
+ private:
+  Ptr<Sa> const adapter_;
+  Ptr<Entity> const entity_;
+  Ptr<NboAttrLog::In> input_;
+  bool const applies_;
+  Sa::IsActiveAnchor active_;
+};
+
+}  // namespace Vek

@@ -1,0 +1,160 @@
+#include "dornl3/platform/attrlog/Mounts.h"
+
+#include "dornl3/platform/attrlog/Connection.h"
+#include "dornl3/platform/attrlog/ControlRecords.h"
+#include "dornl3/platform/attrlog/EntityAdapter.h"
+
+#include <algorithm>
+
+namespace Vek::NboAttrLog {
+
+Mount::Mount(Name name, VekType const& type, Access access, Ptr<Dir> dir)
+    : name_(std::move(name)), type_(type), access_(access), dir_(std::move(dir)) {}
+
+Mount::~Mount() = default;
+
+Ptr<Entity> Mount::writableEntity() const {
+  if (access_ == Access::readOnly) {
+    throw ReadOnlyException(format("%s is mounted read-only. Mount it writable to change it.", name_.charPtr()));
+  }
+  return entity_;
+}
+
+void Mount::guardIs() noexcept {
+  if (entity_) entity_->vekWriteGuardIs(access_ == Access::readOnly || state_ != Dir::inStep);
+}
+
+void Mount::stateIs(Dir::State state) {
+  if (state == state_) return;
+  state_ = state;
+  guardIs();
+  if (Ptr<Dir::Entry> const entry = dir_->entry(name_); entry && entry->entity() == entity_) entry->stateIs(state);
+  if (whenChanged_) whenChanged_(*this);
+}
+
+Ptr<Mount> Mounts::find(Name const& name) const {
+  auto const at = std::find_if(mounts_.begin(), mounts_.end(), [&name](auto const& m) { return m->name() == name; });
+  return at == mounts_.end() ? Ptr<Mount>{} : *at;
+}
+
+Ptr<Mount> Mounts::find(StreamAdapter const& adapter) const {
+  auto const at = std::find_if(mounts_.begin(), mounts_.end(), [&adapter](auto const& mount) {
+    return mount->entity_ && mount->entity_.ptr() == adapter.rawNotifier();
+  });
+  return at == mounts_.end() ? Ptr<Mount>{} : *at;
+}
+
+void Mounts::mountIs(Ptr<Mount> const& mount) {
+  mounts_.push_back(mount);
+  mount->refusal_ = {};
+  if (connection_.state() == open) request(*mount);
+}
+
+void Mounts::mountDel(Mount& mount) {
+  Ptr<Mount> const held(&mount);
+  if (std::erase(mounts_, &mount) == 0 || !mount.entity_) return;
+  if (auto const adapter = mount.entity_->vekNboAttrLogSa(connection_.out())) {
+    adapter->notifierIs(nullptr);
+    connection_.demuxer().reactorDel(adapter->entityId());
+  }
+  mount.stateIs(Dir::stale);
+}
+
+void Mounts::request(Mount const& mount) {
+  sendMount(*connection_.out(), mount.name(), String8(mount.type().fullName()), mount.access() == Access::writable);
+}
+
+void Mounts::opened() {
+  for (Ptr<Mount> const& mount : mounts_) request(*mount);
+}
+
+void Mounts::ended() noexcept {
+  for (Ptr<Mount> const& mount : std::vector<Ptr<Mount>>(std::exchange(mounts_, {}))) {
+    try {
+      if (mount->state_ != Dir::neverSynced) mount->stateIs(Dir::stale);
+    } catch (std::exception const&) {
+      // Whoever waits for the mount finds its state.
+    }
+  }
+}
+
+bool Mounts::announced(In& in) {
+  String8 typeName;
+  EntityId id;
+  U32 arguments = 0;
+  while (!in.isAtLimit()) {
+    U8 const section = in.nextU8();
+    U32 const length = in.nextU32();
+    U32 const begin = in.position();
+    if (length > in.left()) throw ProtocolException("a part of a record that is longer than the record");
+    if (section == typeSection) typeName = in.nextString();
+    if (section == argumentsSection) arguments = begin;
+    if (section == idSection) id = in.nextEntityId();
+    in.positionIs(begin + length);
+  }
+  if (arguments == 0) throw ProtocolException("an entity that is announced without a name");
+  if (!id.isAssigned() || id.tag() != connection_.peerTag()) {
+    throw ProtocolException("an entity that is announced under an id that is not the peer's");
+  }
+  in.positionIs(arguments);
+  Name const name(in.nextString());
+  Ptr<Mount> const mount = find(name);
+  if (!mount || !(typeName == String8(mount->type().fullName()))) return false;
+  AdapterTable const& adapters = connection_.demuxer().adapters();
+  StreamAdapter const* const holder = adapters.find(id);
+  if (holder != nullptr && (!mount->entity_ || holder->rawNotifier() != mount->entity_.ptr())) {
+    throw ProtocolException("an entity id that another entity has");
+  }
+  if (adapters.foreign() >= connection_.settings().limits.entities) {
+    throw ProtocolException("more entities than this end takes");
+  }
+
+  Ptr<Entity> entity = mount->dir_->entity(name);
+  if (!entity || entity->fwkType() != &mount->type()) {
+    in.positionIs(arguments);
+    entity = mount->type().newEntity(connection_.in(), {}, 1, nullptr);
+    in.phaseIs(In::Phase::applying);
+    mount->dir_->entryIs(entity);
+  }
+  in.phaseIs(In::Phase::applying);
+  mount->entity_ = entity;
+  mount->lastWord_ = connection_.now();
+  U32 flags = StreamAdapter::weakAdapter;
+  if (mount->access() == Access::readOnly) flags |= StreamAdapter::readOnlyLocal;
+  Ptr<Entity::VekNboAttrLogSa> const adapter = entity->vekNboAttrLogSaIs(
+      PtrInterface::NotifieeConst::Vek_BitSet(flags), 1, connection_.out(), nullptr);
+  adapter->sideIs(StreamAdapter::Side::replica);
+  adapter->doEntityIdIs(id, connection_.demuxer(), true);
+  mount->guardIs();
+  mount->stateIs(Dir::syncing);
+  return true;
+}
+
+void Mounts::refused(Name const& name, String8 const& reason) {
+  Ptr<Mount> const mount = find(name);
+  if (!mount) return;
+  mount->refusal_ = reason;
+  if (mount->whenChanged_) mount->whenChanged_(*mount);
+}
+
+void Mounts::gone(EntityId id) {
+  Ptr<StreamAdapter> const adapter = connection_.demuxer().adapters().find(id);
+  if (!adapter || adapter->side() != StreamAdapter::Side::replica) return;
+  Ptr<Mount> const mount = find(*adapter);
+  adapter->notifierIs(nullptr);
+  connection_.demuxer().reactorDel(id);
+  if (mount) mount->stateIs(Dir::stale);
+}
+
+void Mounts::syncModeReceived(StreamAdapter const& adapter) {
+  if (Ptr<Mount> const mount = find(adapter)) {
+    mount->lastWord_ = connection_.now();
+    mount->stateIs(adapter.syncMode() == StreamAdapter::inStep ? Dir::inStep : Dir::syncing);
+  }
+}
+
+void Mounts::heard(StreamAdapter const& adapter) {
+  if (Ptr<Mount> const mount = find(adapter)) mount->lastWord_ = connection_.now();
+}
+
+}  // namespace Vek::NboAttrLog

@@ -1,0 +1,105 @@
+// Mounts: entities of another process, kept in step here. A Mount is what a process wants: an entity of a name and type,
+// in a directory. Connections come and go; the entity that was made for a mount stays and is brought in step again, and
+// reactors on it hear only of what is different then.
+// Owner: a Mount belongs to whoever made it; the connection holds those that were given to it. Thread: the connection's.
+#pragma once
+
+#include "dornl3/platform/attrlog/EntityId.h"
+#include "dornl3/platform/attrlog/Exports.h"
+#include "dornl3/platform/vek/Dir.h"
+
+#include <functional>
+#include <vector>
+
+namespace Vek {
+
+class StreamAdapter;
+
+namespace NboAttrLog {
+
+class In;
+
+class Mount final : public PtrInterface {
+ public:
+  Mount(Name name, VekType const& type, Access access, Ptr<Dir> dir);
+  ~Mount() override;
+
+  [[nodiscard]] Name const& name() const noexcept { return name_; }
+  [[nodiscard]] VekType const& type() const noexcept { return type_; }
+  [[nodiscard]] Access access() const noexcept { return access_; }
+
+  /// How far it has come.
+  [[nodiscard]] Dir::State state() const noexcept { return state_; }
+  /// When the owner was last heard, on the connection's clock; 0 before the first word.
+  [[nodiscard]] double lastWord() const noexcept { return lastWord_; }
+  /// Why the owner will not have it; empty where it does.
+  [[nodiscard]] String8 const& refusal() const noexcept { return refusal_; }
+  /// Called after state or refusal has changed. It may do anything but drop the mount's last reference.
+  void whenChangedIs(std::function<void(Mount&)> call) { whenChanged_ = std::move(call); }
+
+  /// The entity, to read; null until the owner has announced it.
+  [[nodiscard]] Ptr<Entity const> entity() const noexcept { return entity_; }
+  /// The entity, to change. Throws ReadOnlyException on a read-only mount.
+  [[nodiscard]] Ptr<Entity> writableEntity() const;
+
+ private:
+  friend class Mounts;
+  void stateIs(Dir::State state);
+  void guardIs() noexcept;
+
+  Name const name_;
+  VekType const& type_;
+  Access const access_;
+  Ptr<Dir> const dir_;
+  Dir::State state_ = Dir::neverSynced;
+  double lastWord_ = 0;
+  String8 refusal_;
+  std::function<void(Mount&)> whenChanged_;
+  Ptr<Entity> entity_;
+};
+
+class Mounts {
+ public:
+  explicit Mounts(Connection& connection) noexcept : connection_(connection) {}
+  Mounts(Mounts const&) = delete;
+  Mounts& operator=(Mounts const&) = delete;
+
+  /// Asks the peer for it, now or as soon as the connection is open.
+  void mountIs(Ptr<Mount> const& mount);
+  /// Wants it no longer; the entity stays as it is, in its directory.
+  void mountDel(Mount& mount);
+
+  // What the connection hears of them.
+  void opened();
+  void ended() noexcept;
+  /// An entity is announced. The input stands at the payload of an orphan record. Whether anybody asked for it.
+  bool announced(In& in);
+  void refused(Name const& name, String8 const& reason);
+  void gone(EntityId id);
+  /// The owner has told how far an entity has come.
+  void syncModeReceived(StreamAdapter const& adapter);
+  void heard(StreamAdapter const& adapter);
+
+ private:
+  [[nodiscard]] Ptr<Mount> find(Name const& name) const;
+  [[nodiscard]] Ptr<Mount> find(StreamAdapter const& adapter) const;
+  void request(Mount const& mount);
+
+  Connection& connection_;
+  std::vector<Ptr<Mount>> mounts_;
+};
+
+/// The entity of a mount as what it is, to read; null until it is there.
+template <class X>
+[[nodiscard]] Ptr<X const> mounted(Mount const& mount) {
+  return ptrCast<X const>(mount.entity());
+}
+/// The same, to change. Throws ReadOnlyException on a read-only mount.
+template <class X>
+[[nodiscard]] Ptr<X> mountedWritable(Mount const& mount) {
+  return ptrCast<X>(mount.writableEntity());
+}
+
+}  // namespace NboAttrLog
+
+}  // namespace Vek

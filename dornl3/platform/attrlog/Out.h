@@ -1,0 +1,190 @@
+// Out: the output half of a connection: records, written straight into the bytes that wait to be sent.
+// A record is a header and a payload between two tokens. It begins with nextHeaderIs() and nobody sees it until its
+// closing token is written: a record that is left in the middle, by an exception say, is dropped by the next one.
+// Bounded: a record is begun only where hasSufficientBuffer() says that there is room, and then may go beyond the limit
+// by its own length. One whose payload is longer than the peer takes is dropped whole and counted, and the connection
+// goes on: whoever wrote it must treat it as sent, or it would come back for ever.
+// Owner: its connection, and each adapter that writes to it. Thread: the connection's.
+#pragma once
+
+#include "dornl3/platform/attrlog/ByteQueue.h"
+#include "dornl3/platform/attrlog/EntityId.h"
+#include "dornl3/platform/attrlog/Wire.h"
+#include "dornl3/core/Name.h"
+#include "dornl3/core/Ptr.h"
+
+#include <bit>
+#include <type_traits>
+
+namespace Vek {
+
+namespace NboAttrLog {
+class Demuxer;
+class In;
+class Connection;
+}  // namespace NboAttrLog
+
+/// A duplex stream to one peer, by its two halves.
+class Connection : public PtrInterface {
+ public:
+  class In;
+  class Out;
+};
+
+class Connection::Out : public PtrInterface {
+ public:
+  enum TransactToken : U8 { tokenOpen = 1, tokenClose = 3 };
+};
+
+namespace NboAttrLog {
+
+/// What opens a record.
+struct MsgHeader {
+  EntityId entityId;
+  int attribute = 0;       ///< the attribute's number; below 0 what it names is gone
+  U8 variableSize = 0;     ///< 1: the payload's size is not known ahead
+  U32 payloadSize = 0;     ///< in bytes without the tokens, where variableSize is 0
+  U32 recordKind = plainRecord;
+  U8 headerTail = 0;
+};
+
+class Out : public Vek::Connection::Out {
+ public:
+  Out(Connection* connection, Limits const& limits) noexcept : connection_(connection), limits_(limits) {}
+  ~Out() override;
+
+  /// Opens a record. One that stands open is dropped.
+  void nextHeaderIs(MsgHeader const& header);
+  /// Opens a part of the payload; the part before it ends there.
+  void currentPayloadSectionIs(PayloadSection section);
+  void tokenIs(TransactToken token) { token == tokenOpen ? putByte(token) : closeRecord(); }
+
+  /// Whether the connection takes records.
+  [[nodiscard]] bool bufferFlag() const noexcept { return bufferFlag_; }
+  /// Whether there is room for one more ordinary record. An empty log always has room.
+  [[nodiscard]] bool hasSufficientBuffer() const noexcept {
+    return bufferFlag_ && (unsent() == 0 || freeSpace() >= maxMessageSize());
+  }
+  /// Bytes that a text may take.
+  [[nodiscard]] U32 freeSpace() const noexcept {
+    if (!bufferFlag_) return 0;
+    std::size_t const waiting = unsent();
+    if (waiting == 0) return limits_.outBytes > maxMessageSize() ? limits_.outBytes : maxMessageSize();
+    return waiting < limits_.outBytes ? static_cast<U32>(limits_.outBytes - waiting) : 0;
+  }
+  /// The longest piece of a text.
+  [[nodiscard]] virtual U32 maxMessageSize() const noexcept { return limits_.messageBytes; }
+
+  /// The input half of the same connection; null when the connection has gone.
+  [[nodiscard]] Ptr<In> reverseLog() const;
+  /// The connection's demuxer; null when the connection has gone.
+  [[nodiscard]] Demuxer* demuxer() const noexcept { return demuxer_; }
+  [[nodiscard]] Connection* connection() const noexcept { return connection_; }
+  [[nodiscard]] Name const& peerName() const noexcept { return peerName_; }
+
+  /// Records closed so far, the connection's own among them.
+  [[nodiscard]] U64 records() const noexcept { return records_; }
+  /// Records that were longer than the peer takes.
+  [[nodiscard]] U64 droppedRecords() const noexcept { return droppedRecords_; }
+  /// Whether the record closed last was one of them.
+  [[nodiscard]] bool droppedLast() const noexcept { return droppedLast_; }
+  /// Bytes of closed records, since the beginning.
+  [[nodiscard]] U64 written() const noexcept { return written_; }
+  /// Bytes of closed records that wait.
+  [[nodiscard]] std::size_t unsent() const noexcept { return isOpen_ ? recordStart_ : bytes_.size(); }
+  [[nodiscard]] std::string_view view() const noexcept { return bytes_.view().substr(0, unsent()); }
+
+  /// The first bytes have gone.
+  void sent(std::size_t count) noexcept;
+
+  // Fields of the payload.
+  void putByte(U8 byte) { *static_cast<U8*>(space(1)) = byte; }
+  template <class T>
+  void putInteger(T value) {
+    static_assert(std::is_unsigned_v<T> && std::endian::native == std::endian::little);
+    T const swapped = sizeof(T) == 2   ? static_cast<T>(__builtin_bswap16(static_cast<unsigned short>(value)))
+                      : sizeof(T) == 4 ? static_cast<T>(__builtin_bswap32(static_cast<U32>(value)))
+                                       : static_cast<T>(__builtin_bswap64(value));
+    std::memcpy(space(sizeof(T)), &swapped, sizeof(T));
+  }
+  void putId(EntityId id) { id.write(static_cast<char*>(space(8))); }
+  void putBytes(std::string_view bytes);
+
+ private:
+  friend class Connection;
+
+  // What goes behind the payload's limit is not kept.
+  void* space(std::size_t count) {
+    payload_ += count;
+    if (payload_ > mostPayload()) [[unlikely]]
+      return spare(count);
+    char* const to = bytes_.room(count);
+    bytes_.extend(count);
+    return to;
+  }
+  [[nodiscard]] std::size_t mostPayload() const noexcept { return std::size_t{limits_.recordBytes} + 1; }
+  [[nodiscard]] void* spare(std::size_t count) noexcept;
+  void endSection() noexcept;
+  void closeRecord();
+
+  ByteQueue bytes_;
+  Connection* connection_;  // null when it has gone
+  Demuxer* demuxer_ = nullptr;
+  bool bufferFlag_ = false;
+  bool isOpen_ = false;
+  bool isVariable_ = false;
+  bool droppedLast_ = false;
+  U32 expected_ = 0;              // payload of a record of fixed size
+  std::size_t recordStart_ = 0;   // of the open record, from the front of bytes_
+  std::size_t sectionStart_ = 0;  // of its open part; 0 without one
+  std::size_t payload_ = 0;       // bytes behind its header, the opening token among them
+  U64 records_ = 0;
+  U64 written_ = 0;
+  U64 droppedRecords_ = 0;
+  Limits limits_;
+  Name peerName_;
+  char spare_[16] = {};
+};
+
+using OutPtr = Ptr<Out>;
+
+inline OutPtr const& operator<<(OutPtr const& out, Vek::Connection::Out::TransactToken token) {
+  out->tokenIs(token);
+  return out;
+}
+inline OutPtr const& operator<<(OutPtr const& out, bool value) {
+  out->putByte(value ? 1 : 0);
+  return out;
+}
+inline OutPtr const& operator<<(OutPtr const& out, unsigned char value) {
+  out->putByte(value);
+  return out;
+}
+inline OutPtr const& operator<<(OutPtr const& out, unsigned short value) {
+  out->putInteger(value);
+  return out;
+}
+inline OutPtr const& operator<<(OutPtr const& out, unsigned int value) {
+  out->putInteger(value);
+  return out;
+}
+inline OutPtr const& operator<<(OutPtr const& out, unsigned long long const& value) {
+  out->putInteger(value);
+  return out;
+}
+/// Seconds: the bits of the double.
+inline OutPtr const& operator<<(OutPtr const& out, double const& value) {
+  out->putInteger(std::bit_cast<unsigned long long>(value));
+  return out;
+}
+/// A text: its length in four bytes, and its bytes.
+OutPtr const& operator<<(OutPtr const& out, String8 text);
+inline OutPtr const& operator<<(OutPtr const& out, Name const& name) { return out << String8(name); }
+inline OutPtr const& operator<<(OutPtr const& out, EntityId const& id) {
+  out->putId(id);
+  return out;
+}
+
+}  // namespace NboAttrLog
+
+}  // namespace Vek

@@ -1,0 +1,81 @@
+// LawScript: random histories of a toy and a box that live at one end and are mounted at the other, and what must hold
+// after each: the replica has the owner's digest, and none of its reactors heard of anything that had not changed.
+#pragma once
+
+#include "tests/attrlog/LogPair.h"
+#include "tests/frame/Toy.h"
+
+#include <map>
+#include <ostream>
+#include <vector>
+
+namespace LogTest {
+
+/// One act of a history. `who`: the owner, or the replica where there is one that may write.
+struct Act {
+  enum Kind {
+    size,
+    broken,
+    played,
+    place,
+    counts,
+    countsDel,
+    countsDelAll,
+    faps,
+    wanted,
+    wantedDel,
+    notes,
+    notesDel,
+    vlans,
+    step,    ///< each end acts once
+    settle,  ///< until there is nothing to do
+    cut,     ///< the connection breaks, and another takes its place
+    end
+  };
+  Kind kind;
+  bool byReplica;
+  Vek::U32 key;
+  Vek::U32 value;
+};
+
+std::ostream& operator<<(std::ostream& os, Act const& act);
+
+struct LawOptions {
+  PairOptions pair;
+  Access access = Access::readOnly;
+};
+
+/// Plays histories.
+class LawScript {
+ public:
+  explicit LawScript(LawOptions const& options);
+  ~LawScript();
+  LawScript(LawScript const&) = delete;
+  LawScript& operator=(LawScript const&) = delete;
+
+  void play(std::vector<Act> const& acts);
+  /// What does not hold after all has come to rest; empty where all does.
+  [[nodiscard]] std::string complaint();
+
+ private:
+  template <class X>
+  class Watcher;
+
+  void bind();
+  void act(Act const& act);
+  static void change(Toys::Toy& toy, Toys::ToyBox& box, Act const& act);
+  void watch();
+
+  LawOptions options_;
+  LogPair pair_;
+  Vek::Ptr<Vek::Dir> dir_ = Vek::make<Vek::Dir>();
+  Vek::Ptr<Toys::Toy> toy_ = Toys::toyFactory("toy");
+  Vek::Ptr<Toys::ToyBox> box_ = Toys::toyBoxFactory("box");
+  Vek::Ptr<Mount> toyMount_;
+  Vek::Ptr<Mount> boxMount_;
+  class Ears;
+  std::unique_ptr<Ears> ears_;
+  std::string heard_;  // the first complaint of a reactor
+};
+
+}  // namespace LogTest

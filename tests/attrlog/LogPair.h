@@ -1,0 +1,128 @@
+// LogPair: two ends of a connection in one process, on a clock that the test moves.
+#pragma once
+
+#include "dornl3/platform/attrlog/Connection.h"
+#include "dornl3/platform/attrlog/EntityAdapter.h"
+#include "dornl3/platform/attrlog/MemoryTransport.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+namespace LogTest {
+
+using Vek::NboAttrLog::Access;
+using Vek::NboAttrLog::Connection;
+using Vek::NboAttrLog::MemoryTransport;
+using Vek::NboAttrLog::Mount;
+
+/// Time and chance of a test: both are what it says.
+struct World {
+  double now = 1000;
+  Vek::U32 lastRandom = 0;
+
+  [[nodiscard]] Vek::NboAttrLog::Clock clock() {
+    return [this] { return now; };
+  }
+  [[nodiscard]] Vek::NboAttrLog::Random random() {
+    return [this] { return lastRandom += 0x01000193; };
+  }
+};
+
+/// One end: a transport and a connection.
+struct End {
+  End(World& world, Connection::Settings const& settings, std::size_t capacity, std::size_t slice) {
+    transport.capacityIs(capacity);
+    transport.sliceIs(slice);
+    connection = Vek::make<Connection>(settings, transport, world.clock(), world.random());
+  }
+  MemoryTransport transport;
+  Vek::Ptr<Connection> connection;
+};
+
+struct PairOptions {
+  Vek::NboAttrLog::Limits limits;
+  Vek::U32 turnBytes = 64 * 1024;
+  std::size_t capacity = std::numeric_limits<std::size_t>::max();
+  std::size_t slice = std::numeric_limits<std::size_t>::max();
+};
+
+class LogPair {
+ public:
+  explicit LogPair(PairOptions options = {}) : options_(options) { connect(); }
+
+  /// A fresh connection in the place of the present one, which is cut.
+  void connect() {
+    cut();
+    owner_.emplace(world, Connection::Settings{"owner", options_.limits, options_.turnBytes}, options_.capacity,
+                   options_.slice);
+    reader_.emplace(world, Connection::Settings{"reader", options_.limits, options_.turnBytes}, options_.capacity,
+                    options_.slice);
+    MemoryTransport::join(owner_->transport, reader_->transport);
+  }
+  void cut() {
+    if (!owner_) return;
+    owner_->transport.cut();
+    owner_->connection->readable();
+    reader_->connection->readable();
+    owner_.reset();
+    reader_.reset();
+  }
+
+  /// Lets each end act once.
+  void step() {
+    for (Connection* const connection : {&owner(), &reader()}) {
+      connection->writable();
+      connection->readable();
+    }
+  }
+  /// Until neither has anything to say.
+  void settle() {
+    for (int rounds = 0; rounds < 100000; ++rounds) {
+      step();
+      bool const idle = !owner().wantsWrite() && !reader().wantsWrite() && owner_->transport.incoming().empty() &&
+                        reader_->transport.incoming().empty();
+      if (idle) return;
+    }
+    ADD_FAILURE() << "the connection does not come to rest";
+  }
+
+  [[nodiscard]] Connection& owner() { return *owner_->connection; }
+  [[nodiscard]] Connection& reader() { return *reader_->connection; }
+  [[nodiscard]] MemoryTransport& ownerTransport() { return owner_->transport; }
+  [[nodiscard]] MemoryTransport& readerTransport() { return reader_->transport; }
+
+  World world;
+
+ private:
+  PairOptions options_;
+  std::optional<End> owner_;
+  std::optional<End> reader_;
+};
+
+/// Bytes as a test writes them: pairs of hexadecimal digits, with spaces between them at will.
+[[nodiscard]] inline std::string bytes(std::string_view digits) {
+  std::string out;
+  std::string pair;
+  for (char const c : digits) {
+    if (c == ' ') continue;
+    pair += c;
+    if (pair.size() < 2) continue;
+    out += static_cast<char>(std::stoi(pair, nullptr, 16));
+    pair.clear();
+  }
+  return out;
+}
+
+[[nodiscard]] inline std::string hex(std::string_view raw) {
+  std::string out;
+  for (char const c : raw) {
+    auto const byte = static_cast<unsigned char>(c);
+    out += "0123456789abcdef"[byte >> 4];
+    out += "0123456789abcdef"[byte & 15];
+  }
+  return out;
+}
+
+}  // namespace LogTest

@@ -1,0 +1,57 @@
+// Whatever the history, the buffers, the budget of a turn, the slices of the stream and the cuts: the replica ends as its
+// owner is, and nobody was told of what had not changed.
+#include "tests/attrlog/LawScript.h"
+#include "tests/core/LeakCheck.h"
+#include "tests/core/Property.h"
+
+namespace LogTest {
+namespace {
+
+rc::Gen<Act> anAct(int replicaShare) {
+  return rc::gen::map(
+      rc::gen::tuple(rc::gen::inRange(0, Act::end + 6), rc::gen::inRange(0, 10), rc::gen::inRange(0, 6),
+                     rc::gen::inRange(0, 4)),
+      [replicaShare](std::tuple<int, int, int, int> const& t) {
+        int const kind = std::get<0>(t) < Act::end ? std::get<0>(t) : static_cast<int>(Act::step);
+        return Act{static_cast<Act::Kind>(kind), std::get<1>(t) < replicaShare, static_cast<Vek::U32>(std::get<2>(t)),
+                   static_cast<Vek::U32>(std::get<3>(t))};
+      });
+}
+
+// Of any size down to logs that hold one record and streams that take one byte.
+LawOptions someOptions(Access access) {
+  LawOptions options;
+  options.access = access;
+  options.pair.limits.outBytes = *rc::gen::element(1U, 40U, 90U, 300U, 65536U);
+  options.pair.limits.messageBytes = *rc::gen::element(1U, 3U, 30U, 200U);
+  options.pair.turnBytes = *rc::gen::element(1U, 50U, 400U, 65536U);
+  options.pair.capacity = *rc::gen::element<std::size_t>(1, 30, 200, 100000);
+  options.pair.slice = *rc::gen::element<std::size_t>(1, 7, 100000);
+  return options;
+}
+
+std::string told(LawOptions const& o) {
+  std::ostringstream text;
+  text << "out " << o.pair.limits.outBytes << ", message " << o.pair.limits.messageBytes << ", turn "
+       << o.pair.turnBytes << ", capacity " << o.pair.capacity << ", slice " << o.pair.slice;
+  return text.str();
+}
+
+void expectConvergence(Access access, int replicaShare, int cases) {
+  expectLaw(cases, [=] {
+    LawOptions const options = someOptions(access);
+    auto const acts = *rc::gen::container<std::vector<Act>>(anAct(replicaShare));
+    LawScript script(options);
+    script.play(acts);
+    std::string const complaint = script.complaint();
+    if (!complaint.empty()) RC_FAIL(complaint + "; " + told(options));
+  });
+}
+
+struct Convergence : LeakCheck {};
+
+TEST_F(Convergence, OfOneWriter) { expectConvergence(Access::readOnly, 2, 300); }
+TEST_F(Convergence, OfWritersAtBothEnds) { expectConvergence(Access::writable, 5, 300); }
+
+}  // namespace
+}  // namespace LogTest
