@@ -86,15 +86,14 @@ TEST_F(Host, CountsRoutesThatForwardOrDiscardAndNoOthers) {
 }
 
 TEST_F(Host, HasRoutesPendingOrUnprogrammed) {
-  std::vector<Message> const objects{
-      nextHopGroup(10, {1, 2}).put(NHA_GROUP_TYPE, std::uint16_t{}),  // before its members
-      nextHop(1, 1, "10.0.0.1").put(NHA_ENCAP_TYPE, std::uint16_t{LWTUNNEL_ENCAP_IP}),
-      nextHopGroup(11, {12, 1}),
-      Message{RTM_NEWNEXTHOP, nhmsg{}}.put(NHA_ID, 3U).put(NHA_BLACKHOLE, Buffer{}),
-      nextHop(2, 2, "10.0.0.2", RTNH_F_LINKDOWN),
-      nextHopGroup(12, {11, 2}),
-      nextHopGroup(13, {1}),
-      Message{RTM_NEWNEXTHOP, nhmsg{}}.put(NHA_ID, 4U).put(NHA_OIF, 1U)};
+  std::vector<Message> const objects{nextHopGroup(10, {1, 2}),  // before its members
+                                     nextHop(1, 1, "10.0.0.1").put(NHA_ENCAP_TYPE, std::uint16_t{LWTUNNEL_ENCAP_IP}),
+                                     nextHopGroup(11, {12, 1}),
+                                     Message{RTM_NEWNEXTHOP, nhmsg{}}.put(NHA_ID, 3U).put(NHA_BLACKHOLE, Buffer{}),
+                                     nextHop(2, 2, "10.0.0.2", RTNH_F_LINKDOWN),
+                                     nextHopGroup(12, {11, 2}),
+                                     Message{RTM_NEWNEXTHOP, nhmsg{}}.put(NHA_ID, 4U).put(NHA_OIF, 1U),
+                                     nextHopGroup(13, {1}).put(NHA_GROUP_TYPE, std::uint16_t{})};
   auto const named = [](std::uint32_t id, std::uint32_t flags = 0) {
     return route(AF_INET, RTN_UNICAST, flags).put(RTA_NH_ID, id);
   };
