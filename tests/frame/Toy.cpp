@@ -211,7 +211,6 @@ class Toy::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogReact
   static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<Toy> const& entity, VekNboAttrLogSa& adapter) {
     return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
   }
-
   void onSize() override { forward(&VekNboAttrLogSa::onSize); }
   void onBroken() override { forward(&VekNboAttrLogSa::onBroken); }
   void onPlayed() override { forward(&VekNboAttrLogSa::onPlayed); }
@@ -317,7 +316,6 @@ class Lid::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogReact
   static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<Lid> const& entity, VekNboAttrLogSa& adapter) {
     return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
   }
-
   void onOpen() override { forward(&VekNboAttrLogSa::onOpen); }
 };
 
@@ -417,7 +415,6 @@ class Drawer::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogRe
   static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<Drawer> const& entity, VekNboAttrLogSa& adapter) {
     return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
   }
-
   void onThings() override { forward(&VekNboAttrLogSa::onThings); }
 };
 
@@ -532,7 +529,6 @@ class Shelf::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogRea
   static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<Shelf> const& entity, VekNboAttrLogSa& adapter) {
     return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
   }
-
   void onDrawers(Vek::String8 key) override { forward(&VekNboAttrLogSa::onDrawers, key); }
 };
 
@@ -798,7 +794,6 @@ class ToyBox::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogRe
   static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<ToyBox> const& entity, VekNboAttrLogSa& adapter) {
     return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
   }
-
   void onCounts(Vek::U32 key) override { forward(&VekNboAttrLogSa::onCounts, key); }
   void onFaps(Hardware::Dorn::FapId key) override { forward(&VekNboAttrLogSa::onFaps, key); }
   void onWanted(Vek::U32 key) override { forward(&VekNboAttrLogSa::onWanted, key); }

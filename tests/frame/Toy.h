@@ -258,7 +258,6 @@ class Toy::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onSize();
   virtual void onBroken();
   virtual void onPlayed();
@@ -378,7 +377,6 @@ class Lid::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onOpen();
 };
 
@@ -504,7 +502,6 @@ class Drawer::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onThings();
 };
 
@@ -651,7 +648,6 @@ class Shelf::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onDrawers(Vek::String8 key);
   bool vekHandleDrawersSerializeColl();
   void vekHandleDrawersSerializeSing(Vek::String8 key, Vek::Ptr<Drawer> const& child);
@@ -985,7 +981,6 @@ class ToyBox::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onCounts(Vek::U32 key);
   bool vekHandleCountsSerializeColl();
   void vekHandleCountsSerializeSing(Vek::U32 key, Vek::U32 value, bool deleted);
