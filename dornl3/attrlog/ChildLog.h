@@ -90,7 +90,11 @@ void serializeChild(Sa& adapter, typename A::Key const& key, Ptr<typename A::Chi
   auto const mark = [&] {
     if (!adapter.hasFlag(StreamAdapter::noFlowOut)) dirtyKeyIs(A::dirty(detail::owedBy(adapter)), key, true);
   };
-  if (turn == Turn::mark) return mark();
+  if (turn == Turn::mark) {
+    mark();
+    adapter.marksAre(A::dirty(detail::owedBy(adapter)).count(), A::field(entityOn<typename A::Owner>(adapter)).count());
+    return;
+  }
   if (!adapter.hasFlag(StreamAdapter::noFlowOut)) dirtyKeyDel(A::dirty(detail::owedBy(adapter)), key);
   try {
     if (!child) {

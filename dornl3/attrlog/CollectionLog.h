@@ -36,7 +36,9 @@ void serializeKey(Sa& adapter, typename A::Key const& key, typename A::Value con
   if (turn == Turn::silent) return;
   bool const owes = !adapter.hasFlag(StreamAdapter::noFlowOut);
   if (turn == Turn::mark) {
-    dirtyKeyIs(A::dirty(detail::owedBy(adapter)), key, true);
+    auto& dirty = A::dirty(detail::owedBy(adapter));
+    dirtyKeyIs(dirty, key, true);
+    adapter.marksAre(dirty.count(), A::field(entityOn<typename A::Owner>(adapter)).count());
     return;
   }
   if (owes) dirtyKeyDel(A::dirty(detail::owedBy(adapter)), key);

@@ -124,5 +124,113 @@ TEST_F(MountTest, KeysComeChangeAndGo) {
   EXPECT_EQ(copy->notesCount(), 2U);
 }
 
+// A reader that stops reading: what it costs is bounded by the members, however many keys come and go.
+TEST(SlowReader, MarksOfKeysThatAreGoneDoNotGrow) {
+  PairOptions options;
+  options.capacity = 2000;
+  options.limits.outBytes = 2000;
+  options.limits.messageBytes = 100;
+  LogPair pair(options);
+  Vek::Ptr<Vek::Dir> const dir = Vek::make<Vek::Dir>();
+  Vek::Ptr<ToyBox> const box = Toys::toyBoxFactory("box");
+  pair.owner().exports().exportIs(box, Access::readOnly);
+  auto const mount = Vek::make<Mount>("box", *ToyBox::_fwkType(), Access::readOnly, dir);
+  pair.reader().mounts().mountIs(mount);
+  pair.settle();
+  for (Vek::U32 key = 0; key < 20000; ++key) {
+    box->wantedIs(key, true);
+    if (key >= 10) box->wantedDel(key - 10);
+    pair.owner().writable();
+  }
+  auto const adapter = Vek::ptrCast<ToyBox::VekNboAttrLogSa>(box->vekNboAttrLogSa(pair.owner().out()));
+  ASSERT_TRUE(adapter->flowOut());
+  EXPECT_LE(box->vekNboAttrLogSa(pair.owner().out())->flowOut()->pendingAbort().count(), 1U);
+  EXPECT_LT(pair.owner().out()->unsent(), 4000U);
+  pair.settle();
+  EXPECT_EQ(Vek::ptrCast<ToyBox>(dir->entity("box"))->wantedCount(), 10U);
+}
+
+// What a mount may come to, one after the other.
+TEST_F(MountTest, RefusalsSayWhy) {
+  mounted(Access::writable, Access::readOnly);
+  EXPECT_EQ(mount->refusal(), "it may be mounted read-only");
+  EXPECT_THROW(pair.reader().mounts().mountIs(mount), Vek::InternalException);
+  pair.reader().mounts().mountDel(*mount);
+  auto const ofAnotherType = Vek::make<Mount>("toy", *ToyBox::_fwkType(), Access::readOnly, dir);
+  pair.reader().mounts().mountIs(ofAnotherType);
+  pair.settle();
+  EXPECT_EQ(ofAnotherType->refusal(), "it is a Toys::Toy, not a Toys::ToyBox");
+  EXPECT_EQ(ofAnotherType->state(), Dir::neverSynced);
+}
+
+TEST_F(MountTest, AnEntityThatIsTakenBackOrDiesIsStaleWhereItWasMounted) {
+  mounted(Access::readOnly, Access::readOnly);
+  toy = nullptr;
+  pair.owner().exports().exportDel("toy");
+  pair.settle();
+  EXPECT_EQ(mount->state(), Dir::stale);
+  EXPECT_TRUE(replica());
+  EXPECT_THROW(replica()->sizeIs(1), Vek::ReadOnlyException);
+}
+
+TEST_F(MountTest, SilenceForThreeHeartbeatsEndsAConnection) {
+  mounted(Access::readOnly, Access::readOnly);
+  for (int i = 0; i < 5; ++i) {
+    pair.world.now += 10;
+    pair.owner().tick();
+    pair.reader().tick();
+    pair.settle();
+  }
+  EXPECT_EQ(pair.reader().state(), Vek::NboAttrLog::open);
+  pair.world.now += 30;
+  pair.reader().tick();
+  EXPECT_EQ(pair.reader().state(), Vek::NboAttrLog::dead);
+  EXPECT_EQ(pair.reader().closeReason(), "nothing was heard for 30.0 seconds");
+  EXPECT_EQ(mount->state(), Dir::stale);
+}
+
+// In the middle of a chain: what it mounts is stale while it has no owner, and takes no changes from below.
+TEST_F(MountTest, AChainKnowsThatItsBeginningIsCut) {
+  mounted(Access::writable, Access::writable);
+  LogPair below;
+  Vek::Ptr<Dir> const belowDir = Vek::make<Dir>();
+  below.owner().exports().exportIs(replica(), Access::writable);
+  auto const belowMount = Vek::make<Mount>("toy", *Toy::_fwkType(), Access::writable, belowDir);
+  below.reader().mounts().mountIs(belowMount);
+  below.settle();
+  ASSERT_EQ(belowMount->state(), Dir::inStep);
+  auto const end = Vek::ptrCast<Toy>(belowDir->entity("toy"));
+  end->sizeIs(3);
+  below.settle();
+  pair.settle();
+  EXPECT_EQ(toy->size(), 3U);
+  pair.cut();
+  below.settle();
+  EXPECT_EQ(belowMount->state(), Dir::stale);
+  EXPECT_THROW(end->sizeIs(4), Vek::ReadOnlyException);
+  pair.connect();
+  mounted(Access::writable, Access::writable);
+  below.settle();
+  EXPECT_EQ(belowMount->state(), Dir::inStep);
+}
+
+TEST_F(MountTest, WhatIsTooLongForThePeerIsNamedAndTheRestGoesOn) {
+  PairOptions options;
+  options.limits.recordBytes = 1000;
+  LogPair narrow(options);
+  toy->placeIs({1, 2, Vek::String8(std::string_view(std::string(2000, 'x')))});
+  narrow.owner().exports().exportIs(toy, Access::readOnly);
+  mount = Vek::make<Mount>("toy", *Toy::_fwkType(), Access::readOnly, dir);
+  narrow.reader().mounts().mountIs(mount);
+  narrow.settle();
+  EXPECT_EQ(mount->state(), Dir::inStep);
+  ASSERT_EQ(narrow.owner().demuxer().notReplicated().size(), 1U);
+  EXPECT_EQ(narrow.owner().demuxer().notReplicated()[0], "toy.place");
+  toy->placeIs({1, 2, "short"});
+  narrow.settle();
+  EXPECT_TRUE(narrow.owner().demuxer().notReplicated().empty());
+  EXPECT_EQ(replica()->place(), toy->place());
+}
+
 }  // namespace
 }  // namespace LogTest

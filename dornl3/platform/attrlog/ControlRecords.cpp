@@ -34,6 +34,7 @@ void sendRefused(Out& out, Name const& name, String8 const& reason) {
   send(out, refusedRecord, String8(name), reason);
 }
 void sendGone(Out& out, EntityId id) { send(out, goneRecord, id); }
+void sendState(Out& out, EntityId id, bool isInStep) { send(out, stateRecord, id, isInStep); }
 void sendAlive(Out& out) { send(out, aliveRecord); }
 void sendBye(Out& out, String8 const& reason) { send(out, byeRecord, reason); }
 

@@ -22,6 +22,8 @@ struct RecordHeader {
 void sendMount(Out& out, Name const& name, String8 const& typeName, bool writable);
 void sendRefused(Out& out, Name const& name, String8 const& reason);
 void sendGone(Out& out, EntityId id);
+/// An exported entity, which is mounted here itself, is in step with its owner, or no longer.
+void sendState(Out& out, EntityId id, bool isInStep);
 void sendAlive(Out& out);
 void sendBye(Out& out, String8 const& reason);
 

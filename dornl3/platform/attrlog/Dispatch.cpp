@@ -37,6 +37,11 @@ void applyControl(Connection& connection, RecordHeader const& header) {
     connection.demuxer().ackFromPeerIs(records);
     break;
   }
+  case stateRecord: {
+    EntityId const id = in.nextEntityId();
+    connection.mounts().upstreamIs(id, in.nextbool());
+    break;
+  }
   case byeRecord: throw ProtocolException(format("the peer ended the connection: %s", in.nextString().charPtr()));
   default: connection.demuxer().skippedInc();
   }
@@ -65,6 +70,12 @@ void applyToEntity(Connection& connection, RecordHeader const& header, Sa& adapt
   }
   if (header.attribute == syncModeRecord && isOwner) {
     throw ProtocolException("a replica that tells its owner how far it has come");
+  }
+  if (isOwner && adapter.vekNotifierEntity()->vekIsWriteGuarded()) {
+    // It is mounted here, from an owner who would not hear of the change: the peer is told what stands.
+    adapter.needRemoteWritable(header.attribute);
+    adapter.handleAttrDeserialization(header.attribute, 0, header.length, in);
+    return;
   }
   bool const crosses = isOwner && (demuxer.ackFromPeer() < adapter.lastSent() || adapter.flowOut());
   adapter.handleAttrDeserialization(header.attribute, 0, header.length, nullptr);

@@ -156,6 +156,12 @@ Sa::Turn Sa::keyTurn(AttributeId attr) {
   return Turn::mark;
 }
 
+void Sa::marksAre(U32 marks, U32 members) {
+  constexpr U64 spare = 1024;
+  if (side() != Side::owner || hasFlag(handlingScheduledFlowOut) || marks <= U64{2} * members + spare) return;
+  streamDemuxer()->createFlowOut(*this, {}, false, 0);
+}
+
 bool Sa::handlingFlowInFor(AttributeId attr) const {
   Demuxer const* const demuxer = streamDemuxer();
   if (demuxer == nullptr || !demuxer->hasFlowIns()) return false;

@@ -73,6 +73,9 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   [[nodiscard]] Turn scalarTurn(AttributeId attr, U32 slot);
   /// Decides for a key. The caller marks it in the flow-out, or clears its mark there.
   [[nodiscard]] Turn keyTurn(AttributeId attr);
+  /// So many keys of a collection are marked, which has so many members. Where most are of members long gone, the whole
+  /// collection is owed instead: the far side drops what the walk does not mention, and marks do not grow with the changes.
+  void marksAre(U32 marks, U32 members);
   /// The first guards of a walk: false where the handler returns `answer`.
   [[nodiscard]] bool walkMayBegin(AttributeId attr, bool& answer);
   /// Opens a record of an attribute; the log is there. Where the far side waits for it, how much of its records has been

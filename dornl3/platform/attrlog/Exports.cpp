@@ -4,10 +4,24 @@
 #include "dornl3/platform/attrlog/Connection.h"
 #include "dornl3/platform/attrlog/ControlRecords.h"
 #include "dornl3/platform/attrlog/EntityAdapter.h"
+#include "dornl3/platform/vek/Dir.h"
 
 #include <algorithm>
 
 namespace Vek::NboAttrLog {
+
+namespace {
+
+// A replica is exported no more writable than it is mounted.
+bool isMountedReadOnly(Entity& entity) {
+  for (Demuxer* const demuxer : globalNboAttrLogDemuxerManager().nboDemuxerIterator()) {
+    auto const adapter = entity.vekNboAttrLogSa(Ptr<Out const>(&demuxer->out()));
+    if (adapter && adapter->hasFlag(StreamAdapter::readOnlyLocal)) return true;
+  }
+  return false;
+}
+
+}  // namespace
 
 void Exports::exportIs(Ptr<Entity> const& entity, Access access, Delivery delivery) {
   if (!entity->isRoot() || !entity->vekHasAttrLogInterface()) {
@@ -57,7 +71,8 @@ void Exports::announce(Export const& exported, Request const& request) {
                 format("it is a %s, not a %s", typeName.charPtr(), request.typeName.charPtr()));
     return;
   }
-  if (request.access == Access::writable && exported.access == Access::readOnly) {
+  bool const isReadOnly = exported.access == Access::readOnly || isMountedReadOnly(entity);
+  if (request.access == Access::writable && isReadOnly) {
     sendRefused(*out, request.name, "it may be mounted read-only");
     return;
   }
@@ -79,6 +94,10 @@ void Exports::announce(Export const& exported, Request const& request) {
     return;
   }
   adapter->doSerializeOrphan();
+  // A replica is exported no more in step than it is mounted.
+  Ptr<Dir> const dir = ptrCast<Dir>(entity.parent());
+  Ptr<Dir::Entry> const entry = dir ? dir->entry(entity.name()) : Ptr<Dir::Entry>{};
+  if (entry && entry->entity() == &entity && entry->state() != Dir::inStep) sendState(*out, adapter->entityId(), false);
 }
 
 void Exports::ended() noexcept { waiting_.clear(); }

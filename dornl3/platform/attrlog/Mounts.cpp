@@ -1,12 +1,27 @@
 #include "dornl3/platform/attrlog/Mounts.h"
 
+#include "dornl3/core/Throwers.h"
 #include "dornl3/platform/attrlog/Connection.h"
 #include "dornl3/platform/attrlog/ControlRecords.h"
 #include "dornl3/platform/attrlog/EntityAdapter.h"
+#include "dornl3/platform/vek/GenericIf.h"
 
 #include <algorithm>
 
 namespace Vek::NboAttrLog {
+
+namespace {
+
+// Those who mount an entity from here are told how it stands to its own owner.
+void tellBelow(Entity& entity, bool isInStep) {
+  for (Demuxer* const demuxer : globalNboAttrLogDemuxerManager().nboDemuxerIterator()) {
+    auto const adapter = entity.vekNboAttrLogSa(Ptr<Out const>(&demuxer->out()));
+    if (!adapter || adapter->side() != StreamAdapter::Side::owner || adapter->nboAttrLogOut() == nullptr) continue;
+    sendState(*adapter->boundLog(), adapter->entityId(), isInStep);
+  }
+}
+
+}  // namespace
 
 Mount::Mount(Name name, VekType const& type, Access access, Ptr<Dir> dir)
     : name_(std::move(name)), type_(type), access_(access), dir_(std::move(dir)) {}
@@ -20,10 +35,20 @@ Ptr<Entity> Mount::writableEntity() const {
   return entity_;
 }
 
+Ptr<GenericIf> Mount::generic() const {
+  return entity_ ? VekType::genericIf(entity_.ptr(), access_ == Access::readOnly) : Ptr<GenericIf>{};
+}
+
+void Mount::linkStateIs(Dir::State state) {
+  linkState_ = state;
+  stateIs(state == Dir::inStep && !isUpstreamInStep_ ? Dir::stale : state);
+}
+
 void Mount::stateIs(Dir::State state) {
+  if (Ptr<Dir::Entry> const entry = dir_->entry(name_); entry && entry->entity() == entity_) entry->stateIs(state);
   if (state == state_) return;
   state_ = state;
-  if (Ptr<Dir::Entry> const entry = dir_->entry(name_); entry && entry->entity() == entity_) entry->stateIs(state);
+  if (entity_) tellBelow(*entity_, state == Dir::inStep);
   if (whenChanged_) whenChanged_(*this);
 }
 
@@ -52,6 +77,7 @@ void Mounts::guardTree(Mount const& mount, bool armed) {
 }
 
 void Mounts::mountIs(Ptr<Mount> const& mount) {
+  if (find(mount->name())) throwInternalException(format("%s is mounted already", mount->name().charPtr()));
   mounts_.push_back(mount);
   mount->refusal_ = {};
   if (connection_.state() == open) request(*mount);
@@ -64,7 +90,7 @@ void Mounts::mountDel(Mount& mount) {
     guardTree(mount, true);
     connection_.demuxer().unbind(*adapter);
   }
-  mount.stateIs(Dir::stale);
+  mount.linkStateIs(Dir::stale);
 }
 
 void Mounts::request(Mount const& mount) {
@@ -79,7 +105,7 @@ void Mounts::ended() noexcept {
   for (Ptr<Mount> const& mount : std::vector<Ptr<Mount>>(std::exchange(mounts_, {}))) {
     try {
       guardTree(*mount, true);
-      if (mount->state_ != Dir::neverSynced) mount->stateIs(Dir::stale);
+      if (mount->state_ != Dir::neverSynced) mount->linkStateIs(Dir::stale);
     } catch (std::exception const&) {
       // Whoever waits for the mount finds its state.
     }
@@ -134,7 +160,8 @@ bool Mounts::announced(In& in) {
   adapter->sideIs(StreamAdapter::Side::replica);
   adapter->doEntityIdIs(id, connection_.demuxer(), true);
   entity->vekWriteGuardIs(true);
-  mount->stateIs(Dir::syncing);
+  mount->isUpstreamInStep_ = true;
+  mount->linkStateIs(Dir::syncing);
   return true;
 }
 
@@ -151,20 +178,30 @@ void Mounts::gone(EntityId id) {
   Ptr<Mount> const mount = find(*adapter);
   if (mount) guardTree(*mount, true);
   connection_.demuxer().unbind(*adapter);
-  if (mount) mount->stateIs(Dir::stale);
+  if (mount) mount->linkStateIs(Dir::stale);
 }
 
 void Mounts::syncModeReceived(StreamAdapter const& adapter) {
   if (Ptr<Mount> const mount = find(adapter)) {
     mount->lastWord_ = connection_.now();
     bool const isInStep = adapter.syncMode() == StreamAdapter::inStep;
-    guardTree(*mount, mount->access() == Access::readOnly || !isInStep);
-    mount->stateIs(isInStep ? Dir::inStep : Dir::syncing);
+    mount->linkState_ = isInStep ? Dir::inStep : Dir::syncing;
+    settleState(*mount);
   }
 }
 
-void Mounts::heard(StreamAdapter const& adapter) {
-  if (Ptr<Mount> const mount = find(adapter)) mount->lastWord_ = connection_.now();
+void Mounts::settleState(Mount& mount) {
+  bool const isInStep = mount.linkState_ == Dir::inStep && mount.isUpstreamInStep_;
+  guardTree(mount, mount.access() == Access::readOnly || !isInStep);
+  mount.linkStateIs(mount.linkState_);
+}
+
+void Mounts::upstreamIs(EntityId id, bool isInStep) {
+  Ptr<StreamAdapter> const adapter = connection_.demuxer().adapters().find(id);
+  Ptr<Mount> const mount = adapter ? find(*adapter) : Ptr<Mount>{};
+  if (!mount) return;
+  mount->isUpstreamInStep_ = isInStep;
+  settleState(*mount);
 }
 
 }  // namespace Vek::NboAttrLog

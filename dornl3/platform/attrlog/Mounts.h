@@ -13,6 +13,7 @@
 
 namespace Vek {
 
+class GenericIf;
 class StreamAdapter;
 
 namespace NboAttrLog {
@@ -28,7 +29,7 @@ class Mount final : public PtrInterface {
   [[nodiscard]] VekType const& type() const noexcept { return type_; }
   [[nodiscard]] Access access() const noexcept { return access_; }
 
-  /// How far it has come.
+  /// How far it has come; stale also where the owner mounts the entity itself, and is not in step.
   [[nodiscard]] Dir::State state() const noexcept { return state_; }
   /// When the owner was last heard, on the connection's clock; 0 before the first word.
   [[nodiscard]] double lastWord() const noexcept { return lastWord_; }
@@ -41,9 +42,12 @@ class Mount final : public PtrInterface {
   [[nodiscard]] Ptr<Entity const> entity() const noexcept { return entity_; }
   /// The entity, to change. Throws ReadOnlyException on a read-only mount.
   [[nodiscard]] Ptr<Entity> writableEntity() const;
+  /// The entity without its class, which may be changed as the mount may; null until the owner has announced it.
+  [[nodiscard]] Ptr<GenericIf> generic() const;
 
  private:
   friend class Mounts;
+  void linkStateIs(Dir::State state);
   void stateIs(Dir::State state);
 
   Name const name_;
@@ -51,6 +55,8 @@ class Mount final : public PtrInterface {
   Access const access_;
   Ptr<Dir> const dir_;
   Dir::State state_ = Dir::neverSynced;
+  Dir::State linkState_ = Dir::neverSynced;  // as this connection alone would have it
+  bool isUpstreamInStep_ = true;
   double lastWord_ = 0;
   String8 refusal_;
   std::function<void(Mount&)> whenChanged_;
@@ -63,7 +69,8 @@ class Mounts {
   Mounts(Mounts const&) = delete;
   Mounts& operator=(Mounts const&) = delete;
 
-  /// Asks the peer for it, now or as soon as the connection is open.
+  /// Asks the peer for it, now or as soon as the connection is open. Throws InternalException where one of that name is
+  /// wanted already.
   void mountIs(Ptr<Mount> const& mount);
   /// Wants it no longer; the entity stays as it is, in its directory.
   void mountDel(Mount& mount);
@@ -75,15 +82,17 @@ class Mounts {
   bool announced(In& in);
   void refused(Name const& name, String8 const& reason);
   void gone(EntityId id);
+  /// An entity that the peer mounts from another is in step there, or no longer.
+  void upstreamIs(EntityId id, bool isInStep);
   /// The owner has told how far an entity has come.
   void syncModeReceived(StreamAdapter const& adapter);
-  void heard(StreamAdapter const& adapter);
 
  private:
   [[nodiscard]] Ptr<Mount> find(Name const& name) const;
   [[nodiscard]] Ptr<Mount> find(StreamAdapter const& adapter) const;
   void request(Mount const& mount);
   void guardTree(Mount const& mount, bool armed);
+  void settleState(Mount& mount);
 
   Connection& connection_;
   std::vector<Ptr<Mount>> mounts_;

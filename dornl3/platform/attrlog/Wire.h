@@ -25,7 +25,7 @@ enum Control : int {
   aliveRecord = 163,        ///< of the connection: nothing has changed, the peer lives
   ackRecord = 164,          ///< of the connection: so many records have been applied
   byeRecord = 165,          ///< of the connection: it ends, and why
-  stateRecord = 166,        ///< of the connection: how far an entity's own mount has come
+  stateRecord = 166,        ///< of the connection: whether an entity is in step where its owner mounts it from
 };
 
 /// Parts of an orphan record. Each is a byte with its number and four with its length, so that a reader passes over what
