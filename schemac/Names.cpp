@@ -125,7 +125,11 @@ std::vector<std::string> derivedNames(Attribute const& attribute, Type::Kind kin
     if (attribute.increment) names.push_back(incrementerName(name));
     return names;
   }
-  case Shape::child: return {name, setterName(name), removerName(name), makerName(name), slotName(name)};
+  case Shape::child: {
+    std::string const binder = binderName(name);
+    return {name,           setterName(name), removerName(name),  makerName(name),
+            slotName(name), binder,           setterName(binder), removerName(binder)};
+  }
   case Shape::ordered:
   case Shape::hashed:
   case Shape::childCollection: break;
@@ -141,7 +145,12 @@ std::vector<std::string> derivedNames(Attribute const& attribute, Type::Kind kin
                                     makerName(name),
                                     slotName(name),
                                     immediateSlotName(name)};
-  if (attribute.shape != Shape::childCollection) names.push_back(elementClassName(name));
+  if (attribute.shape != Shape::childCollection) {
+    names.push_back(elementClassName(name));
+    return names;
+  }
+  std::string const binder = binderName(name);
+  names.insert(names.end(), {binder, setterName(binder), removerName(binder)});
   return names;
 }
 
