@@ -21,16 +21,22 @@ template <class Call>
 void walkReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute, Call const& call) {
   if (reactors.count() == 0) return;
   auto const held = holdOver(notifier);
-  HeldReactors const all{reactors};
   Expect const* const around = Expect::innermost();
-  for (ReactorTurns walk{all}; walk; walk.advance()) {
+  auto const turn = [attribute, around, &call](PtrInterface::NotifieeConst& reactor) {
     try {
       Expect const expect{Exception::any, around};
-      call(walk.current());
+      call(reactor);
     } catch (...) {
-      walk.current().onNotificationException(attribute);
+      reactor.onNotificationException(attribute);
     }
+  };
+  if (reactors.count() == 1) {  // most often so: no need of an array
+    Ptr<PtrInterface::NotifieeConst> const only(const_cast<PtrInterface::NotifieeConst*>(reactors.head()));
+    turn(*only);
+    return;
   }
+  HeldReactors const all{reactors};
+  for (ReactorTurns walk{all}; walk; walk.advance()) turn(walk.current());
 }
 
 /// Tells the reactors that the last reference on the notifier has gone, as attribute `event`. Weak reactors that are

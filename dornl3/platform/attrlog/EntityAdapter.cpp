@@ -153,6 +153,54 @@ Sa::Turn Sa::keyTurn(AttributeId attr) {
   return Turn::mark;
 }
 
+bool Sa::isPlainlyInStep() const noexcept {
+  constexpr U32 whatDecides = syncModeRelay | outputSuppressed | resyncStale | entityReactorActive | readOnlyLocal |
+                              handlingScheduledFlowOut | flowOutForced | logEnabled | noFlowOut;
+  if ((flags() & whatDecides) != (logEnabled | noFlowOut) || nboAttrLogOut() == nullptr) return false;
+  return !boundLog()->demuxer()->hasFlowIns() && boundLog()->hasSufficientBuffer();
+}
+
+void Sa::logNumber(AttributeId attr, U32 slot, void const* field, U32 size) {
+  if (field == nullptr) return;
+  if (!isPlainlyInStep() && scalarTurn(attr, slot) != Turn::write) return;
+  try {
+    writeNumber(attr, field, size);
+  } catch (...) {
+    scalarOwed(slot);
+    throw;
+  }
+}
+
+void Sa::logField(AttributeId attr, U32 slot, void const* field, FieldWriter write) {
+  if (field == nullptr) return;
+  if (!isPlainlyInStep() && scalarTurn(attr, slot) != Turn::write) return;
+  try {
+    writeField(attr, field, write);
+  } catch (...) {
+    scalarOwed(slot);
+    throw;
+  }
+}
+
+void Sa::writeNumber(AttributeId attr, void const* field, U32 size) {
+  if (side() == Side::replica) streamDemuxer()->ackIfMoved();
+  Out& out = *boundLog();
+  if (char* const at = out.fixedRecordIs(entityId(), static_cast<int>(attr), size)) {
+    NboAttrLog::putNumber(at, field, size);
+    recordWritten(out);
+    return;
+  }
+  openRecord(out, static_cast<int>(attr), size, false);
+  boundLog() << Connection::Out::tokenOpen;
+  out.putBytes({static_cast<char const*>(field), size});
+  recordClosed();
+}
+
+void Sa::writeField(AttributeId attr, void const* field, FieldWriter write) {
+  write(recordIs(static_cast<int>(attr), 0, true), field);
+  recordClosed();
+}
+
 bool Sa::handlingFlowInFor(AttributeId attr) const {
   Demuxer const* const demuxer = streamDemuxer();
   if (demuxer == nullptr || !demuxer->hasFlowIns()) return false;

@@ -52,6 +52,13 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
     mark,    ///< it is marked in the flow-out, which stands
     write,   ///< it is written now
   };
+  /// Writes the field of a scalar, or marks the scalar; nothing where there is no field. It is sent as a number of `size`
+  /// bytes, which it has in memory too.
+  void logNumber(AttributeId attr, U32 slot, void const* field, U32 size);
+  /// Writes a field, given where it lies.
+  using FieldWriter = void (*)(NboAttrLog::OutPtr const& out, void const* field);
+  /// The same for a field whose size is not told ahead.
+  void logField(AttributeId attr, U32 slot, void const* field, FieldWriter write);
   /// Decides for a scalar, and marks it or clears its mark.
   [[nodiscard]] Turn scalarTurn(AttributeId attr, U32 slot);
   /// Decides for a key. The caller marks it in the flow-out, or clears its mark there.
@@ -103,6 +110,10 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   /// Guards that all handlers begin with; false where the handler is to return.
   [[nodiscard]] bool maySend(AttributeId attr);
   void needWritable(AttributeId attr);
+  /// Whether a change is written now, for the plainest of all reasons. Where it is not, the turn decides.
+  [[nodiscard]] bool isPlainlyInStep() const noexcept;
+  void writeNumber(AttributeId attr, void const* field, U32 size);
+  void writeField(AttributeId attr, void const* field, FieldWriter write);
   /// Makes a flow-out that owes nothing, for what is then marked.
   [[nodiscard]] bool openFlowOut(AttributeId attr);
 

@@ -8,13 +8,7 @@ namespace Vek::NboAttrLog {
 
 namespace {
 
-constexpr std::size_t lengthAt = 12;  // of the payload's length in a header
 constexpr std::size_t sectionHeader = 5;
-
-void write32(char* at, U32 value) noexcept {
-  U32 const swapped = __builtin_bswap32(value);
-  std::memcpy(at, &swapped, sizeof swapped);
-}
 
 }  // namespace
 
@@ -24,14 +18,7 @@ void Out::nextHeaderIs(MsgHeader const& header) {
   if (isOpen_) bytes_.truncate(recordStart_);
   isOpen_ = false;
   recordStart_ = bytes_.size();
-  char* const at = bytes_.room(headerSize + tokensSize);
-  header.entityId.write(at);
-  write32(at + 8, static_cast<U32>(header.attribute));
-  write32(at + lengthAt, header.payloadSize);
-  at[16] = static_cast<char>(header.recordKind >> 8);
-  at[17] = static_cast<char>(header.recordKind);
-  at[18] = static_cast<char>(header.variableSize != 0 ? variableSizeFlag : 0);
-  at[19] = static_cast<char>(header.headerTail);
+  putHeader(bytes_.room(headerSize + tokensSize), header);
   bytes_.extend(headerSize);
   isOpen_ = true;
   isVariable_ = header.variableSize != 0;
@@ -50,7 +37,7 @@ void Out::currentPayloadSectionIs(PayloadSection section) {
 void Out::endSection() noexcept {
   if (sectionStart_ == 0 || payload_ > mostPayload()) return;
   std::size_t const length = bytes_.size() - recordStart_ - sectionStart_ - sectionHeader;
-  write32(bytes_.at(recordStart_ + sectionStart_ + 1), static_cast<U32>(length));
+  putNumber(bytes_.at(recordStart_ + sectionStart_ + 1), static_cast<U32>(length));
 }
 
 void Out::closeRecord() {
@@ -64,7 +51,7 @@ void Out::closeRecord() {
   }
   auto const length = static_cast<U32>(payload_ - 1);
   assert((isVariable_ || length == expected_) && "a record of fixed size has another length");
-  if (isVariable_) write32(bytes_.at(recordStart_ + lengthAt), length);
+  if (isVariable_) putNumber(bytes_.at(recordStart_ + lengthAt), length);
   *bytes_.room(1) = static_cast<char>(tokenClose);
   bytes_.extend(1);
   ++records_;
@@ -80,8 +67,6 @@ void Out::putBytes(std::string_view bytes) {
   payload_ += bytes.size();
   if (payload_ <= mostPayload()) bytes_.append(bytes.data(), bytes.size());
 }
-
-void* Out::spare(std::size_t) noexcept { return spare_; }
 
 Ptr<In> Out::reverseLog() const { return connection_ != nullptr ? connection_->in() : Ptr<In>{}; }
 

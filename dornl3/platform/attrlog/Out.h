@@ -13,8 +13,6 @@
 #include "dornl3/core/Name.h"
 #include "dornl3/core/Ptr.h"
 
-#include <bit>
-#include <type_traits>
 
 namespace Vek {
 
@@ -55,6 +53,24 @@ class Out : public Vek::Connection::Out {
 
   /// Opens a record. One that stands open is dropped.
   void nextHeaderIs(MsgHeader const& header);
+  /// A plain record of a size that is known, written and closed but for its payload, which the caller writes where the
+  /// answer points before anything else is written. Null, and nothing is written, where the peer takes no payload of
+  /// that size.
+  [[nodiscard]] char* fixedRecordIs(EntityId id, int attribute, U32 size) {
+    if (size > limits_.recordBytes) [[unlikely]]
+      return nullptr;
+    if (std::exchange(isOpen_, false)) bytes_.truncate(recordStart_);
+    std::size_t const whole = headerSize + tokensSize + size;
+    char* const at = bytes_.room(whole);
+    putHeader(at, {.entityId = id, .attribute = attribute, .payloadSize = size});
+    at[headerSize] = tokenOpen;
+    at[whole - 1] = tokenClose;
+    bytes_.extend(whole);
+    droppedLast_ = false;
+    ++records_;
+    written_ += whole;
+    return at + headerSize + 1;
+  }
   /// Opens a part of the payload; the part before it ends there.
   void currentPayloadSectionIs(PayloadSection section);
   void tokenIs(TransactToken token) { token == tokenOpen ? putByte(token) : closeRecord(); }
@@ -101,11 +117,16 @@ class Out : public Vek::Connection::Out {
   void putByte(U8 byte) { *static_cast<U8*>(space(1)) = byte; }
   template <class T>
   void putInteger(T value) {
-    static_assert(std::is_unsigned_v<T> && std::endian::native == std::endian::little);
-    T const swapped = sizeof(T) == 2   ? static_cast<T>(__builtin_bswap16(static_cast<unsigned short>(value)))
-                      : sizeof(T) == 4 ? static_cast<T>(__builtin_bswap32(static_cast<U32>(value)))
-                                       : static_cast<T>(__builtin_bswap64(value));
-    std::memcpy(space(sizeof(T)), &swapped, sizeof(T));
+    putNumber(static_cast<char*>(space(sizeof(T))), value);
+  }
+  /// Room for fields of so many bytes, which the caller writes; null where they are not kept.
+  [[nodiscard]] char* fieldsIs(std::size_t count) {
+    payload_ += count;
+    if (payload_ > mostPayload()) [[unlikely]]
+      return nullptr;
+    char* const to = bytes_.room(count);
+    bytes_.extend(count);
+    return to;
   }
   void putId(EntityId id) { id.write(static_cast<char*>(space(8))); }
   void putBytes(std::string_view bytes);
@@ -113,17 +134,21 @@ class Out : public Vek::Connection::Out {
  private:
   friend class Connection;
 
+  static constexpr std::size_t lengthAt = 12;  // of the payload's length in a header
+
   // What goes behind the payload's limit is not kept.
   void* space(std::size_t count) {
-    payload_ += count;
-    if (payload_ > mostPayload()) [[unlikely]]
-      return spare(count);
-    char* const to = bytes_.room(count);
-    bytes_.extend(count);
-    return to;
+    char* const to = fieldsIs(count);
+    return to != nullptr ? to : spare_;
+  }
+  static void putHeader(char* at, MsgHeader const& header) noexcept {
+    header.entityId.write(at);
+    putNumber(at + 8, static_cast<U32>(header.attribute));
+    putNumber(at + lengthAt, header.payloadSize);
+    U32 const flags = header.variableSize != 0 ? variableSizeFlag : 0;
+    putNumber(at + 16, header.recordKind << 16 | flags << 8 | header.headerTail);
   }
   [[nodiscard]] std::size_t mostPayload() const noexcept { return std::size_t{limits_.recordBytes} + 1; }
-  [[nodiscard]] void* spare(std::size_t count) noexcept;
   void endSection() noexcept;
   void closeRecord();
 
