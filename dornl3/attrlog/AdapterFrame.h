@@ -46,10 +46,14 @@ class LogReactor : public X::Notifiee {
   }
 
  protected:
-  template <class... K>
-  void forward(void (Adapter::*slot)(K...), K const&... key) {
-    Ptr<Adapter> const held(adapter_);
-    if (held) ((*held).*slot)(key...);
+  void forward(void (Adapter::*slot)()) {
+    using Handler = void (Entity::VekNboAttrLogSa::*)();
+    if (adapter_ != nullptr) adapter_->handleHeld(static_cast<Handler>(slot));
+  }
+  template <class K>
+  void forward(void (Adapter::*slot)(K), K const& key) {
+    using Handler = void (Entity::VekNboAttrLogSa::*)(K);
+    if (adapter_ != nullptr) adapter_->handleHeld(static_cast<Handler>(slot), key);
   }
 
  private:

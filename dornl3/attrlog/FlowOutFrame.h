@@ -65,6 +65,22 @@ void freeCollectionState(NboAttrLog::FlowOut& flowOut) {
   });
 }
 
+/// A key that is owed of a hashed collection: one class for all that have keys of that type.
+template <class K>
+class DirtyHashElement final : public HashElement<K, bool> {
+ public:
+  using Map = HashMap<DirtyHashElement, K, bool>;
+  using HashElement<K, bool>::HashElement;
+};
+
+/// The same of an ordered one.
+template <class K>
+class DirtyRbElement final : public RbElement<K, bool> {
+ public:
+  using Map = RbTreeMap<DirtyRbElement, K, bool>;
+  using RbElement<K, bool>::RbElement;
+};
+
 // The keys owed of one collection; what is kept with a key decides nothing.
 
 /// Enters a key that is not there.

@@ -26,48 +26,51 @@ void receiveScalar(Sa& adapter, InboundRecord const& record) {
 
 /// Keeps a member from the sweep that follows, however the scope ends. On an owner nothing is swept, and a mark there is
 /// that of a mount upstream, which its peer has not mentioned yet.
-template <class A>
+template <class Dirty>
 class Mentioned {
  public:
-  Mentioned(StreamAdapter const& adapter, typename A::Owner& entity, typename A::Key const& key) noexcept
-      : adapter_(adapter), entity_(entity), key_(key) {}
+  using Key = typename Dirty::Key;
+  Mentioned(StreamAdapter const& adapter, KeyedRow<Dirty> const& row, Entity& entity, Key const& key) noexcept
+      : adapter_(adapter), row_(row), entity_(entity), key_(key) {}
   Mentioned(Mentioned const&) = delete;
   Mentioned& operator=(Mentioned const&) = delete;
   ~Mentioned() {
     if (adapter_.side() == StreamAdapter::Side::owner) return;
-    if (auto* const member = A::field(entity_)[key_]) member->vekMarkedForDeletionIs(false);
+    if (auto* const member = row_.find(entity_, key_).member) member->vekMarkedForDeletionIs(false);
   }
 
  private:
   StreamAdapter const& adapter_;
-  typename A::Owner& entity_;
-  typename A::Key const& key_;
+  KeyedRow<Dirty> const& row_;
+  Entity& entity_;
+  Key const& key_;
 };
 
-template <class A, class Sa>
-void receiveKey(Sa& adapter, InboundRecord const& record, bool deleted) {
-  using Key = typename A::Key;
+template <class V, class Dirty>
+void receiveKey(Entity::VekNboAttrLogSa& adapter, KeyedRow<Dirty> const& row, InboundRecord const& record,
+                bool deleted) {
+  using Key = typename Dirty::Key;
   Key const key = nextField<Key>(record.in());
-  auto const value = deleted ? typename A::Value{} : nextValue<typename A::Value>(record.in());
+  V const value = deleted ? V{} : nextValue<V>(record.in());
   if (!record.applies()) {
-    (adapter.*A::logHandler)(key);
+    adapter.doNotification(static_cast<int>(row.number), &key);
     return;
   }
   record.decoded();
-  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  Entity& entity = *record.entity();
   WritePass const pass{entity};
   if (deleted) {
-    collectionDel<A>(entity, key);
+    row.remove(entity, key);
   } else {
-    Mentioned<A> const mentioned{adapter, entity, key};
-    collectionIs<A>(entity, key, value);
+    Mentioned<Dirty> const mentioned{adapter, row, entity, key};
+    row.set(entity, key, &value);
   }
 }
 
 template <class A, class Sa>
 [[nodiscard]] bool receiveAttribute(Sa& adapter, InboundRecord const& record, bool negative) {
   if constexpr (holdsValuesByKey<A>) {
-    receiveKey<A>(adapter, record, negative);
+    receiveKey<typename A::Value>(adapter, keyedRow<A>, record, negative);
     return true;
   } else if constexpr (isScalarRecord<A>) {
     if (negative) return false;

@@ -4,8 +4,8 @@
 // Thread: the entity's. Re-entrancy: calls nobody. Throws ReadOnlyException, and std::bad_alloc.
 #pragma once
 
+#include "dornl3/attrlog/KeyedRow.h"
 #include "dornl3/attrlog/LogSlots.h"
-#include "dornl3/attrlog/ValueWire.h"
 #include "dornl3/platform/attrlog/EntityAdapter.h"
 
 namespace Vek {
@@ -23,11 +23,6 @@ template <class A>
 [[nodiscard]] auto const* fieldOn(Entity::VekNboAttrLogSa const& adapter) noexcept {
   auto const* const entity = static_cast<typename A::Owner const*>(adapter.rawNotifier());
   return entity == nullptr ? nullptr : &A::field(*entity);
-}
-
-template <class V>
-void writeField(NboAttrLog::OutPtr const& out, void const* field) {
-  out << *static_cast<V const*>(field);
 }
 
 }  // namespace detail

@@ -9,30 +9,27 @@ namespace Vek {
 
 namespace detail {
 
-template <class A>
-void sweepMember(Entity::VekNboAttrLogSa& adapter, typename A::Owner& entity, typename A::Member& member,
-                 StreamAdapter::AttrTransactionType type) {
-  if (type == StreamAdapter::beginMarker) {
-    member.vekMarkedForDeletionIs(true);
-  } else if (type == StreamAdapter::endMarker && member.vekMarkedForDeletion()) {
-    Entity::VekNboAttrLogSa::IsActiveAnchor active;
-    active.telIs(&adapter);
-    WritePass const pass{entity};
-    collectionDel<A>(entity, member.key());
-  }
-}
-
-template <class A>
-void sweep(Entity::VekNboAttrLogSa& adapter, StreamAdapter::AttrTransactionType type) {
-  using Map = MapOf<A>;
-  Ptr<Entity> const held = adapter.vekNotifierEntity();
-  auto& entity = static_cast<typename A::Owner&>(*held);
-  Map& map = A::field(entity);
-  U32 version = 0;
+template <class Dirty>
+void sweep(Entity::VekNboAttrLogSa& adapter, KeyedRow<Dirty> const& row, StreamAdapter::AttrTransactionType type) {
+  using Key = typename Dirty::Key;
+  Ptr<Entity> const entity = adapter.vekNotifierEntity();
+  bool isSwept = false;
+  auto step = [&](Key const& key, void const*, PtrInterface& member) {
+    if (type == StreamAdapter::beginMarker) {
+      member.vekMarkedForDeletionIs(true);
+    } else if (type == StreamAdapter::endMarker && member.vekMarkedForDeletion()) {
+      Entity::VekNboAttrLogSa::IsActiveAnchor active;
+      active.telIs(&adapter);
+      WritePass const pass{*entity};
+      row.remove(*entity, key);
+      isSwept = true;
+    }
+    return true;
+  };
   do {
-    version = map.version();
-    for (typename Map::Iterator it(&map); it; ++it) sweepMember<A>(adapter, entity, *it, type);
-  } while (map.version() != version);
+    isSwept = false;
+    row.walk(*entity, nullptr, step);
+  } while (isSwept);
 }
 
 }  // namespace detail
@@ -45,7 +42,7 @@ void applyTransaction(Entity::VekNboAttrLogSa& adapter, AttributeId attr, Stream
   if (adapter.rawNotifier() == nullptr) return;
   adapter.transactionHead(attr, type);
   visit(typename Attr::All{}, attr, [&](auto attribute) {
-    if constexpr (holdsValuesByKey<decltype(attribute)>) detail::sweep<decltype(attribute)>(adapter, type);
+    if constexpr (holdsValuesByKey<decltype(attribute)>) detail::sweep(adapter, detail::keyedRow<decltype(attribute)>, type);
   });
   adapter.Entity::VekNboAttrLogSa::handleAttrTransaction(attr, type, argument);
 }

@@ -983,31 +983,11 @@ class ToyBox::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
     void vekNotesHasSyncedIs(bool on) { bitIs(4, on); }
     void vekVlansHasSyncedIs(bool on) { bitIs(5, on); }
   };
-  class VekVekIsCountsDirty final : public Vek::RbElement<Vek::U32, bool> {
-   public:
-    using Map = Vek::RbTreeMap<VekVekIsCountsDirty, Vek::U32, bool>;
-    using RbElement::RbElement;
-  };
-  class VekVekIsFapsDirty final : public Vek::RbElement<Hardware::Dorn::FapId, bool> {
-   public:
-    using Map = Vek::RbTreeMap<VekVekIsFapsDirty, Hardware::Dorn::FapId, bool>;
-    using RbElement::RbElement;
-  };
-  class VekVekIsWantedDirty final : public Vek::HashElement<Vek::U32, bool> {
-   public:
-    using Map = Vek::HashMap<VekVekIsWantedDirty, Vek::U32, bool>;
-    using HashElement::HashElement;
-  };
-  class VekVekIsNotesDirty final : public Vek::HashElement<Vek::String8, bool> {
-   public:
-    using Map = Vek::HashMap<VekVekIsNotesDirty, Vek::String8, bool>;
-    using HashElement::HashElement;
-  };
-  class VekVekIsVlansDirty final : public Vek::HashElement<Bridging::VlanIdOrNone, bool> {
-   public:
-    using Map = Vek::HashMap<VekVekIsVlansDirty, Bridging::VlanIdOrNone, bool>;
-    using HashElement::HashElement;
-  };
+  using VekVekIsCountsDirty = Vek::DirtyRbElement<Vek::U32>;
+  using VekVekIsFapsDirty = Vek::DirtyRbElement<Hardware::Dorn::FapId>;
+  using VekVekIsWantedDirty = Vek::DirtyHashElement<Vek::U32>;
+  using VekVekIsNotesDirty = Vek::DirtyHashElement<Vek::String8>;
+  using VekVekIsVlansDirty = Vek::DirtyHashElement<Bridging::VlanIdOrNone>;
 
   FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr);
   ~FlowOut() override;

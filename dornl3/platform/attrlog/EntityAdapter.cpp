@@ -91,6 +91,11 @@ void Sa::onZeroReferences() {
 
 // ---- What becomes of a change
 
+void Sa::handleHeld(void (Sa::*slot)()) {
+  Ptr<Sa> const held(this);
+  (this->*slot)();
+}
+
 bool Sa::maySend(AttributeId attr) {
   if (hasFlag(syncModeRelay)) return false;
   if (!hasFlag(entityReactorActive) && handlingFlowInFor(attr)) return false;

@@ -46,6 +46,14 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
 
   // The halves of the frames that depend on no type.
 
+  /// Calls a slot of this adapter, which is held meanwhile.
+  void handleHeld(void (VekNboAttrLogSa::*slot)());
+  template <class K>
+  void handleHeld(void (VekNboAttrLogSa::*slot)(K), K const& key) {
+    Ptr<VekNboAttrLogSa> const held(this);
+    (this->*slot)(key);
+  }
+
   /// What becomes of a change at this moment.
   enum class Turn : U8 {
     silent,  ///< nothing: it came from this log, or the log does not want it
@@ -59,6 +67,8 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   using FieldWriter = void (*)(NboAttrLog::OutPtr const& out, void const* field);
   /// The same for a field whose size is not told ahead.
   void logField(AttributeId attr, U32 slot, void const* field, FieldWriter write);
+  /// Whether a change is written now, for the plainest of all reasons. Where it is not, the turn decides.
+  [[nodiscard]] bool isPlainlyInStep() const noexcept;
   /// Decides for a scalar, and marks it or clears its mark.
   [[nodiscard]] Turn scalarTurn(AttributeId attr, U32 slot);
   /// Decides for a key. The caller marks it in the flow-out, or clears its mark there.
@@ -110,8 +120,6 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   /// Guards that all handlers begin with; false where the handler is to return.
   [[nodiscard]] bool maySend(AttributeId attr);
   void needWritable(AttributeId attr);
-  /// Whether a change is written now, for the plainest of all reasons. Where it is not, the turn decides.
-  [[nodiscard]] bool isPlainlyInStep() const noexcept;
   void writeNumber(AttributeId attr, void const* field, U32 size);
   void writeField(AttributeId attr, void const* field, FieldWriter write);
   /// Makes a flow-out that owes nothing, for what is then marked.
