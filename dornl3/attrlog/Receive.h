@@ -11,17 +11,27 @@ namespace Vek {
 
 namespace detail {
 
-template <class A, class Sa>
-void receiveScalar(Sa& adapter, InboundRecord const& record) {
-  auto const value = nextField<typename A::Value>(record.in());
+/// Where a received scalar goes.
+template <class V>
+struct ScalarPlace {
+  V& field;
+  ReactorChain const& reactors;
+  AttributeId number;
+  ReactorSlot slot;
+};
+
+template <class V>
+void receiveScalar(Entity::VekNboAttrLogSa& adapter, InboundRecord const& record, ScalarPlace<V> const& place) {
+  auto const value = nextField<V>(record.in());
   if (!record.applies()) {
-    (adapter.*A::logHandler)();
+    adapter.doNotification(static_cast<int>(place.number), nullptr);
     return;
   }
   record.decoded();
-  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  Entity& entity = *record.entity();
   WritePass const pass{entity};
-  scalarIs<A>(entity, value);
+  if (!storeScalar(entity, place.number, place.field, value) || adapter.isAloneOn(place.reactors)) return;
+  notifyReactors(entity, place.reactors, place.number, place.slot);
 }
 
 /// Keeps a member from the sweep that follows, however the scope ends. On an owner nothing is swept, and a mark there is
@@ -74,7 +84,10 @@ template <class A, class Sa>
     return true;
   } else if constexpr (isScalarRecord<A>) {
     if (negative) return false;
-    receiveScalar<A>(adapter, record);
+    auto& entity = static_cast<typename A::Owner&>(*record.entity());
+    ReactorChain const& reactors = reactorsOf<typename A::Owner>(entity);
+    receiveScalar<typename A::Value>(adapter, record,
+                                     {A::field(entity), reactors, A::number, static_cast<ReactorSlot>(A::slot)});
     return true;
   } else {
     return false;

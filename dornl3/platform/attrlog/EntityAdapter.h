@@ -4,6 +4,7 @@
 // Owner, thread, re-entrancy: see StreamAdapter.
 #pragma once
 
+#include "dornl3/core/ReactorChain.h"
 #include "dornl3/platform/attrlog/MsgChannel.h"
 #include "dornl3/platform/attrlog/StreamAdapter.h"
 #include "dornl3/platform/vek/Entity.h"
@@ -94,6 +95,10 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   /// attribute. Whether the walk ends here, with `from` as its answer.
   [[nodiscard]] bool walkEndsEarly(NboAttrLog::FlowOut* owed, AttributeId first, AttributeId& from);
 
+  /// Whether nobody but this adapter, which is silent for what it is applying, hears of changes.
+  [[nodiscard]] bool isAloneOn(ReactorChain const& reactors) const noexcept {
+    return reactors.count() == 1 && reactors.head() == reactorAdapter_.ptr();
+  }
   /// Throws InternalException where the far side may not change the attribute.
   void needRemoteWritable(int attr) const;
 

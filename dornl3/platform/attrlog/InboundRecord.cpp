@@ -15,8 +15,9 @@ InboundRecord::InboundRecord(Sa& adapter, int attr, Ptr<NboAttrLog::In> const& i
   if (adapter.hasFlag(StreamAdapter::entityReactorActive)) {
     throwInternalException("entity reactor is already active");
   }
-  active_.telIs(&adapter);
   adapter.needRemoteWritable(attr);
+  adapter.flagsIs(StreamAdapter::entityReactorActive, true);
+  isActive_ = true;
 }
 
 }  // namespace Vek
