@@ -1,8 +1,8 @@
-// CollectionLog: an attribute with values by key goes out: one key at a time for a change, and as a whole, between markers,
-// when a flow-out walks it. What an X::VekNboAttrLogSa defines itself are one-line calls of these.
-// The walk keeps no copy of the collection: its one memory is the key where it goes on. The far side drops at the end
-// marker what was not mentioned since the begin marker.
-// Thread: the entity's. Re-entrancy: calls nobody. Throws ReadOnlyException, and std::bad_alloc.
+// CollectionLog: an attribute with values by key goes out: one key at a time for a change, and as a whole, between
+// markers, when a flow-out walks it. What an X::VekNboAttrLogSa defines itself are one-line calls of these. The walk
+// keeps no copy of the collection: its one memory is the key where it goes on. The far side drops at the end marker
+// what was not mentioned since the begin marker. Thread: the entity's. Re-entrancy: calls nobody. Throws
+// ReadOnlyException, and std::bad_alloc.
 #pragma once
 
 #include "dornl3/attrlog/KeyedRow.h"

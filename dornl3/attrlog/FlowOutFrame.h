@@ -1,6 +1,6 @@
-// FlowOutFrame: the part of a flow-out that depends on the entity's type: a bit for each attribute, and the keys that are
-// owed of each collection. What an X::VekNboAttrLogSa::FlowOut defines itself are one-line calls of these. Its descriptors
-// tell `dirty(flowOut)`, the keys owed of a collection.
+// FlowOutFrame: the part of a flow-out that depends on the entity's type: a bit for each attribute, and the keys that
+// are owed of each collection. What an X::VekNboAttrLogSa::FlowOut defines itself are one-line calls of these. Its
+// descriptors tell `dirty(flowOut)`, the keys owed of a collection.
 #pragma once
 
 #include "dornl3/attrlog/LogSlots.h"

@@ -1,6 +1,6 @@
-// KeyedRow: what a collection of values tells of itself, for the halves of the log that are the same for all collections
-// with keys of one type. A collection adds to the library what stands in its row, and not a copy of those halves.
-// Owner: rows are constants. Thread: any.
+// KeyedRow: what a collection of values tells of itself, for the halves of the log that are the same for all
+// collections with keys of one type. A collection adds to the library what stands in its row, and not a copy of those
+// halves. Owner: rows are constants. Thread: any.
 #pragma once
 
 #include "dornl3/attrlog/FlowOutFrame.h"
@@ -64,9 +64,8 @@ using DirtyOf = std::remove_reference_t<decltype(A::dirty(std::declval<FlowOutOf
 
 /// A record of a numbered switch has a size that is known ahead; all others say theirs.
 template <class A>
-inline constexpr bool hasFixedKeyRecord =
-    std::is_base_of_v<HashMapGeneric, MapOf<A>>&& std::is_same_v<typename A::Key, U32>&& std::is_same_v<
-        typename A::Value, bool>;
+inline constexpr bool hasFixedKeyRecord = std::is_base_of_v<HashMapGeneric, MapOf<A>>&&
+    std::is_same_v<typename A::Key, U32>&& std::is_same_v<typename A::Value, bool>;
 
 /// The functions of a row.
 template <class A>
@@ -92,9 +91,7 @@ struct RowOf {
   static void set(Entity& entity, Key const& key, void const* value) {
     collectionIs<A>(static_cast<typename A::Owner&>(entity), key, *static_cast<Value const*>(value));
   }
-  static void remove(Entity& entity, Key const& key) {
-    collectionDel<A>(static_cast<typename A::Owner&>(entity), key);
-  }
+  static void remove(Entity& entity, Key const& key) { collectionDel<A>(static_cast<typename A::Owner&>(entity), key); }
 };
 
 template <class V>
@@ -103,9 +100,9 @@ void writeField(NboAttrLog::OutPtr const& out, void const* field) {
 }
 
 template <class A>
-inline constexpr KeyedRow<DirtyOf<A>> keyedRow{A::number,       hasFixedKeyRecord<A>, &RowOf<A>::dirty,
-                                               &RowOf<A>::find, &RowOf<A>::walk,      &RowOf<A>::set,
-                                               &RowOf<A>::remove, &writeField<typename A::Value>};
+inline constexpr KeyedRow<DirtyOf<A>> keyedRow{
+    A::number,       hasFixedKeyRecord<A>, &RowOf<A>::dirty,  &RowOf<A>::find,
+    &RowOf<A>::walk, &RowOf<A>::set,       &RowOf<A>::remove, &writeField<typename A::Value>};
 
 }  // namespace detail
 

@@ -1,6 +1,6 @@
-// Receive: applies a record to its entity, through the ordinary setters: all reactors and all other logs hear of it, only
-// the adapter that it came to stays silent. Everything is read before anything is touched.
-// Thread: the entity's. Re-entrancy: reactors may do anything; another record on the same adapter is refused meanwhile.
+// Receive: applies a record to its entity, through the ordinary setters: all reactors and all other logs hear of it,
+// only the adapter that it came to stays silent. Everything is read before anything is touched. Thread: the entity's.
+// Re-entrancy: reactors may do anything; another record on the same adapter is refused meanwhile.
 #pragma once
 
 #include "dornl3/attrlog/Walk.h"
@@ -34,8 +34,8 @@ void receiveScalar(Entity::VekNboAttrLogSa& adapter, InboundRecord const& record
   notifyReactors(entity, place.reactors, place.number, place.slot);
 }
 
-/// Keeps a member from the sweep that follows, however the scope ends. On an owner nothing is swept, and a mark there is
-/// that of a mount upstream, which its peer has not mentioned yet.
+/// Keeps a member from the sweep that follows, however the scope ends. On an owner nothing is swept, and a mark there
+/// is that of a mount upstream, which its peer has not mentioned yet.
 template <class Dirty>
 class Mentioned {
  public:
@@ -108,10 +108,10 @@ void receiveRecord(Sa& adapter, int attr, StreamAdapter::DeserializationOptions 
   }
   bool known = false;
   bool const negative = attr < 0;
-  AttributeId const number = negative ? AttributeId{0} - static_cast<AttributeId>(attr) : static_cast<AttributeId>(attr);
-  visit(typename Attr::All{}, number, [&](auto attribute) {
-    known = detail::receiveAttribute<decltype(attribute)>(adapter, record, negative);
-  });
+  AttributeId const number =
+      negative ? AttributeId{0} - static_cast<AttributeId>(attr) : static_cast<AttributeId>(attr);
+  visit(typename Attr::All{}, number,
+        [&](auto attribute) { known = detail::receiveAttribute<decltype(attribute)>(adapter, record, negative); });
   if (!known) adapter.doBaseVekNboAttrLogSaMsg(attr, options, length, in);
 }
 

@@ -1,6 +1,6 @@
-// Sweep: what a peer no longer mentions goes. A begin marker marks all members of a collection, each record clears the mark
-// of its key, and the end marker removes what is still marked.
-// Thread: the entity's. Re-entrancy: reactors of a removal may change the collection; the pass is then made again.
+// Sweep: what a peer no longer mentions goes. A begin marker marks all members of a collection, each record clears the
+// mark of its key, and the end marker removes what is still marked. Thread: the entity's. Re-entrancy: reactors of a
+// removal may change the collection; the pass is then made again.
 #pragma once
 
 #include "dornl3/attrlog/Receive.h"
@@ -42,7 +42,8 @@ void applyTransaction(Entity::VekNboAttrLogSa& adapter, AttributeId attr, Stream
   if (adapter.rawNotifier() == nullptr) return;
   adapter.transactionHead(attr, type);
   visit(typename Attr::All{}, attr, [&](auto attribute) {
-    if constexpr (holdsValuesByKey<decltype(attribute)>) detail::sweep(adapter, detail::keyedRow<decltype(attribute)>, type);
+    if constexpr (holdsValuesByKey<decltype(attribute)>)
+      detail::sweep(adapter, detail::keyedRow<decltype(attribute)>, type);
   });
   adapter.Entity::VekNboAttrLogSa::handleAttrTransaction(attr, type, argument);
 }
@@ -50,8 +51,8 @@ void applyTransaction(Entity::VekNboAttrLogSa& adapter, AttributeId attr, Stream
 /// Begins or ends a transaction on every collection, as the adapter's sync mode says.
 template <class Attr, class Sa>
 void transactionsFollowMode(Sa& adapter) {
-  auto const type = adapter.syncMode() == StreamAdapter::synchronising ? StreamAdapter::beginMarker
-                                                                       : StreamAdapter::endMarker;
+  auto const type =
+      adapter.syncMode() == StreamAdapter::synchronising ? StreamAdapter::beginMarker : StreamAdapter::endMarker;
   forEach(typename Attr::All{}, [&](auto attribute) {
     using A = decltype(attribute);
     if constexpr (holdsValuesByKey<A>) adapter.handleAttrTransaction(A::number, type, 0);

@@ -1,7 +1,6 @@
-// ValueWire: the wire form of values. The fields stand one behind the other, in the order of the attributes, with nothing
-// between them.
-// A peer with an older schema sends fewer fields: what it does not send keeps its default. One with a newer schema sends
-// more: the rest of the record is passed over.
+// ValueWire: the wire form of values. The fields stand one behind the other, in the order of the attributes, with
+// nothing between them. A peer with an older schema sends fewer fields: what it does not send keeps its default. One
+// with a newer schema sends more: the rest of the record is passed over.
 #pragma once
 
 #include "dornl3/frame/Attribute.h"

@@ -96,6 +96,11 @@ void Sa::handleHeld(void (Sa::*slot)()) {
   (this->*slot)();
 }
 
+void Sa::handlerFailed(AttributeId attr) {
+  Ptr<Sa> const held(this);
+  Sa::onNotificationException(attr);
+}
+
 bool Sa::maySend(AttributeId attr) {
   if (hasFlag(syncModeRelay)) return false;
   if (!hasFlag(entityReactorActive) && handlingFlowInFor(attr)) return false;

@@ -49,6 +49,8 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
 
   /// Calls a slot of this adapter, which is held meanwhile.
   void handleHeld(void (VekNboAttrLogSa::*slot)());
+  /// A slot has thrown.
+  void handlerFailed(AttributeId attr);
   template <class K>
   void handleHeld(void (VekNboAttrLogSa::*slot)(K), K const& key) {
     Ptr<VekNboAttrLogSa> const held(this);
