@@ -31,6 +31,8 @@ namespace Schemac {
 // On an attribute log:
 [[nodiscard]] std::string keySenderName(std::string_view attribute);     ///< vekHandleBanksSerializeSing
 [[nodiscard]] std::string walkerName(std::string_view attribute);        ///< vekHandleBanksSerializeColl
+[[nodiscard]] std::string textSenderName(std::string_view attribute);    ///< vekHandleBanksSerialize
+[[nodiscard]] std::string binderName(std::string_view attribute);        ///< banksNboAttrLogAdapter
 [[nodiscard]] std::string dirtySetterName(std::string_view attribute);   ///< vekIsBanksDirtyIs
 [[nodiscard]] std::string dirtyRemoverName(std::string_view attribute);  ///< vekIsBanksDirtyDel
 [[nodiscard]] std::string dirtyMakerName(std::string_view attribute);    ///< newVekIsBanksDirty

@@ -122,6 +122,11 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
       .set("isField", form.field)
       .set("isScalar", form.scalar)
       .set("isScalarRecord", form.scalar && a.shape != Shape::text)
+      .set("isText", a.shape == Shape::text)
+      .set("isLogged", a.shape != Shape::constant && a.shape != Shape::fixed)
+      .set("holdsChildren", form.child || form.children)
+      .set("textSender", textSenderName(a.name))
+      .set("binder", binderName(a.name))
       .set("isConstant", a.shape == Shape::constant)
       .set("isStored", a.shape != Shape::constant)
       .set("isLookupInline", form.ordered || a.key != "U32")
@@ -163,14 +168,16 @@ void setEntity(Data& view, File const& file, Type const& type, Types const& type
   });
   bool const hasCollections = std::any_of(type.attributes.begin(), type.attributes.end(),
                                           [](Attribute const& a) { return Form(a).collection || Form(a).children; });
-  bool const hasValueCollections = std::any_of(type.attributes.begin(), type.attributes.end(),
-                                               [](Attribute const& a) { return Form(a).collection; });
+  bool const hasTransactions = std::any_of(type.attributes.begin(), type.attributes.end(), [](Attribute const& a) {
+    Form const form(a);
+    return form.collection || form.child || form.children || a.shape == Shape::text;
+  });
   view.set("factory", type.factory)
       .set("isRoot", !type.factory.empty())
       .set("typeFrame", type.factory.empty() ? "GenericEntityType" : "GenericRootEntityType")
       .set("hasChildren", hasChildren)
       .set("hasCollections", hasCollections)
-      .set("hasValueCollections", hasValueCollections)
+      .set("hasTransactions", hasTransactions)
       .set("isMember", holder != nullptr)
       .set("memberKey", holder != nullptr ? keyOf(*holder, types) : std::string())
       .set("memberKeyField", holder == nullptr ? std::string()

@@ -1,8 +1,8 @@
-// CollectionLog: an attribute with values by key goes out: one key at a time for a change, and as a whole, between
-// markers, when a flow-out walks it. What an X::VekNboAttrLogSa defines itself are one-line calls of these. The walk
-// keeps no copy of the collection: its one memory is the key where it goes on. The far side drops at the end marker
-// what was not mentioned since the begin marker. Thread: the entity's. Re-entrancy: calls nobody. Throws
-// ReadOnlyException, and std::bad_alloc.
+// CollectionLog: an attribute with values by key goes out, one key at a time; and the walk of any collection, of values
+// or of children, as a whole, between markers. What an X::VekNboAttrLogSa defines itself are one-line calls of these.
+// The walk keeps no copy of the collection: its one memory is the key where it goes on. The far side drops at the end
+// marker what was not mentioned since the begin marker.
+// Thread: the entity's. Re-entrancy: calls nobody. Throws ReadOnlyException, and std::bad_alloc.
 #pragma once
 
 #include "dornl3/attrlog/KeyedRow.h"
@@ -12,9 +12,14 @@ namespace Vek {
 
 namespace detail {
 
+template <class Sa>
+[[nodiscard]] typename Sa::FlowOut& owedBy(Sa const& adapter) noexcept {
+  return static_cast<typename Sa::FlowOut&>(*static_cast<StreamAdapter const&>(adapter).flowOut());
+}
+
 /// Writes one key. `value` is null where it is there no longer.
 template <class Dirty>
-void writeKey(Entity::VekNboAttrLogSa& adapter, KeyedRow<Dirty> const& row, typename Dirty::Key const& key,
+void writeKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, typename Dirty::Key const& key,
               void const* value) {
   auto const number = static_cast<int>(row.number);
   U32 const size = value == nullptr ? NboAttrLog::fixedKeyDeleteRecord : NboAttrLog::fixedKeyRecord;
@@ -26,7 +31,7 @@ void writeKey(Entity::VekNboAttrLogSa& adapter, KeyedRow<Dirty> const& row, type
 
 /// The same where it may, or marks the key.
 template <class Dirty>
-void sendKey(Entity::VekNboAttrLogSa& adapter, KeyedRow<Dirty> const& row, typename Dirty::Key const& key,
+void sendKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, typename Dirty::Key const& key,
              void const* value) {
   using Turn = Entity::VekNboAttrLogSa::Turn;
   Turn const turn = adapter.isPlainlyInStep() ? Turn::write : adapter.keyTurn(row.number);
@@ -46,8 +51,40 @@ void sendKey(Entity::VekNboAttrLogSa& adapter, KeyedRow<Dirty> const& row, typen
 }
 
 template <class Dirty>
-void sendPresent(Entity::VekNboAttrLogSa& adapter, KeyedRow<Dirty> const& row, typename Dirty::Key const& key) {
+void sendPresent(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, typename Dirty::Key const& key) {
   sendKey(adapter, row, key, row.find(entityOn<Entity>(adapter), key).value);
+}
+
+template <class A>
+void sendChild(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key) {
+  auto& own = static_cast<typename A::Owner::VekNboAttrLogSa&>(adapter);
+  (own.*A::logKey)(key, Ptr<typename A::Child>(A::field(entityOn<typename A::Owner>(adapter))[key]));
+}
+template <class A>
+void sendValue(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key);
+
+template <class A>
+inline constexpr KeyedRow<DirtyOf<A>> childrenRow{A::number, &RowOf<A>::dirty, &RowOf<A>::walk, &sendChild<A>};
+template <class A>
+inline constexpr ValuesRow<DirtyOf<A>> valuesRow{{A::number, &RowOf<A>::dirty, &RowOf<A>::walk, &sendValue<A>},
+                                                 hasFixedKeyRecord<A>,
+                                                 &RowOf<A>::find,
+                                                 &RowOf<A>::set,
+                                                 &RowOf<A>::remove,
+                                                 &writeField<typename A::Value>};
+
+template <class A>
+void sendValue(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key) {
+  sendPresent(adapter, valuesRow<A>, key);
+}
+
+template <class A>
+[[nodiscard]] KeyedRow<DirtyOf<A>> const& rowOf() noexcept {
+  if constexpr (holdsChildren<A>) {
+    return childrenRow<A>;
+  } else {
+    return valuesRow<A>;
+  }
 }
 
 /// The members from the bookmark on. Whether the walk came to the end of the collection; else `done` is what the caller
@@ -60,9 +97,9 @@ template <class Dirty>
   if (owed != nullptr && !resumes) adapter.sendTransactionMarker(row.number, StreamAdapter::beginMarker, 0);
   bool stops = false;
   bool isMarked = false;
-  auto step = [&](Key const& key, void const* value, PtrInterface&) {
+  auto step = [&](Key const& key, PtrInterface&) {
     if (!stops) {
-      sendKey(adapter, row, key, value);
+      row.send(adapter, key);
       if (owed == nullptr) return true;
       stops = owed->yieldRequested();
       if (!stops) {
@@ -103,7 +140,7 @@ template <class Dirty>
   Dirty& dirty = row.dirty(*owed);
   for (typename Dirty::IteratorConst it(&dirty); it; ++it) {
     if (!adapter.continueFlowOut()) return false;
-    sendPresent(adapter, row, it->key());
+    row.send(adapter, it->key());
     if (owed->yieldRequested()) return false;
     dirtyKeyDel(dirty, it->key());
   }
@@ -116,19 +153,19 @@ template <class Dirty>
 template <class A>
 void serializeKey(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key, typename A::Value const& value,
                   bool deleted) {
-  detail::sendKey(adapter, detail::keyedRow<A>, key, deleted ? nullptr : &value);
+  detail::sendKey(adapter, detail::valuesRow<A>, key, deleted ? nullptr : &value);
 }
 
 /// Reports what stands at a key now.
 template <class A>
 void serializePresent(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key) {
-  detail::sendPresent(adapter, detail::keyedRow<A>, key);
+  detail::rowOf<A>().send(adapter, key);
 }
 
 /// See detail::walkCollection.
 template <class Attr, class A>
 bool serializeCollection(Entity::VekNboAttrLogSa& adapter) {
-  return detail::walkCollection(adapter, detail::keyedRow<A>, logSlot<Attr, A>);
+  return detail::walkCollection(adapter, detail::rowOf<A>(), logSlot<Attr, A>);
 }
 
 }  // namespace Vek

@@ -1,4 +1,4 @@
-// KeyedRow: what a collection of values tells of itself, for the halves of the log that are the same for all
+// KeyedRow: what a collection tells of itself, for the halves of the log that are the same for all
 // collections with keys of one type. A collection adds to the library what stands in its row, and not a copy of those
 // halves. Owner: rows are constants. Thread: any.
 #pragma once
@@ -10,23 +10,20 @@
 
 namespace Vek {
 
-/// What is done at each member of a walk: with its key, its value and itself. Whether the walk goes on. Borrowed.
+/// What is done at each member of a walk, given its key and itself: whether the walk goes on. Borrowed.
 template <class Key>
 class MemberStep {
  public:
   template <class Call>
   MemberStep(Call& call) noexcept
-      : call_([](void* held, Key const& key, void const* value, PtrInterface& member) {
-          return (*static_cast<Call*>(held))(key, value, member);
-        }),
+      : call_(
+            [](void* held, Key const& key, PtrInterface& member) { return (*static_cast<Call*>(held))(key, member); }),
         held_(&call) {}
 
-  bool operator()(Key const& key, void const* value, PtrInterface& member) const {
-    return call_(held_, key, value, member);
-  }
+  bool operator()(Key const& key, PtrInterface& member) const { return call_(held_, key, member); }
 
  private:
-  bool (*call_)(void* held, Key const& key, void const* value, PtrInterface& member);
+  bool (*call_)(void* held, Key const& key, PtrInterface& member);
   void* held_;
 };
 
@@ -34,18 +31,27 @@ class MemberStep {
 template <class Dirty>
 struct KeyedRow {
   using Key = typename Dirty::Key;
+
+  AttributeId number;
+  Dirty& (*dirty)(NboAttrLog::FlowOut& flowOut);
+  /// Walks the members from a key on, or from the first.
+  void (*walk)(Entity& entity, Key const* from, MemberStep<Key> const& step);
+  /// Writes what stands at a key, or marks the key.
+  void (*send)(Entity::VekNboAttrLogSa& adapter, Key const& key);
+};
+
+/// What it tells beside where its members are values.
+template <class Dirty>
+struct ValuesRow : KeyedRow<Dirty> {
+  using Key = typename Dirty::Key;
   struct Found {
     PtrInterface* member;  ///< null where the key is absent
     void const* value;
   };
 
-  AttributeId number;
   /// Whether the size of a record is told ahead.
   bool isFixed;
-  Dirty& (*dirty)(NboAttrLog::FlowOut& flowOut);
   Found (*find)(Entity& entity, Key const& key);
-  /// Walks the members from a key on, or from the first.
-  void (*walk)(Entity& entity, Key const* from, MemberStep<Key> const& step);
   void (*set)(Entity& entity, Key const& key, void const* value);
   void (*remove)(Entity& entity, Key const& key);
   void (*writeValue)(NboAttrLog::OutPtr const& out, void const* value);
@@ -71,25 +77,24 @@ inline constexpr bool hasFixedKeyRecord = std::is_base_of_v<HashMapGeneric, MapO
 template <class A>
 struct RowOf {
   using Key = typename A::Key;
-  using Value = typename A::Value;
-  using Row = KeyedRow<DirtyOf<A>>;
+  using Found = typename ValuesRow<DirtyOf<A>>::Found;
 
   static MapOf<A>& map(Entity& entity) noexcept { return A::field(static_cast<typename A::Owner&>(entity)); }
 
   static DirtyOf<A>& dirty(NboAttrLog::FlowOut& flowOut) noexcept {
     return A::dirty(static_cast<FlowOutOf<A>&>(flowOut));
   }
-  static typename Row::Found find(Entity& entity, Key const& key) {
-    auto* const member = map(entity)[key];
-    return {member, member == nullptr ? nullptr : &member->value()};
-  }
   static void walk(Entity& entity, Key const* from, MemberStep<Key> const& step) {
     using Iterator = typename MapOf<A>::Iterator;
     Iterator it = from == nullptr ? Iterator(&map(entity)) : Iterator(&map(entity), *from);
-    while (it && step(it->key(), &it->value(), *it)) ++it;
+    while (it && step(it->key(), *it)) ++it;
+  }
+  static Found find(Entity& entity, Key const& key) {
+    auto* const member = map(entity)[key];
+    return {member, member == nullptr ? nullptr : &member->value()};
   }
   static void set(Entity& entity, Key const& key, void const* value) {
-    collectionIs<A>(static_cast<typename A::Owner&>(entity), key, *static_cast<Value const*>(value));
+    collectionIs<A>(static_cast<typename A::Owner&>(entity), key, *static_cast<typename A::Value const*>(value));
   }
   static void remove(Entity& entity, Key const& key) { collectionDel<A>(static_cast<typename A::Owner&>(entity), key); }
 };
@@ -98,11 +103,6 @@ template <class V>
 void writeField(NboAttrLog::OutPtr const& out, void const* field) {
   out << *static_cast<V const*>(field);
 }
-
-template <class A>
-inline constexpr KeyedRow<DirtyOf<A>> keyedRow{
-    A::number,       hasFixedKeyRecord<A>, &RowOf<A>::dirty,  &RowOf<A>::find,
-    &RowOf<A>::walk, &RowOf<A>::set,       &RowOf<A>::remove, &writeField<typename A::Value>};
 
 }  // namespace detail
 

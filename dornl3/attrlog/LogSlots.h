@@ -1,5 +1,5 @@
-// LogSlots: which attributes travel on a log, and the bit of each in a flow-out: bit 1 for the first, and so on by
-// rising number, without gaps. A scalar's bit says that it is owed, a collection's that it has been walked.
+// LogSlots: which attributes travel on a log, and the bit of each in a flow-out: bit 1 for the first, and so on by rising
+// number, without gaps. A scalar's bit says that it is owed, a collection's that it has been walked.
 #pragma once
 
 #include "dornl3/frame/Attribute.h"
@@ -13,16 +13,26 @@ inline constexpr bool isLogged = requires {
 };
 
 template <class A>
-inline constexpr bool holdsValuesByKey = requires {
-  typename A::Member;
-};
-
-/// Whether it is a plain value that goes out as one record.
-template <class A>
-inline constexpr bool isScalarRecord =
-    isLogged<A> && !holdsValuesByKey<A> && !std::is_same_v<typename A::Value, String8> && !requires {
+inline constexpr bool holdsChildren = requires {
   typename A::Child;
 };
+template <class A>
+inline constexpr bool holdsKeys = isLogged<A>&& requires {
+  typename A::Key;
+};
+template <class A>
+inline constexpr bool holdsValuesByKey = holdsKeys<A> && !holdsChildren<A>;
+template <class A>
+inline constexpr bool holdsChildrenByKey = holdsKeys<A>&& holdsChildren<A>;
+template <class A>
+inline constexpr bool holdsOneChild = isLogged<A>&& holdsChildren<A> && !holdsKeys<A>;
+
+/// Whether it is a text, which goes out in pieces.
+template <class A>
+inline constexpr bool isLongText = isLogged<A> && !holdsKeys<A> && std::is_same_v<typename A::Value, String8>;
+/// Whether it is a plain value that goes out as one record.
+template <class A>
+inline constexpr bool isScalarRecord = isLogged<A> && !holdsKeys<A> && !holdsChildren<A> && !isLongText<A>;
 
 namespace detail {
 

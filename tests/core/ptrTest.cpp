@@ -191,17 +191,31 @@ TEST_P(Pointers, AValidPtrIsNeverNull) {
   EXPECT_EQ(object->references(), 3U);
   valid = copy;
   EXPECT_EQ(object->references(), 3U);
-  Ptr<Counted> const& plain = valid;
-  EXPECT_TRUE(copy == plain);
-  for (auto const& bad : {Ptr<Counted>{}}) {
-    try {
-      ValidPtr<Counted> const none{bad};
-      ADD_FAILURE() << "a null pointer passed";
-    } catch (Vek::RangeException const& e) {
-      EXPECT_TRUE(e.message() == "null ValidPtr");
-    }
+  try {
+    valid = Ptr<Counted>{};
+    ADD_FAILURE() << "a null pointer passed";
+  } catch (Vek::RangeException const& e) {
+    EXPECT_TRUE(e.message() == "null ValidPtr");
   }
-  EXPECT_THROW(ValidPtr<Counted>{static_cast<Counted*>(nullptr)}, Vek::RangeException);
+  EXPECT_THROW(valid.ptrAssign(nullptr), Vek::RangeException);
+  EXPECT_TRUE(valid == object);
+  EXPECT_EQ(object->references(), 3U);
+}
+
+TEST_P(Pointers, AValidPtrIsAPtrInAllElse) {
+  ValidPtr<Counted> const valid{make<Counted>(destroyed)};
+  Ptr<Counted> const& plain = valid;
+  Ptr<PtrInterface> base = valid;
+  Ptr<PtrInterface const> const made{valid};
+  ValidPtr<PtrInterface const> const validBase = valid;
+  EXPECT_EQ(valid->references(), 4U);
+  base = nullptr;
+  base = valid;
+  EXPECT_EQ(valid->references(), 4U);
+  EXPECT_TRUE(valid && valid == plain && plain == valid && valid == base && validBase == valid);
+  EXPECT_TRUE(valid == plain.ptr() && !(valid == nullptr));
+  EXPECT_EQ(std::hash<ValidPtr<Counted>>{}(valid), std::hash<Ptr<Counted>>{}(plain));
+  EXPECT_FALSE(Vek::ptrCast<PlainReactor>(valid));
 }
 
 TEST_P(Pointers, TrackingNamesWhoIsAlive) {

@@ -65,7 +65,7 @@ TEST_F(RbTreeMapOf, AMemberThatDiesUnderAnIteratorMayTakeOutTheNextOne) {
   using Map = Vek::RbTreeMap<Dying, U32, U32>;
   Map map;
   for (U32 key : {1U, 2U, 3U, 4U}) enter(map, key);
-  Map::Iterator it(&map);
+  Map::TIterator it(&map);
   it->atEnd = [&map] { takeOut(map, 2); };
   takeOut(map, 1);
   ++it;

@@ -44,7 +44,11 @@ TEST_F(Lists, DeleteAllClearsEveryLinkAndCountsAVersion) {
   list.deleteAll();
   EXPECT_EQ(list.version(), 1U);
   fill(3);
+  Ptr<Vek::PtrInterface> const notifier = make<PlainReactor>();
+  for (auto const& reactor : held) reactor->notifierIs(notifier);
+  held[1]->isWeakReferenceIs(true);
   list.deleteAll();
+  for (auto const& reactor : held) EXPECT_EQ(reactor->rawNotifier() == nullptr, reactor == held[1]);
   EXPECT_EQ(list.version(), 5U);
   EXPECT_EQ(list.count(), 0U);
   EXPECT_EQ(list.head(), nullptr);

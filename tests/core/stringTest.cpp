@@ -186,6 +186,8 @@ TEST_F(Strings, AStreamGetsTheBytesAlone) {
 
 TEST_F(Strings, ATextLongerThanACursorCanCountIsRefused) {
   EXPECT_THROW(static_cast<void>(String8::Data::create(String8::maxLength + std::size_t{1})), Vek::RangeException);
+  std::string const wide = "%2147483648s";  // wider than an int can count, which is known before anything is written
+  EXPECT_THROW(static_cast<void>(Vek::format(wide.c_str(), "")), Vek::RangeException);
 }
 
 }  // namespace

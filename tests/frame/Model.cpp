@@ -41,11 +41,8 @@ void Model::giveToy(int number) {
     // nobody to tell
   }
   if (t.references == 0) {
-    for (int who : std::vector<int>(t.list)) {
-      if (reactor(who).weak) {
-        unlink(number, who);
-        reactor(who).follows = nobody;
-      }
+    for (int who : std::exchange(t.list, {})) {
+      if (reactor(who).weak) reactor(who).follows = nobody;
     }
     t.alive = false;
     note("t" + std::to_string(number) + " died");
@@ -98,6 +95,7 @@ void Model::registerIt(int who, bool on) {
   r.registered = on;
   if (r.follows == nobody) return;
   on ? link(r.follows, who) : unlink(r.follows, who);
+  if (!on && r.weak && toy(r.follows).going) r.follows = nobody;
 }
 
 void Model::walk(int number, Vek::AttributeId event) {
@@ -133,7 +131,7 @@ void Model::call(int who, Vek::AttributeId event) {
   std::string const name = "r" + std::to_string(who);
   if (event == endEvent) {
     note(name + " told of the end");
-    if (r.weak && !plan(who).stubborn) moveTo(who, nobody);
+    if (r.weak && !r.registered) moveTo(who, nobody);
   } else if (!hasToy(who)) {
     note(name + " told, follows nobody");
   } else {

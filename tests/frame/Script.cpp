@@ -38,8 +38,7 @@ std::ostream& operator<<(std::ostream& os, Script const& script) {
   for (std::size_t who = 0; who < script.plans.size(); ++who) {
     ReactorPlan const& plan = script.plans[who];
     os << "\n  r" << who << (plan.there ? "" : " (later)") << " of t" << plan.toy
-       << (plan.registered ? "" : " unregistered") << (plan.adapter ? " adapter" : "") << (plan.weak ? " weak" : "")
-       << (plan.stubborn ? " stubborn" : "");
+       << (plan.registered ? "" : " unregistered") << (plan.adapter ? " adapter" : "") << (plan.weak ? " weak" : "");
     for (auto const& turn : plan.turns) {
       os << "\n      when called: ";
       print(os, turn);
@@ -78,7 +77,6 @@ rc::Gen<ReactorPlan> anyPlan() {
     plan.registered = below(8) < 6;
     plan.adapter = below(8) == 7;
     plan.weak = below(4) == 3;
-    plan.stubborn = below(8) == 7;
     plan.there = below(8) < 6;
     plan.turns = *rc::gen::scale(0.05, rc::gen::container<std::vector<Acts>>(rc::gen::scale(20, anyActs(0.04))));
     return plan;

@@ -46,7 +46,6 @@ struct ReactorPlan {
   bool registered = true;
   bool adapter = false;
   bool weak = false;
-  bool stubborn = false;    // does not let its toy go when that tells its end
   bool there = true;        // from the start
   std::vector<Acts> turns;  // what it does in its first call, its second, ...; nothing later
 };

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 
-using Vek::make;
 using Vek::Name;
 using Vek::Ptr;
 using Vek::String8;
@@ -164,7 +163,7 @@ TEST_F(Children, TheBoxLivesToTheEndOfWhatDroppedItsLastReference) {
   calls.clear();
   reactor->nextDo({[&] { box = nullptr; }});
   Ptr<Lid> const lid = box->lidIs("a");
-  EXPECT_EQ(calls, (Calls{"r lid", "r end"}));
+  EXPECT_EQ(calls, (Calls{"r lid", "r end", "r lid"}));
   EXPECT_TRUE(isParent(*lid, nullptr)) << "given to the caller, but the box has gone";
 }
 
@@ -174,103 +173,72 @@ TEST_F(Children, ChildrenOfChildrenGoWithThem) {
   auto const drawer = listen<Listener<Drawer>>(Ptr<Drawer>(shelf->drawersIs("left")), calls, "d");
   auto const hears = listen<ShelfListener>(shelf, calls, "s");
   shelf = nullptr;
-  EXPECT_EQ(effect(1, [&] { box->shelvesDel("top"); }), (Calls{"r shelves top", "s end", "d end"}));
+  EXPECT_EQ(effect(1, [&] { box->shelvesDel("top"); }),
+            (Calls{"r shelves top", "s end", "s drawers left", "d end", "s drawers held"}));
   EXPECT_TRUE(isParent(*held, nullptr));
   EXPECT_EQ(held->references(), 1U);
 }
 
-TEST_F(Children, ABoxThatGoesLetsItsChildrenGoFirst) {
+// What a box that goes tells its reactors, which hold no reference on it.
+struct LastWords : Children {
+  Ptr<BoxListener> second = listen<BoxListener>(box, calls, "s");
+};
+
+TEST_F(LastWords, TellOfChildrenInTheOrderOfTheAttributesAndOfNothingElse) {
   Ptr<Lid> const lid = box->lidIs("a");
+  box->countsIs(1, 2);
+  box->notesIs("note", {1, 2, "x"});
   Ptr<Shelf> const shelf = box->shelvesIs("top");
-  auto const last = listen<Listener<Shelf>>(Ptr<Shelf>(box->shelvesIs("bottom")), calls, "bottom");
+  auto const child = listen<Listener<Lid>>(lid, calls, "lid");
   calls.clear();
+  reactor->nextDo({{}, [&] {
+                     Ptr<ToyBox> const going = reactor->notifier();
+                     EXPECT_FALSE(going->lid());
+                     second->isRegisteredNotifieeIs(false);  // it is told nevertheless, since this walk has begun
+                     EXPECT_EQ(second->rawNotifier(), nullptr);
+                   }});
   box = nullptr;
-  EXPECT_EQ(calls, (Calls{"r end", "bottom end"})) << "the reactor has let the box go by then";
+  EXPECT_EQ(calls, (Calls{"r end", "s end", "r lid", "s lid", "r shelves top"}));
+  EXPECT_EQ(reactor->rawNotifier(), nullptr);
+  EXPECT_TRUE(reactor->isRegisteredNotifiee());
   EXPECT_TRUE(isParent(*lid, nullptr));
   EXPECT_TRUE(isParent(*shelf, nullptr));
   EXPECT_EQ(shelf->references(), 1U);
 }
 
-// A box whose reactors are on its list while it is destroyed, since they enter it then.
-struct LastBox : ToyBox {
-  explicit LastBox(std::vector<Ptr<BoxListener>> reactors) : ToyBox("box"), reactors_(std::move(reactors)) {}
-  ~LastBox() override {
-    for (auto const& reactor : reactors_) reactor->notifierIs(Ptr<ToyBox const>(this));
-  }
-  std::vector<Ptr<BoxListener>> reactors_;
-};
-
-struct LastBoxes : Children {
-  LastBoxes() {
-    calls.clear();
-    reactor->notifierIs(nullptr);
-    second->notifierIs(nullptr);
-  }
-  Ptr<LastBox> lastBox() { return make<LastBox>(std::vector{reactor, second}); }
-  // Reactors follow the box until it has told of its last shelf, and leave it then.
-  void leaveIn(ToyBox const& subject) {
-    second->always = [this, &subject] {
-      if (subject.shelvesCount() > 0) return;
-      reactor->notifierIs(nullptr);
-      second->notifierIs(nullptr);
-    };
-  }
-
-  Ptr<BoxListener> second = listen<BoxListener>(box, calls, "s");
-};
-
-TEST_F(LastBoxes, ADestructorTellsOfChildrenInTheOrderOfTheAttributesAndOfNothingElse) {
-  auto last = lastBox();
-  last->lidIs("a");
-  last->countsIs(1, 2);
-  last->notesIs("note", {1, 2, "x"});
-  Ptr<Shelf> const shelf = last->shelvesIs("top");
-  reactor->always = [&, raw = last.ptr()] { EXPECT_FALSE(raw->lid()); };
-  leaveIn(*last);
-  last = nullptr;
-  EXPECT_EQ(calls, (Calls{"r lid", "s lid", "r shelves top", "s shelves top"}));
-  EXPECT_TRUE(isParent(*shelf, nullptr));
-}
-
-TEST_F(LastBoxes, AFailureInADestructorStaysInsideAndAllChildrenGo) {
-  auto last = lastBox();
-  Ptr<Lid> const lid = last->lidIs("a");
-  for (char const* name : {"top", "middle", "bottom"}) last->shelvesIs(name);
-  Ptr<Shelf> const shelf = last->shelves("middle");
+TEST_F(LastWords, KeepAFailureInsideAndAllChildrenGo) {
+  Ptr<Lid> const lid = box->lidIs("a");
+  for (char const* name : {"top", "middle", "bottom"}) box->shelvesIs(name);
+  Ptr<Shelf> const shelf = box->shelves("middle");
   auto const fail = [] { throw 1; };
-  reactor->nextDo({fail, fail, {}, fail, fail});  // of the lid, and of the second shelf
-  leaveIn(*last);
-  last = nullptr;
-  ASSERT_GE(calls.size(), 2U);
-  EXPECT_EQ(calls[1], "r exception 265");
+  reactor->nextDo({{}, fail, fail, {}, fail, fail});  // of the lid, and of the second shelf
+  calls.clear();
+  box = nullptr;
+  ASSERT_GE(calls.size(), 4U);
+  EXPECT_EQ(calls[3], "r exception 265");
   EXPECT_EQ(std::count(calls.begin(), calls.end(), "r exception 266"), 1);
-  EXPECT_EQ(calls.size(), 2 + 2 + 2 + 2U) << "all shelves are told of";
+  EXPECT_EQ(calls.size(), 2 + 2 + 2 + 2 + 2U) << "all shelves are told of";
   EXPECT_TRUE(isParent(*lid, nullptr));
   EXPECT_TRUE(isParent(*shelf, nullptr));
 }
 
-TEST_F(LastBoxes, WhatReactorsPutBackLeavesUntold) {
-  auto last = lastBox();
-  last->lidIs("a");
-  last->shelvesIs("top");
+TEST_F(LastWords, LeaveUntoldWhatReactorsPutBack) {
+  box->lidIs("a");
+  box->shelvesIs("top");
   std::vector<Ptr<Vek::Entity>> back;
-  auto const putBackLid = [&, raw = last.ptr()] {
+  auto const putBackLid = [&, raw = box.ptr()] {
     std::string const name = "b" + std::to_string(back.size());
-    back.emplace_back(Ptr<Lid>(raw->lidIs(std::string_view(name))));
+    back.emplace_back(raw->lidIs(std::string_view(name)));
   };
-  auto const putBackShelf = [&, raw = last.ptr()] { back.emplace_back(Ptr<Shelf>(raw->shelvesIs("top"))); };
-  // The second act is that of the call from within the first.
-  reactor->nextDo({putBackLid, {}, [&] {
+  auto const putBackShelf = [&, raw = box.ptr()] { back.emplace_back(raw->shelvesIs("top")); };
+  // The third act is that of the call from within the second.
+  reactor->nextDo({{}, putBackLid, {}, [&] {
                      putBackLid();
                      putBackShelf();
                    }});
-  auto const leave = [&] {
-    reactor->notifierIs(nullptr);
-    second->notifierIs(nullptr);
-  };
-  second->nextDo({{}, {}, {}, {}, leave});
-  last = nullptr;
-  EXPECT_EQ(calls, (Calls{"r lid", "r lid", "s lid", "s lid",  // gone, and put back from within
+  calls.clear();
+  box = nullptr;
+  EXPECT_EQ(calls, (Calls{"r end", "s end", "r lid", "r lid", "s lid", "s lid",  // gone, and put back from within
                           "r shelves top", "r lid", "s lid", "r shelves top", "s shelves top", "s shelves top"}));
   ASSERT_EQ(back.size(), 3U);
   for (auto const& child : back) EXPECT_TRUE(isParent(*child, nullptr));

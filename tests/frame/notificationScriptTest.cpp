@@ -81,7 +81,7 @@ class Reality final : public Stage {
     }
     void onZeroReferences() override {
       stage_.note(label() + " told of the end");
-      if (!stage_.plan(number_).stubborn) Toy::Notifiee::onZeroReferences();
+      Toy::Notifiee::onZeroReferences();
       stage_.playTurn(number_);
     }
     using Toy::Notifiee::onNotificationException;

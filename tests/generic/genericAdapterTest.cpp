@@ -153,6 +153,18 @@ TEST_F(GenericAdapter, FollowsAnotherEntity) {
   EXPECT_EQ(box->references(), 1U);
 }
 
+TEST_F(GenericAdapter, TakesAnEntityOfAnotherTypeForNobodyAsItsAdapterDoes) {
+  auto const toy = toyFactory("toy");
+  g->notifierIs(toy);
+  EXPECT_FALSE(g->obj());
+  EXPECT_EQ(toy->references(), 1U);
+  EXPECT_EQ(box->references(), 1U);
+  EXPECT_THROW(g->attributeOp({258, GenericIf::OpCount}, nullptr, nullptr), Vek::TypeException);
+  g->notifierIs(box);
+  box->countsIs(1, 1);
+  EXPECT_EQ(hears.heard, Events{"258[1]"});
+}
+
 TEST_F(GenericAdapter, AWeakGenericLetsItsEntityGo) {
   g->isWeakReferenceIs(true);
   g->activityIs(activity);

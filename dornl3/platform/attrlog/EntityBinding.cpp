@@ -77,6 +77,22 @@ void logReactorEnds(PtrInterface::NotifieeConst& reactor, Sa* adapter) {
   reactor.hasNotificationActiveIs(false);
 }
 
+void Entity::vekLeaveLogs() {
+  auto const& manager = globalNboAttrLogDemuxerManager();
+  for (NboAttrLog::Demuxer* const demuxer : manager.nboDemuxerIterator()) {
+    if (!manager.has(demuxer)) continue;
+    if (Ptr<Sa> const adapter = vekNboAttrLogSa(Ptr<NboAttrLog::Out const>(&demuxer->out()))) demuxer->unbind(*adapter);
+  }
+}
+
+void Entity::vekLetAdaptersGo() noexcept {
+  for (NboAttrLog::Demuxer* const demuxer : globalNboAttrLogDemuxerManager().nboDemuxerIterator()) {
+    for (Ptr<StreamAdapter> const& adapter : demuxer->adapters().all()) {
+      if (adapter->rawNotifier() == this) adapter->notifierIs(nullptr);
+    }
+  }
+}
+
 // Of an entity whose type has no bindings.
 
 Ptr<Sa const> Entity::vekNboAttrLogSa(Ptr<NboAttrLog::Out const> const&) const { return {}; }
