@@ -238,7 +238,7 @@ void Sa::recordClosed() {
 
 void Sa::recordDone() {
   recordWritten(*boundLog());
-  if (Demuxer& demuxer = *streamDemuxer(); boundLog()->droppedLast() || demuxer.hasNotReplicated()) [[unlikely]] {
+  if (Demuxer& demuxer = *boundLog()->demuxer(); boundLog()->droppedLast() || demuxer.hasNotReplicated()) [[unlikely]] {
     int const attr = boundLog()->attribute();
     String8 const name = vekNotifierEntity()->attributeString(static_cast<AttributeId>(attr < 0 ? -attr : attr));
     demuxer.notReplicatedIs(vekNotifierEntity()->fullName() + "." + name, boundLog()->droppedLast());
