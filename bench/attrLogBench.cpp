@@ -106,17 +106,15 @@ class Pair {
   template <class Change>
   void write() {
     Change::set(*status, ++value_);
-    Log::Out& out = *owner_->out();
-    if (out.unsent() > half) out.sent(out.unsent());
+    if (out_->unsent() > half) out_->sent(out_->unsent());
   }
 
   /// The bytes of so many changes, which go nowhere.
   template <class Change>
   void remember(int changes) {
-    Log::Out& out = *owner_->out();
-    out.sent(out.unsent());
+    out_->sent(out_->unsent());
     for (int i = 0; i < changes; ++i) Change::set(*status, ++value_);
-    theirs_.again = out.view();
+    theirs_.again = out_->view();
   }
   /// The records that are remembered, applied.
   void apply() { reader_->readable(); }
@@ -132,6 +130,7 @@ class Pair {
 
   Stream ours_, theirs_;
   Ptr<Log::Connection> owner_ = end("owner", ours_, 1);
+  Ptr<Log::Out> out_ = owner_->out();
   Ptr<Log::Connection> reader_ = end("reader", theirs_, 2);
   Ptr<Log::Mount> mount_ =
       Vek::make<Log::Mount>("status", *Status::_fwkType(), Log::Access::readOnly, Vek::make<Vek::Dir>());

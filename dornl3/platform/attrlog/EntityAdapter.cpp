@@ -166,54 +166,6 @@ Sa::Turn Sa::keyTurn(AttributeId attr) {
   return Turn::mark;
 }
 
-bool Sa::isPlainlyInStep() const noexcept {
-  constexpr U32 whatDecides = syncModeRelay | outputSuppressed | resyncStale | entityReactorActive | readOnlyLocal |
-                              handlingScheduledFlowOut | flowOutForced | logEnabled | noFlowOut;
-  if ((flags() & whatDecides) != (logEnabled | noFlowOut) || nboAttrLogOut() == nullptr) return false;
-  return !boundLog()->demuxer()->hasFlowIns() && boundLog()->hasSufficientBuffer();
-}
-
-void Sa::logNumber(AttributeId attr, U32 slot, void const* field, U32 size) {
-  if (field == nullptr) return;
-  if (!isPlainlyInStep() && scalarTurn(attr, slot) != Turn::write) return;
-  try {
-    writeNumber(attr, field, size);
-  } catch (...) {
-    scalarOwed(slot);
-    throw;
-  }
-}
-
-void Sa::logField(AttributeId attr, U32 slot, void const* field, FieldWriter write) {
-  if (field == nullptr) return;
-  if (!isPlainlyInStep() && scalarTurn(attr, slot) != Turn::write) return;
-  try {
-    writeField(attr, field, write);
-  } catch (...) {
-    scalarOwed(slot);
-    throw;
-  }
-}
-
-void Sa::writeNumber(AttributeId attr, void const* field, U32 size) {
-  if (side() == Side::replica) streamDemuxer()->ackIfMoved();
-  Out& out = *boundLog();
-  if (char* const at = out.fixedRecordIs(entityId(), static_cast<int>(attr), size)) {
-    NboAttrLog::putNumber(at, field, size);
-    recordDone();
-    return;
-  }
-  openRecord(out, static_cast<int>(attr), size, false, NboAttrLog::plainRecord);
-  boundLog() << Connection::Out::tokenOpen;
-  out.putBytes({static_cast<char const*>(field), size});
-  recordClosed();
-}
-
-void Sa::writeField(AttributeId attr, void const* field, FieldWriter write) {
-  write(recordIs(static_cast<int>(attr), 0, true), field);
-  recordClosed();
-}
-
 bool Sa::handlingFlowInFor(AttributeId attr) const {
   Demuxer const* const demuxer = streamDemuxer();
   if (demuxer == nullptr || !demuxer->hasFlowIns()) return false;
@@ -222,27 +174,6 @@ bool Sa::handlingFlowInFor(AttributeId attr) const {
   // On a mount a walk that comes in makes no attribute deaf. A text in pieces does, at the replica alone: with both ends
   // deaf to their own texts, neither would be whole.
   return side() == Side::plain || (side() == Side::replica && flowIn->iter() != nullptr);
-}
-
-Ptr<Out> const& Sa::recordIs(int attr, U32 fixedSize, bool isVariable, U32 kind) {
-  if (side() == Side::replica) streamDemuxer()->ackIfMoved();
-  Ptr<Out> const& out = boundLog();
-  openRecord(*out, attr, fixedSize, isVariable, kind);
-  return out << Connection::Out::tokenOpen;
-}
-
-void Sa::recordClosed() {
-  boundLog() << Connection::Out::tokenClose;
-  recordDone();
-}
-
-void Sa::recordDone() {
-  recordWritten(*boundLog());
-  if (Demuxer& demuxer = *boundLog()->demuxer(); boundLog()->droppedLast() || demuxer.hasNotReplicated()) [[unlikely]] {
-    int const attr = boundLog()->attribute();
-    String8 const name = vekNotifierEntity()->attributeString(static_cast<AttributeId>(attr < 0 ? -attr : attr));
-    demuxer.notReplicatedIs(vekNotifierEntity()->fullName() + "." + name, boundLog()->droppedLast());
-  }
 }
 
 void Sa::scalarOwed(U32 slot) noexcept {

@@ -177,10 +177,11 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   /// Guards that all handlers begin with; false where the handler is to return.
   [[nodiscard]] bool maySend(AttributeId attr);
   void needWritable(AttributeId attr);
-  /// What follows the closing of a record: one that was too long is named.
+  [[nodiscard]] bool isInStep() const noexcept;
+  void sayWhatWasApplied();
+  /// What follows the closing of a record.
   void recordDone();
-  void writeNumber(AttributeId attr, void const* field, U32 size);
-  void writeField(AttributeId attr, void const* field, FieldWriter write);
+  void noteWhatWasTooLong();
   /// Makes a flow-out that owes nothing, for what is then marked.
   [[nodiscard]] bool openFlowOut(AttributeId attr);
 

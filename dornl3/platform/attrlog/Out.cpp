@@ -2,8 +2,6 @@
 
 #include "dornl3/platform/attrlog/Connection.h"
 
-#include <cassert>
-
 namespace Vek::NboAttrLog {
 
 namespace {
@@ -14,19 +12,7 @@ constexpr std::size_t sectionHeader = 5;
 
 Out::~Out() = default;
 
-void Out::nextHeaderIs(MsgHeader const& header) {
-  if (isOpen_) bytes_.truncate(recordStart_);
-  isOpen_ = false;
-  recordStart_ = bytes_.size();
-  putHeader(bytes_.room(headerSize + tokensSize), header);
-  bytes_.extend(headerSize);
-  isOpen_ = true;
-  isVariable_ = header.variableSize != 0;
-  attribute_ = header.attribute;
-  expected_ = header.payloadSize;
-  sectionStart_ = 0;
-  payload_ = 0;
-}
+void Out::nextHeaderIs(MsgHeader const& header) { open(header); }
 
 void Out::currentPayloadSectionIs(PayloadSection section) {
   endSection();
@@ -41,22 +27,9 @@ void Out::endSection() noexcept {
   putNumber(bytes_.at(recordStart_ + sectionStart_ + 1), static_cast<U32>(length));
 }
 
-void Out::closeRecord() {
-  endSection();
-  isOpen_ = false;
-  droppedLast_ = payload_ > mostPayload();
-  if (droppedLast_) {
-    bytes_.truncate(recordStart_);
-    ++droppedRecords_;
-    return;
-  }
-  auto const length = static_cast<U32>(payload_ - 1);
-  assert((isVariable_ || length == expected_) && "a record of fixed size has another length");
-  if (isVariable_) putNumber(bytes_.at(recordStart_ + lengthAt), length);
-  *bytes_.room(1) = static_cast<char>(tokenClose);
-  bytes_.extend(1);
-  ++records_;
-  written_ += bytes_.size() - recordStart_;
+void Out::dropRecord() noexcept {
+  bytes_.truncate(recordStart_);
+  ++droppedRecords_;
 }
 
 void Out::sent(std::size_t count) noexcept {

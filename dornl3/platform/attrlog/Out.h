@@ -13,6 +13,8 @@
 #include "dornl3/core/Name.h"
 #include "dornl3/core/Ptr.h"
 
+#include <cassert>
+
 
 namespace Vek {
 
@@ -71,6 +73,30 @@ class Out : public Vek::Connection::Out {
     ++records_;
     written_ += whole;
     return at + headerSize + 1;
+  }
+  /// Opens a plain record of a size that is not told ahead, and its payload.
+  void variableRecordIs(EntityId id, int attribute) {
+    open({.entityId = id, .attribute = attribute, .variableSize = 1});
+    *bytes_.at(recordStart_ + headerSize) = tokenOpen;
+    bytes_.extend(1);
+    payload_ = 1;
+  }
+  /// Closes the record that is open.
+  void closeRecord() {
+    if (sectionStart_ != 0) endSection();
+    isOpen_ = false;
+    droppedLast_ = payload_ > mostPayload();
+    if (droppedLast_) [[unlikely]] {
+      dropRecord();
+      return;
+    }
+    auto const length = static_cast<U32>(payload_ - 1);
+    assert((isVariable_ || length == expected_) && "a record of fixed size has another length");
+    if (isVariable_) putNumber(bytes_.at(recordStart_ + lengthAt), length);
+    *bytes_.room(1) = static_cast<char>(tokenClose);
+    bytes_.extend(1);
+    ++records_;
+    written_ += bytes_.size() - recordStart_;
   }
   /// Opens a part of the payload; the part before it ends there.
   void currentPayloadSectionIs(PayloadSection section);
@@ -152,8 +178,22 @@ class Out : public Vek::Connection::Out {
     putNumber(at + 16, header.recordKind << 16 | flags << 8 | header.headerTail);
   }
   [[nodiscard]] std::size_t mostPayload() const noexcept { return std::size_t{limits_.recordBytes} + 1; }
+  // Opens a record, with room for its tokens.
+  void open(MsgHeader const& header) {
+    if (isOpen_) bytes_.truncate(recordStart_);
+    isOpen_ = false;
+    recordStart_ = bytes_.size();
+    putHeader(bytes_.room(headerSize + tokensSize), header);
+    bytes_.extend(headerSize);
+    isOpen_ = true;
+    isVariable_ = header.variableSize != 0;
+    attribute_ = header.attribute;
+    expected_ = header.payloadSize;
+    sectionStart_ = 0;
+    payload_ = 0;
+  }
   void endSection() noexcept;
-  void closeRecord();
+  void dropRecord() noexcept;
 
   ByteQueue bytes_;
   Connection* connection_;  // null when it has gone
