@@ -17,30 +17,21 @@ template <class Sa>
   return static_cast<typename Sa::FlowOut&>(*static_cast<StreamAdapter const&>(adapter).flowOut());
 }
 
-/// Writes one key. `value` is null where it is there no longer.
-template <class Dirty>
-void writeKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, typename Dirty::Key const& key,
-              void const* value) {
-  auto const number = static_cast<int>(row.number);
-  U32 const size = value == nullptr ? NboAttrLog::fixedKeyDeleteRecord : NboAttrLog::fixedKeyRecord;
-  auto const& out = adapter.recordIs(value == nullptr ? -number : number, row.isFixed ? size : 0, !row.isFixed);
-  out << key;
-  if (value != nullptr) row.writeValue(out, value);
-  adapter.recordClosed();
-}
-
-/// The same where it may, or marks the key.
+/// Writes one key, or marks it. `value` is null where it is there no longer.
 template <class Dirty>
 void sendKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, typename Dirty::Key const& key,
              void const* value) {
-  using Turn = Entity::VekNboAttrLogSa::Turn;
-  Turn const turn = adapter.isPlainlyInStep() ? Turn::write : adapter.keyTurn(row.number);
-  if (turn == Turn::silent) return;
+  using Sa = Entity::VekNboAttrLogSa;
+  Sa::KeyRecord const record{
+      row.number, row.isFixed, &key, &writeField<typename Dirty::Key>, value, row.writeValue};
+  if (adapter.logKey(record)) return;
+  Sa::Turn const turn = adapter.keyTurn(row.number);
+  if (turn == Sa::Turn::silent) return;
   Ptr<NboAttrLog::FlowOut> const& owed = adapter.flowOut();
-  if (turn == Turn::write) {
+  if (turn == Sa::Turn::write) {
     if (owed) dirtyKeyDel(row.dirty(*owed), key);
     try {
-      writeKey(adapter, row, key, value);
+      adapter.writeKey(record);
       return;
     } catch (...) {
       if (owed) dirtyKeyIs(row.dirty(*owed), key, true);

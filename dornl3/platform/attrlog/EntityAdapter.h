@@ -87,8 +87,18 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   using FieldWriter = void (*)(NboAttrLog::OutPtr const& out, void const* field);
   /// The same for a field whose size is not told ahead.
   void logField(AttributeId attr, U32 slot, void const* field, FieldWriter write);
-  /// Whether a change is written now, for the plainest of all reasons. Where it is not, the turn decides.
-  [[nodiscard]] bool isPlainlyInStep() const noexcept;
+  /// A record of one key.
+  struct KeyRecord {
+    AttributeId attr;
+    bool isFixed;  ///< its size is told ahead
+    void const* key;
+    FieldWriter putKey;
+    void const* value;  ///< null where the key is there no longer
+    FieldWriter putValue;
+  };
+  /// Writes a key, where the plainest of all reasons says so; else the turn decides. Whether it is written.
+  [[nodiscard]] bool logKey(KeyRecord const& record);
+  void writeKey(KeyRecord const& record);
   /// Decides for a scalar, and marks it or clears its mark.
   [[nodiscard]] Turn scalarTurn(AttributeId attr, U32 slot);
   /// Decides for a key. The caller marks it in the flow-out, or clears its mark there.

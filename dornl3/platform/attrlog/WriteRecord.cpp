@@ -15,8 +15,6 @@ inline bool Sa::isInStep() const noexcept {
   return !boundLog()->demuxer()->hasFlowIns() && boundLog()->hasSufficientBuffer();
 }
 
-bool Sa::isPlainlyInStep() const noexcept { return isInStep(); }
-
 void Sa::logNumber(AttributeId attr, U32 slot, void const* field, U32 size) {
   if (field == nullptr) return;
   if (!isInStep() && scalarTurn(attr, slot) != Turn::write) return;
@@ -51,6 +49,23 @@ void Sa::logField(AttributeId attr, U32 slot, void const* field, FieldWriter wri
     scalarOwed(slot);
     throw;
   }
+}
+
+bool Sa::logKey(KeyRecord const& record) {
+  bool const isPlain = isInStep();
+  if (isPlain) writeKey(record);
+  return isPlain;
+}
+
+void Sa::writeKey(KeyRecord const& record) {
+  bool const isThere = record.value != nullptr;
+  auto const attr = static_cast<int>(record.attr);
+  U32 const size = isThere ? NboAttrLog::fixedKeyRecord : NboAttrLog::fixedKeyDeleteRecord;
+  Ptr<Out> const& out = recordIs(isThere ? attr : -attr, record.isFixed ? size : 0, !record.isFixed);
+  record.putKey(out, record.key);
+  if (isThere) record.putValue(out, record.value);
+  out->closeRecord();
+  recordDone();
 }
 
 Ptr<Out> const& Sa::recordIs(int attr, U32 fixedSize, bool isVariable, U32 kind) {
