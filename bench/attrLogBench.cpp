@@ -132,8 +132,7 @@ class Pair {
   Ptr<Log::Connection> owner_ = end("owner", ours_, 1);
   Ptr<Log::Out> out_ = owner_->out();
   Ptr<Log::Connection> reader_ = end("reader", theirs_, 2);
-  Ptr<Log::Mount> mount_ =
-      Vek::make<Log::Mount>("status", *Status::_fwkType(), Log::Access::readOnly, Vek::make<Vek::Dir>());
+  Ptr<Log::Mount> mount_ = Log::mountOf<Status>("status", Log::Access::readOnly);
   U32 value_ = 0;
 };
 

@@ -52,7 +52,8 @@ struct ValuesRow : KeyedRow<Dirty> {
   /// Whether the size of a record is told ahead.
   bool isFixed;
   Found (*find)(Entity& entity, Key const& key);
-  void (*set)(Entity& entity, Key const& key, void const* value);
+  /// Sets a value that the log of an adapter has brought.
+  void (*set)(Entity& entity, Key const& key, void const* value, Entity::VekNboAttrLogSa const& adapter);
   void (*remove)(Entity& entity, Key const& key);
   void (*writeValue)(NboAttrLog::OutPtr const& out, void const* value);
 };
@@ -93,8 +94,10 @@ struct RowOf {
     auto* const member = map(entity)[key];
     return {member, member == nullptr ? nullptr : &member->value()};
   }
-  static void set(Entity& entity, Key const& key, void const* value) {
-    collectionIs<A>(static_cast<typename A::Owner&>(entity), key, *static_cast<typename A::Value const*>(value));
+  static void set(Entity& entity, Key const& key, void const* value, Entity::VekNboAttrLogSa const& adapter) {
+    auto& owner = static_cast<typename A::Owner&>(entity);
+    if (!collectionStore<A>(owner, key, *static_cast<typename A::Value const*>(value))) return;
+    if (!adapter.isAloneOn(reactorsOf<typename A::Owner>(owner))) notifyKey<A>(owner, key);
   }
   static void remove(Entity& entity, Key const& key) { collectionDel<A>(static_cast<typename A::Owner&>(entity), key); }
 };

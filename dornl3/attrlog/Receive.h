@@ -73,7 +73,7 @@ void receiveKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, I
     row.remove(entity, key);
   } else {
     Mentioned<Dirty> const mentioned{adapter, row, entity, key};
-    row.set(entity, key, &value);
+    row.set(entity, key, &value, adapter);
   }
 }
 
