@@ -1,7 +1,6 @@
 // AdapterFrame: the two objects that bind an entity of type X to a log. X::VekNboAttrLogSa does the work; its
-// VekNboAttrLogSaAdapter_ stands on the entity's list and hands each change on. What they define themselves are one-line
-// calls of these.
-// Owner: the stream adapter holds the reactor adapter, which holds neither it nor the entity.
+// VekNboAttrLogSaAdapter_ stands on the entity's list and hands each change on. What they define themselves are
+// one-line calls of these. Owner: the stream adapter holds the reactor adapter, which holds neither it nor the entity.
 #pragma once
 
 #include "dornl3/attrlog/Sweep.h"
@@ -9,8 +8,8 @@
 
 namespace Vek {
 
-/// The reactor of an entity of type X that hands each change on to its stream adapter, if that is still there. The stream
-/// adapter is held over the call: a walk over reactors holds the reactor alone.
+/// The reactor of an entity of type X that hands each change on to its stream adapter, if that is still there. The
+/// stream adapter is held over the call: a walk over reactors holds the reactor alone.
 template <class X>
 class LogReactor : public X::Notifiee {
  public:
@@ -35,21 +34,19 @@ class LogReactor : public X::Notifiee {
     if (adapter_ != nullptr && !this->vekMarkedForDeletion()) adapter_->hasNotificationActiveIs(on);
   }
   void onNotificationException(AttributeId attr) override {
-    Ptr<Adapter> const held(adapter_);
-    if (held) held->Entity::VekNboAttrLogSa::onNotificationException(attr);
+    if (adapter_ != nullptr) adapter_->handlerFailed(attr);
   }
-  void onZeroReferences() override {
-    Ptr<PtrInterface const> const self(this);
-    Ptr<Adapter> const held(adapter_);
-    if (held) held->Entity::VekNboAttrLogSa::onZeroReferences();
-    hasNotificationActiveIs(false);
-  }
+  void onZeroReferences() override { logReactorEnds(*this, adapter_); }
 
  protected:
-  template <class... K>
-  void forward(void (Adapter::*slot)(K...), K const&... key) {
-    Ptr<Adapter> const held(adapter_);
-    if (held) ((*held).*slot)(key...);
+  void forward(void (Adapter::*slot)()) {
+    using Handler = void (Entity::VekNboAttrLogSa::*)();
+    if (adapter_ != nullptr) adapter_->handleHeld(static_cast<Handler>(slot));
+  }
+  template <class K>
+  void forward(void (Adapter::*slot)(K), K const& key) {
+    using Handler = void (Entity::VekNboAttrLogSa::*)(K);
+    if (adapter_ != nullptr) adapter_->handleHeld(static_cast<Handler>(slot), key);
   }
 
  private:
@@ -84,13 +81,8 @@ template <class X>
 Ptr<Entity::VekNboAttrLogSa> bindToLog(X& entity, PtrInterface::NotifieeConst::Vek_BitSet flags, U32 count,
                                        Ptr<NboAttrLog::Out> const& out, PtrInterface* owner) {
   using Sa = typename X::VekNboAttrLogSa;
-  needLog(out);
-  Ptr<Entity::VekNboAttrLogSa> const present = static_cast<Entity&>(entity).vekNboAttrLogSa(out);
-  if (auto const own = ptrCast<Sa>(present)) {
-    if ((own->flags() & flags.notificationBitMask()) != flags.word()) own->vek_bitSetIs(flags);
-    return own;
-  }
-  if (present) entity.vekNboAttrLogSaDel(out);
+  auto const isOwn = [](Entity::VekNboAttrLogSa& adapter) { return dynamic_cast<Sa*>(&adapter) != nullptr; };
+  if (auto const present = boundToLog(entity, isOwn, flags, out)) return present;
   Ptr<Sa> const made = make<Sa>(flags, Ptr<X>(&entity), count, out, owner);
   made->hasNotificationActiveIs(true);
   return made;

@@ -92,7 +92,7 @@ void serializeChild(Sa& adapter, typename A::Key const& key, Ptr<typename A::Chi
   };
   if (turn == Turn::mark) {
     mark();
-    adapter.marksAre(A::dirty(detail::owedBy(adapter)).count(), A::field(entityOn<typename A::Owner>(adapter)).count());
+    adapter.keyMarked(A::dirty(detail::owedBy(adapter)).count(), A::field(entityOn<typename A::Owner>(adapter)).count());
     return;
   }
   if (!adapter.hasFlag(StreamAdapter::noFlowOut)) dirtyKeyDel(A::dirty(detail::owedBy(adapter)), key);

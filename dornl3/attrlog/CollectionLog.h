@@ -5,128 +5,162 @@
 // Thread: the entity's. Re-entrancy: calls nobody. Throws ReadOnlyException, and std::bad_alloc.
 #pragma once
 
-#include "dornl3/attrlog/FlowOutFrame.h"
+#include "dornl3/attrlog/KeyedRow.h"
 #include "dornl3/attrlog/ScalarLog.h"
 
 namespace Vek {
 
 namespace detail {
 
-template <class A>
-using MapOf = std::remove_reference_t<decltype(A::field(std::declval<typename A::Owner&>()))>;
-
-/// A record of a numbered switch has a size that is known ahead; all others say theirs.
-template <class A>
-inline constexpr bool hasFixedKeyRecord =
-    std::is_base_of_v<HashMapGeneric, MapOf<A>>&& std::is_same_v<typename A::Key, U32>&& std::is_same_v<
-        typename A::Value, bool>;
-
 template <class Sa>
 [[nodiscard]] typename Sa::FlowOut& owedBy(Sa const& adapter) noexcept {
   return static_cast<typename Sa::FlowOut&>(*static_cast<StreamAdapter const&>(adapter).flowOut());
 }
 
-}  // namespace detail
-
-/// Writes one key, or marks it. `deleted`: it is there no longer, and `value` does not count.
-template <class A, class Sa>
-void serializeKey(Sa& adapter, typename A::Key const& key, typename A::Value const& value, bool deleted) {
-  using Turn = Entity::VekNboAttrLogSa::Turn;
-  Turn const turn = adapter.keyTurn(A::number);
-  if (turn == Turn::silent) return;
-  bool const owes = !adapter.hasFlag(StreamAdapter::noFlowOut);
-  if (turn == Turn::mark) {
-    auto& dirty = A::dirty(detail::owedBy(adapter));
-    dirtyKeyIs(dirty, key, true);
-    adapter.marksAre(dirty.count(), A::field(entityOn<typename A::Owner>(adapter)).count());
-    return;
+/// Writes one key, or marks it. `value` is null where it is there no longer.
+template <class Dirty>
+void sendKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, typename Dirty::Key const& key,
+             void const* value) {
+  using Sa = Entity::VekNboAttrLogSa;
+  Sa::KeyRecord const record{
+      row.number, row.isFixed, &key, &writeField<typename Dirty::Key>, value, row.writeValue};
+  if (adapter.logKey(record)) return;
+  Sa::Turn const turn = adapter.keyTurn(row.number);
+  if (turn == Sa::Turn::silent) return;
+  Ptr<NboAttrLog::FlowOut> const& owed = adapter.flowOut();
+  if (turn == Sa::Turn::write) {
+    if (owed) dirtyKeyDel(row.dirty(*owed), key);
+    try {
+      adapter.writeKey(record);
+      return;
+    } catch (...) {
+      if (owed) dirtyKeyIs(row.dirty(*owed), key, true);
+      throw;
+    }
   }
-  if (owes) dirtyKeyDel(A::dirty(detail::owedBy(adapter)), key);
-  try {
-    constexpr bool fixed = detail::hasFixedKeyRecord<A>;
-    auto const number = static_cast<int>(A::number);
-    U32 const size = !fixed ? 0 : deleted ? NboAttrLog::fixedKeyDeleteRecord : NboAttrLog::fixedKeyRecord;
-    auto const& out = adapter.recordIs(deleted ? -number : number, size, !fixed);
-    out << key;
-    if (!deleted) out << value;
-    adapter.recordClosed();
-  } catch (...) {
-    if (owes) dirtyKeyIs(A::dirty(detail::owedBy(adapter)), key, true);
-    throw;
-  }
+  Dirty& marks = row.dirty(*owed);
+  dirtyKeyIs(marks, key, true);
+  adapter.keyMarked(marks.count(), row.count(entityOn<Entity>(adapter)));
 }
 
-/// Reports what stands at a key now.
-template <class A, class Sa>
-void serializePresent(Sa& adapter, typename A::Key const& key) {
-  auto* const member = A::field(entityOn<typename A::Owner>(adapter))[key];
+template <class Dirty>
+void sendPresent(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, typename Dirty::Key const& key) {
+  sendKey(adapter, row, key, row.find(entityOn<Entity>(adapter), key).value);
+}
+
+template <class A>
+void sendChild(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key) {
+  auto& own = static_cast<typename A::Owner::VekNboAttrLogSa&>(adapter);
+  (own.*A::logKey)(key, Ptr<typename A::Child>(A::field(entityOn<typename A::Owner>(adapter))[key]));
+}
+template <class A>
+void sendValue(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key);
+
+template <class A>
+inline constexpr KeyedRow<DirtyOf<A>> childrenRow{A::number, &RowOf<A>::dirty, &RowOf<A>::count, &RowOf<A>::walk,
+                                                  &sendChild<A>};
+template <class A>
+inline constexpr ValuesRow<DirtyOf<A>> valuesRow{
+    {A::number, &RowOf<A>::dirty, &RowOf<A>::count, &RowOf<A>::walk, &sendValue<A>},
+                                                 hasFixedKeyRecord<A>,
+                                                 &RowOf<A>::find,
+                                                 &RowOf<A>::set,
+                                                 &RowOf<A>::remove,
+                                                 &writeField<typename A::Value>};
+
+template <class A>
+void sendValue(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key) {
+  sendPresent(adapter, valuesRow<A>, key);
+}
+
+template <class A>
+[[nodiscard]] KeyedRow<DirtyOf<A>> const& rowOf() noexcept {
   if constexpr (holdsChildren<A>) {
-    (adapter.*A::logKey)(key, Ptr<typename A::Child>(member));
+    return childrenRow<A>;
   } else {
-    (adapter.*A::logKey)(key, member != nullptr ? member->value() : typename A::Value{}, member == nullptr);
+    return valuesRow<A>;
   }
 }
-
-namespace detail {
 
 /// The members from the bookmark on. Whether the walk came to the end of the collection; else `done` is what the caller
 /// answers.
-template <class Attr, class A, class Sa>
-[[nodiscard]] bool walkMembers(Sa& adapter, NboAttrLog::FlowOut* owed, bool& done) {
-  using Map = MapOf<A>;
-  using Key = typename A::Key;
-  Map const& map = A::field(entityOn<typename A::Owner>(adapter));
+template <class Dirty>
+[[nodiscard]] bool walkMembers(Entity::VekNboAttrLogSa& adapter, KeyedRow<Dirty> const& row, U32 slot,
+                               NboAttrLog::FlowOut* owed, bool& done) {
+  using Key = typename Dirty::Key;
   bool const resumes = owed != nullptr && owed->bookmark() != nullptr;
-  if (owed != nullptr && !resumes) adapter.sendTransactionMarker(A::number, StreamAdapter::beginMarker, 0);
-  typename Map::IteratorConst it =
-      resumes ? typename Map::IteratorConst(&map, NboAttrLog::vekFlowOutBookmarkDeq<Key>(*owed))
-              : typename Map::IteratorConst(&map);
-  for (; it; ++it) {
-    typename A::Key const key = it->key();
-    serializePresent<A>(adapter, key);
-    if (owed == nullptr) continue;
-    bool const yields = owed->yieldRequested();
-    if (!yields) dirtyKeyDel(A::dirty(owedBy(adapter)), key);
-    if (!yields && adapter.continueFlowOut()) continue;
-    if (!yields) ++it;
-    done = false;
-    if (it) {
-      NboAttrLog::vekFlowOutBookmarkEnq(*owed, it->key());
-    } else {
-      adapter.sendTransactionMarker(A::number, StreamAdapter::endMarker, 0);
-      owed->slotBitIs(logSlot<Attr, A>, true);
-      done = A::dirty(owedBy(adapter)).count() == 0;
+  if (owed != nullptr && !resumes) adapter.sendTransactionMarker(row.number, StreamAdapter::beginMarker, 0);
+  bool stops = false;
+  bool isMarked = false;
+  auto step = [&](Key const& key, PtrInterface&) {
+    if (!stops) {
+      row.send(adapter, key);
+      if (owed == nullptr) return true;
+      stops = owed->yieldRequested();
+      if (!stops) {
+        dirtyKeyDel(row.dirty(*owed), key);
+        stops = !adapter.continueFlowOut();
+        return true;
+      }
     }
+    NboAttrLog::vekFlowOutBookmarkEnq(*owed, key);
+    isMarked = true;
     return false;
+  };
+  Key const from = resumes ? NboAttrLog::vekFlowOutBookmarkDeq<Key>(*owed) : Key{};
+  row.walk(entityOn<Entity>(adapter), resumes ? &from : nullptr, step);
+  if (!stops) return true;
+  done = false;
+  if (!isMarked) {
+    adapter.sendTransactionMarker(row.number, StreamAdapter::endMarker, 0);
+    owed->slotBitIs(slot, true);
+    done = row.dirty(*owed).count() == 0;
   }
-  return true;
+  return false;
 }
 
-}  // namespace detail
-
 /// The walk of a collection. Returns whether nothing more is owed of it in this visit.
-template <class Attr, class A, class Sa>
-bool serializeCollection(Sa& adapter) {
+template <class Dirty>
+[[nodiscard]] bool walkCollection(Entity::VekNboAttrLogSa& adapter, KeyedRow<Dirty> const& row, U32 slot) {
   bool done = false;
-  if (!adapter.walkMayBegin(A::number, done)) return done;
+  if (!adapter.walkMayBegin(row.number, done)) return done;
   Ptr<NboAttrLog::FlowOut> const owed = static_cast<StreamAdapter&>(adapter).flowOut();
-  constexpr U32 slot = logSlot<Attr, A>;
   bool const walks = !owed || (!owed->keysOnly() && !owed->slotBit(slot));
-  if (walks && !detail::walkMembers<Attr, A>(adapter, owed.ptr(), done)) return done;
-  if (!owed || owed->attrId() != A::number) return true;
+  if (walks && !walkMembers(adapter, row, slot, owed.ptr(), done)) return done;
+  if (!owed || owed->attrId() != row.number) return true;
   if (!owed->slotBit(slot)) {
     owed->slotBitIs(slot, true);
-    adapter.sendTransactionMarker(A::number, StreamAdapter::endMarker, 0);
+    adapter.sendTransactionMarker(row.number, StreamAdapter::endMarker, 0);
   }
-  auto& dirty = A::dirty(detail::owedBy(adapter));
-  using Dirty = std::remove_reference_t<decltype(dirty)>;
+  Dirty& dirty = row.dirty(*owed);
   for (typename Dirty::IteratorConst it(&dirty); it; ++it) {
     if (!adapter.continueFlowOut()) return false;
-    serializePresent<A>(adapter, it->key());
+    row.send(adapter, it->key());
     if (owed->yieldRequested()) return false;
     dirtyKeyDel(dirty, it->key());
   }
   return true;
+}
+
+}  // namespace detail
+
+/// Writes one key, or marks it. `deleted`: it is there no longer, and `value` does not count.
+template <class A>
+void serializeKey(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key, typename A::Value const& value,
+                  bool deleted) {
+  detail::sendKey(adapter, detail::valuesRow<A>, key, deleted ? nullptr : &value);
+}
+
+/// Reports what stands at a key now.
+template <class A>
+void serializePresent(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key) {
+  detail::rowOf<A>().send(adapter, key);
+}
+
+/// See detail::walkCollection.
+template <class Attr, class A>
+bool serializeCollection(Entity::VekNboAttrLogSa& adapter) {
+  return detail::walkCollection(adapter, detail::rowOf<A>(), logSlot<Attr, A>);
 }
 
 }  // namespace Vek

@@ -1,6 +1,6 @@
-// FlowOutFrame: the part of a flow-out that depends on the entity's type: a bit for each attribute, and the keys that are
-// owed of each collection. What an X::VekNboAttrLogSa::FlowOut defines itself are one-line calls of these. Its descriptors
-// tell `dirty(flowOut)`, the keys owed of a collection.
+// FlowOutFrame: the part of a flow-out that depends on the entity's type: a bit for each attribute, and the keys that
+// are owed of each collection. What an X::VekNboAttrLogSa::FlowOut defines itself are one-line calls of these. Its
+// descriptors tell `dirty(flowOut)`, the keys owed of a collection.
 #pragma once
 
 #include "dornl3/attrlog/LogSlots.h"
@@ -65,6 +65,22 @@ void freeWalkState(NboAttrLog::FlowOut& flowOut) {
     if constexpr (isLongText<decltype(attribute)>) flowOut.valueIterIs({});
   });
 }
+
+/// A key that is owed of a hashed collection: one class for all that have keys of that type.
+template <class K>
+class DirtyHashElement final : public HashElement<K, bool> {
+ public:
+  using Map = HashMap<DirtyHashElement, K, bool>;
+  using HashElement<K, bool>::HashElement;
+};
+
+/// The same of an ordered one.
+template <class K>
+class DirtyRbElement final : public RbElement<K, bool> {
+ public:
+  using Map = RbTreeMap<DirtyRbElement, K, bool>;
+  using RbElement<K, bool>::RbElement;
+};
 
 // The keys owed of one collection; what is kept with a key decides nothing.
 

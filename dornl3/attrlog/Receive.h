@@ -1,6 +1,6 @@
-// Receive: applies a record to its entity, through the ordinary setters: all reactors and all other logs hear of it, only
-// the adapter that it came to stays silent. Everything is read before anything is touched.
-// Thread: the entity's. Re-entrancy: reactors may do anything; another record on the same adapter is refused meanwhile.
+// Receive: applies a record to its entity, through the ordinary setters: all reactors and all other logs hear of it,
+// only the adapter that it came to stays silent. Everything is read before anything is touched. Thread: the entity's.
+// Re-entrancy: reactors may do anything; another record on the same adapter is refused meanwhile.
 #pragma once
 
 #include "dornl3/attrlog/Walk.h"
@@ -11,56 +11,69 @@ namespace Vek {
 
 namespace detail {
 
-template <class A, class Sa>
-void receiveScalar(Sa& adapter, InboundRecord const& record) {
-  auto const value = nextField<typename A::Value>(record.in());
+/// Where a received scalar goes.
+template <class V>
+struct ScalarPlace {
+  V& field;
+  ReactorChain const& reactors;
+  AttributeId number;
+  ReactorSlot slot;
+};
+
+template <class V>
+void receiveScalar(Entity::VekNboAttrLogSa& adapter, InboundRecord const& record, ScalarPlace<V> const& place) {
+  auto const value = nextField<V>(record.in());
   if (!record.applies()) {
-    (adapter.*A::logHandler)();
+    adapter.doNotification(static_cast<int>(place.number), nullptr);
     return;
   }
   record.decoded();
-  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  Entity& entity = *record.entity();
   WritePass const pass{entity};
-  scalarIs<A>(entity, value);
+  if (!storeScalar(entity, place.number, place.field, value) || adapter.isAloneOn(place.reactors)) return;
+  notifyReactors(entity, place.reactors, place.number, place.slot);
 }
 
-/// Keeps a member from the sweep that follows, however the scope ends. On an owner nothing is swept, and a mark there is
-/// that of a mount upstream, which its peer has not mentioned yet.
-template <class A>
+/// Keeps a member from the sweep that follows, however the scope ends. On an owner nothing is swept, and a mark there
+/// is that of a mount upstream, which its peer has not mentioned yet.
+template <class Dirty>
 class Mentioned {
  public:
-  Mentioned(StreamAdapter const& adapter, typename A::Owner& entity, typename A::Key const& key) noexcept
-      : adapter_(adapter), entity_(entity), key_(key) {}
+  using Key = typename Dirty::Key;
+  Mentioned(StreamAdapter const& adapter, ValuesRow<Dirty> const& row, Entity& entity, Key const& key) noexcept
+      : adapter_(adapter), row_(row), entity_(entity), key_(key) {}
   Mentioned(Mentioned const&) = delete;
   Mentioned& operator=(Mentioned const&) = delete;
   ~Mentioned() {
     if (adapter_.side() == StreamAdapter::Side::owner) return;
-    if (auto* const member = A::field(entity_)[key_]) member->vekMarkedForDeletionIs(false);
+    if (auto* const member = row_.find(entity_, key_).member) member->vekMarkedForDeletionIs(false);
   }
 
  private:
   StreamAdapter const& adapter_;
-  typename A::Owner& entity_;
-  typename A::Key const& key_;
+  ValuesRow<Dirty> const& row_;
+  Entity& entity_;
+  Key const& key_;
 };
 
-template <class A, class Sa>
-void receiveKey(Sa& adapter, InboundRecord const& record, bool deleted) {
-  using Key = typename A::Key;
+template <class V, class Dirty>
+void receiveKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, InboundRecord const& record,
+                bool deleted) {
+  using Key = typename Dirty::Key;
   Key const key = nextField<Key>(record.in());
-  auto const value = deleted ? typename A::Value{} : nextValue<typename A::Value>(record.in());
+  V const value = deleted ? V{} : nextValue<V>(record.in());
   if (!record.applies()) {
-    (adapter.*A::logHandler)(key);
+    adapter.doNotification(static_cast<int>(row.number), &key);
     return;
   }
   record.decoded();
-  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  Entity& entity = *record.entity();
   WritePass const pass{entity};
   if (deleted) {
-    collectionDel<A>(entity, key);
+    row.remove(entity, key);
   } else {
-    Mentioned<A> const mentioned{adapter, entity, key};
-    collectionIs<A>(entity, key, value);
+    Mentioned<Dirty> const mentioned{adapter, row, entity, key};
+    row.set(entity, key, &value, adapter);
   }
 }
 
@@ -184,7 +197,7 @@ template <class Attr, class A, class Sa>
     }
     return true;
   } else if constexpr (holdsKeys<A>) {
-    receiveKey<A>(adapter, record, negative);
+    receiveKey<typename A::Value>(adapter, valuesRow<A>, record, negative);
     return true;
   } else if (negative) {
     return false;
@@ -192,7 +205,10 @@ template <class Attr, class A, class Sa>
     receiveLongText<Attr, A>(adapter, record);
     return true;
   } else {
-    receiveScalar<A>(adapter, record);
+    auto& entity = static_cast<typename A::Owner&>(*record.entity());
+    ReactorChain const& reactors = reactorsOf<typename A::Owner>(entity);
+    receiveScalar<typename A::Value>(adapter, record,
+                                     {A::field(entity), reactors, A::number, static_cast<ReactorSlot>(A::slot)});
     return true;
   }
 }
@@ -232,7 +248,8 @@ void receiveRecord(Sa& adapter, int attr, StreamAdapter::DeserializationOptions 
   }
   bool known = false;
   bool const negative = attr < 0;
-  AttributeId const number = negative ? AttributeId{0} - static_cast<AttributeId>(attr) : static_cast<AttributeId>(attr);
+  AttributeId const number =
+      negative ? AttributeId{0} - static_cast<AttributeId>(attr) : static_cast<AttributeId>(attr);
   visit(typename Attr::All{}, number, [&](auto attribute) {
     known = detail::receiveAttribute<Attr, decltype(attribute)>(adapter, record, negative, idAt);
   });

@@ -4,8 +4,8 @@
 // Thread: the entity's. Re-entrancy: calls nobody. Throws ReadOnlyException, and std::bad_alloc.
 #pragma once
 
+#include "dornl3/attrlog/KeyedRow.h"
 #include "dornl3/attrlog/LogSlots.h"
-#include "dornl3/attrlog/ValueWire.h"
 #include "dornl3/platform/attrlog/EntityAdapter.h"
 
 namespace Vek {
@@ -16,17 +16,25 @@ template <class X>
   return const_cast<X&>(static_cast<X const&>(*adapter.rawNotifier()));
 }
 
+namespace detail {
+
+/// Where the field of A lies; null where the adapter has no entity.
+template <class A>
+[[nodiscard]] auto const* fieldOn(Entity::VekNboAttrLogSa const& adapter) noexcept {
+  auto const* const entity = static_cast<typename A::Owner const*>(adapter.rawNotifier());
+  return entity == nullptr ? nullptr : &A::field(*entity);
+}
+
+}  // namespace detail
+
 template <class Attr, class A>
 void logScalar(Entity::VekNboAttrLogSa& adapter) {
   using V = typename A::Value;
-  if (adapter.scalarTurn(A::number, logSlot<Attr, A>) != Entity::VekNboAttrLogSa::Turn::write) return;
-  try {
-    auto const& out = adapter.recordIs(static_cast<int>(A::number), fixedSize<V>, fixedSize<V> == 0);
-    out << A::field(entityOn<typename A::Owner>(adapter));
-    adapter.recordClosed();
-  } catch (...) {
-    adapter.scalarOwed(logSlot<Attr, A>);
-    throw;
+  void const* const field = detail::fieldOn<A>(adapter);
+  if constexpr (fixedSize<V> != 0) {
+    adapter.logNumber(A::number, logSlot<Attr, A>, field, fixedSize<V>);
+  } else {
+    adapter.logField(A::number, logSlot<Attr, A>, field, &detail::writeField<V>);
   }
 }
 

@@ -1,6 +1,6 @@
-// Sweep: what a peer no longer mentions goes. A begin marker marks all members of a collection, each record clears the mark
-// of its key, and the end marker removes what is still marked.
-// Thread: the entity's. Re-entrancy: reactors of a removal may change the collection; the pass is then made again.
+// Sweep: what a peer no longer mentions goes. A begin marker marks all members of a collection, each record clears the
+// mark of its key, and the end marker removes what is still marked. Thread: the entity's. Re-entrancy: reactors of a
+// removal may change the collection; the pass is then made again.
 #pragma once
 
 #include "dornl3/attrlog/Receive.h"
@@ -9,17 +9,28 @@ namespace Vek {
 
 namespace detail {
 
-template <class A>
-void sweepMember(Entity::VekNboAttrLogSa& adapter, typename A::Owner& entity, typename A::Member& member,
+template <class Dirty>
+void sweepValues(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row,
                  StreamAdapter::AttrTransactionType type) {
-  if (type == StreamAdapter::beginMarker) {
-    member.vekMarkedForDeletionIs(true);
-  } else if (type == StreamAdapter::endMarker && member.vekMarkedForDeletion()) {
-    Entity::VekNboAttrLogSa::IsActiveAnchor active;
-    active.telIs(&adapter);
-    WritePass const pass{entity};
-    collectionDel<A>(entity, member.key());
-  }
+  using Key = typename Dirty::Key;
+  Ptr<Entity> const entity = adapter.vekNotifierEntity();
+  bool isSwept = false;
+  auto step = [&](Key const& key, PtrInterface& member) {
+    if (type == StreamAdapter::beginMarker) {
+      member.vekMarkedForDeletionIs(true);
+    } else if (type == StreamAdapter::endMarker && member.vekMarkedForDeletion()) {
+      Entity::VekNboAttrLogSa::IsActiveAnchor active;
+      active.telIs(&adapter);
+      WritePass const pass{*entity};
+      row.remove(*entity, key);
+      isSwept = true;
+    }
+    return true;
+  };
+  do {
+    isSwept = false;
+    row.walk(*entity, nullptr, step);
+  } while (isSwept);
 }
 
 /// A child is marked on its adapter for this log. Without one at the end it was not mentioned either; one that was made
@@ -50,7 +61,7 @@ void markOneChild(Entity::VekNboAttrLogSa& adapter, StreamAdapter::AttrTransacti
 }
 
 template <class A, class Sa>
-void sweep(Sa& adapter, StreamAdapter::AttrTransactionType type) {
+void sweepChildren(Sa& adapter, StreamAdapter::AttrTransactionType type) {
   using Map = MapOf<A>;
   Ptr<Entity> const held = adapter.vekNotifierEntity();
   auto& entity = static_cast<typename A::Owner&>(*held);
@@ -73,8 +84,10 @@ void applyTransaction(Sa& adapter, AttributeId attr, StreamAdapter::AttrTransact
   bool baseFollows = true;
   visit(typename Attr::All{}, attr, [&](auto attribute) {
     using A = decltype(attribute);
-    if constexpr (holdsKeys<A>) {
-      detail::sweep<A>(adapter, type);
+    if constexpr (holdsValuesByKey<A>) {
+      detail::sweepValues(adapter, detail::valuesRow<A>, type);
+    } else if constexpr (holdsChildrenByKey<A>) {
+      detail::sweepChildren<A>(adapter, type);
     } else if constexpr (holdsOneChild<A>) {
       detail::markOneChild<A>(adapter, type);
     } else if constexpr (isLongText<A>) {
@@ -88,8 +101,8 @@ void applyTransaction(Sa& adapter, AttributeId attr, StreamAdapter::AttrTransact
 /// Begins or ends a transaction on every collection, as the adapter's sync mode says.
 template <class Attr, class Sa>
 void transactionsFollowMode(Sa& adapter) {
-  auto const type = adapter.syncMode() == StreamAdapter::synchronising ? StreamAdapter::beginMarker
-                                                                       : StreamAdapter::endMarker;
+  auto const type =
+      adapter.syncMode() == StreamAdapter::synchronising ? StreamAdapter::beginMarker : StreamAdapter::endMarker;
   forEach(typename Attr::All{}, [&](auto attribute) {
     using A = decltype(attribute);
     if constexpr (holdsKeys<A> || holdsOneChild<A>) adapter.handleAttrTransaction(A::number, type, 0);

@@ -1,11 +1,12 @@
-// ValueWire: the wire form of values. The fields stand one behind the other, in the order of the attributes, with nothing
-// between them.
-// A peer with an older schema sends fewer fields: what it does not send keeps its default. One with a newer schema sends
-// more: the rest of the record is passed over.
+// ValueWire: the wire form of values. The fields stand one behind the other, in the order of the attributes, with
+// nothing between them. A peer with an older schema sends fewer fields: what it does not send keeps its default. One
+// with a newer schema sends more: the rest of the record is passed over.
 #pragma once
 
 #include "dornl3/frame/Attribute.h"
 #include "dornl3/platform/attrlog/In.h"
+
+#include <bit>
 
 namespace Vek {
 
@@ -34,10 +35,44 @@ template <class V>
   }
 }
 
+namespace detail {
+
+/// Bytes of a field that is a number; 0 for another.
+template <class V>
+inline constexpr std::size_t numberSize = std::is_same_v<V, U8> || std::is_same_v<V, U32> || std::is_same_v<V, U64> ||
+                                                  std::is_same_v<V, Seconds>
+                                              ? sizeof(V)
+                                              : 0;
+
+template <class... A>
+constexpr bool areNumbers(List<A...>) noexcept {
+  return ((numberSize<typename A::Value> != 0) && ...);
+}
+template <class... A>
+constexpr std::size_t numbersSize(List<A...>) noexcept {
+  return (numberSize<typename A::Value> + ... + 0);
+}
+
+template <class V>
+using Unsigned = std::conditional_t<std::is_same_v<V, Seconds>, U64, V>;
+
+}  // namespace detail
+
 /// Reads the fields of a value that holds its defaults, as far as the record goes.
 template <class Attr, class X>
 void readValueFields(X& value, NboAttrLog::In& in) {
-  forEach(typename Attr::All{}, [&](auto attribute) {
+  using All = typename Attr::All;
+  if constexpr (detail::areNumbers(All{})) {
+    if (char const* at = in.fields(detail::numbersSize(All{}))) {
+      forEach(All{}, [&](auto attribute) {
+        using V = typename decltype(attribute)::Value;
+        decltype(attribute)::field(value) = std::bit_cast<V>(NboAttrLog::takeNumber<detail::Unsigned<V>>(at));
+        at += sizeof(V);
+      });
+      return;
+    }
+  }
+  forEach(All{}, [&](auto attribute) {
     using A = decltype(attribute);
     if (!in.isAtLimit()) A::field(value) = nextField<typename A::Value>(in);
   });
@@ -46,7 +81,18 @@ void readValueFields(X& value, NboAttrLog::In& in) {
 /// Writes the fields of a value.
 template <class Attr, class X>
 NboAttrLog::OutPtr const& writeValueFields(NboAttrLog::OutPtr const& out, X const& value) {
-  forEach(typename Attr::All{}, [&](auto attribute) { out << decltype(attribute)::field(value); });
+  using All = typename Attr::All;
+  if constexpr (detail::areNumbers(All{})) {
+    if (char* at = out->fieldsIs(detail::numbersSize(All{}))) {
+      forEach(All{}, [&](auto attribute) {
+        using V = typename decltype(attribute)::Value;
+        NboAttrLog::putNumber(at, std::bit_cast<detail::Unsigned<V>>(decltype(attribute)::field(value)));
+        at += sizeof(V);
+      });
+    }
+  } else {
+    forEach(All{}, [&](auto attribute) { out << decltype(attribute)::field(value); });
+  }
   return out;
 }
 

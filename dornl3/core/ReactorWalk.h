@@ -34,16 +34,22 @@ template <class Call>
 void walkReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute, Call const& call) {
   if (reactors.count() == 0) return;
   auto const held = holdOver(notifier);
-  HeldReactors const all = heldFor(reactors, attribute);
   Expect const* const around = Expect::innermost();
-  for (ReactorTurns walk{all}; walk; walk.advance()) {
+  auto const turn = [attribute, around, &call](PtrInterface::NotifieeConst& reactor) {
     try {
       Expect const expect{Exception::any, around};
-      call(walk.current());
+      call(reactor);
     } catch (...) {
-      walk.current().onNotificationException(attribute);
+      reactor.onNotificationException(attribute);
     }
+  };
+  if (reactors.count() == 1) {  // most often so: no need of an array
+    Ptr<PtrInterface::NotifieeConst> const only(const_cast<PtrInterface::NotifieeConst*>(reactors.head()));
+    turn(*only);
+    return;
   }
+  HeldReactors const all = heldFor(reactors, attribute);
+  for (ReactorTurns walk{all}; walk; walk.advance()) turn(walk.current());
 }
 
 /// A slot without a key, as a member of the root of the reactors.

@@ -56,20 +56,26 @@ Ptr<typename A::Member> collectionNew(typename A::Owner& entity, typename A::Key
   return detail::enter<A>(entity, key, value);
 }
 
-/// Sets the value at a key. An equal value: nothing happens. Otherwise it is stored, in a new element if there was
-/// none, and the write is counted before any reactor runs. Throws what a reactor's onNotificationException throws.
+/// The part of a setter at a key that comes before the reactors: whether there is something to tell them.
 template <class A>
-void collectionIs(typename A::Owner& entity, typename A::Key const& key, typename A::Value const& value) {
-  Ptr<typename A::Member> member = A::field(entity)[key];
-  if (member && member->value() == value) return;
+bool collectionStore(typename A::Owner& entity, typename A::Key const& key, typename A::Value const& value) {
+  Ptr<typename A::Member> const member = A::field(entity)[key];
+  if (member && member->value() == value) return false;
   entity.vekNeedWritable(A::number);
   if (member) {
     member->valueIs(value);
   } else {
-    member = detail::enter<A>(entity, key, value);
+    static_cast<void>(detail::enter<A>(entity, key, value));
   }
   entity.vekWriteCountInc();
-  notifyKey<A>(entity, key);
+  return true;
+}
+
+/// Sets the value at a key. An equal value: nothing happens. Otherwise it is stored, in a new element if there was
+/// none, and the write is counted before any reactor runs. Throws what a reactor's onNotificationException throws.
+template <class A>
+void collectionIs(typename A::Owner& entity, typename A::Key const& key, typename A::Value const& value) {
+  if (collectionStore<A>(entity, key, value)) notifyKey<A>(entity, key);
 }
 
 /// Removes the element at a key and gives its value, or the default where there is none.

@@ -37,17 +37,22 @@ void notifyScalar(typename A::Owner& entity) {
   notifyReactors(entity, reactors, A::number, static_cast<ReactorSlot>(A::slot));
 }
 
+/// The part of a setter that comes before the reactors: whether there is something to tell them.
+template <class V>
+bool storeScalar(Entity& entity, AttributeId number, V& field, V const& value) {
+  if (field == value) return false;
+  entity.vekNeedWritable(number);
+  field = value;
+  entity.vekWriteCountInc();
+  return true;
+}
+
 /// Sets an attribute. The present value: nothing happens, no count and no call; a NaN differs from everything.
 /// Otherwise the value is stored and the write counted before any reactor runs, and stays whatever they do.
 /// Throws what a reactor's onNotificationException throws, and std::bad_alloc above 16 reactors, with the value stored.
 template <class A>
 void scalarIs(typename A::Owner& entity, typename A::Value const& value) {
-  auto& field = A::field(entity);
-  if (field == value) return;
-  entity.vekNeedWritable(A::number);
-  field = value;
-  entity.vekWriteCountInc();
-  notifyScalar<A>(entity);
+  if (storeScalar(entity, A::number, A::field(entity), value)) notifyScalar<A>(entity);
 }
 
 /// Adds `delta`, with wraparound at the field's width, and gives the new value. Counts a read and never a write;

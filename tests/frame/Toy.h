@@ -664,11 +664,7 @@ class Shelf::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
    public:
     void vekDrawersHasSyncedIs(bool on) { bitIs(1, on); }
   };
-  class VekVekIsDrawersDirty final : public Vek::HashElement<Vek::String8, bool> {
-   public:
-    using Map = Vek::HashMap<VekVekIsDrawersDirty, Vek::String8, bool>;
-    using HashElement::HashElement;
-  };
+  using VekVekIsDrawersDirty = Vek::DirtyHashElement<Vek::String8>;
 
   FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr);
   ~FlowOut() override;
@@ -1023,36 +1019,12 @@ class ToyBox::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
     void vekIsLidDirtyIs(bool on) { bitIs(6, on); }
     void vekShelvesHasSyncedIs(bool on) { bitIs(7, on); }
   };
-  class VekVekIsCountsDirty final : public Vek::RbElement<Vek::U32, bool> {
-   public:
-    using Map = Vek::RbTreeMap<VekVekIsCountsDirty, Vek::U32, bool>;
-    using RbElement::RbElement;
-  };
-  class VekVekIsFapsDirty final : public Vek::RbElement<Hardware::Dorn::FapId, bool> {
-   public:
-    using Map = Vek::RbTreeMap<VekVekIsFapsDirty, Hardware::Dorn::FapId, bool>;
-    using RbElement::RbElement;
-  };
-  class VekVekIsWantedDirty final : public Vek::HashElement<Vek::U32, bool> {
-   public:
-    using Map = Vek::HashMap<VekVekIsWantedDirty, Vek::U32, bool>;
-    using HashElement::HashElement;
-  };
-  class VekVekIsNotesDirty final : public Vek::HashElement<Vek::String8, bool> {
-   public:
-    using Map = Vek::HashMap<VekVekIsNotesDirty, Vek::String8, bool>;
-    using HashElement::HashElement;
-  };
-  class VekVekIsVlansDirty final : public Vek::HashElement<Bridging::VlanIdOrNone, bool> {
-   public:
-    using Map = Vek::HashMap<VekVekIsVlansDirty, Bridging::VlanIdOrNone, bool>;
-    using HashElement::HashElement;
-  };
-  class VekVekIsShelvesDirty final : public Vek::HashElement<Vek::Name, bool> {
-   public:
-    using Map = Vek::HashMap<VekVekIsShelvesDirty, Vek::Name, bool>;
-    using HashElement::HashElement;
-  };
+  using VekVekIsCountsDirty = Vek::DirtyRbElement<Vek::U32>;
+  using VekVekIsFapsDirty = Vek::DirtyRbElement<Hardware::Dorn::FapId>;
+  using VekVekIsWantedDirty = Vek::DirtyHashElement<Vek::U32>;
+  using VekVekIsNotesDirty = Vek::DirtyHashElement<Vek::String8>;
+  using VekVekIsVlansDirty = Vek::DirtyHashElement<Bridging::VlanIdOrNone>;
+  using VekVekIsShelvesDirty = Vek::DirtyHashElement<Vek::Name>;
 
   FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr);
   ~FlowOut() override;

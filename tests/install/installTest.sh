@@ -37,6 +37,9 @@ by_cmake() {  # by_cmake SOURCE BUILD OPTION...
 echo "By CMake:"
 by_cmake "$source/examples" "$work/examples"
 expect "$reacted" "$work/examples/react"
+expect "in step with 3 VRFs
+VRFs: 4
+ARP entries of FAP 0: 1200" "$work/examples/replicate"
 expect "sensor 1: 40 degrees
 fan left: 12000 rpm" "$work/examples/ownTypes"
 by_cmake "$source/tests/install/ownNames" "$work/ownNames" -DEXAMPLES="$source/examples"

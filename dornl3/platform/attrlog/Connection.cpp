@@ -139,8 +139,7 @@ bool Connection::takeGreeting() {
 bool Connection::takeRecord() {
   ByteQueue& bytes = in_->bytes_;
   if (bytes.size() < headerSize) return false;
-  in_->recordIs(bytes.at(0), headerSize);
-  RecordHeader const header = RecordHeader::read(*in_);
+  RecordHeader const header = RecordHeader::read(bytes.at(0));
   if (header.length > settings_.limits.recordBytes) {
     throw ProtocolException(
         format("a record of %u bytes, where %u are the most", header.length, settings_.limits.recordBytes));

@@ -46,8 +46,8 @@ class Connection final : public Vek::Connection {
   /// When tick() is next wanted, on the connection's clock.
   [[nodiscard]] double deadline() const noexcept;
 
-  [[nodiscard]] Ptr<NboAttrLog::In> in() noexcept { return in_; }
-  [[nodiscard]] Ptr<NboAttrLog::Out> out() noexcept { return out_; }
+  [[nodiscard]] Ptr<NboAttrLog::In> const& in() const noexcept { return in_; }
+  [[nodiscard]] Ptr<NboAttrLog::Out> const& out() const noexcept { return out_; }
   [[nodiscard]] Demuxer& demuxer() noexcept { return demuxer_; }
   [[nodiscard]] Exports& exports() noexcept { return exports_; }
   [[nodiscard]] Mounts& mounts() noexcept { return mounts_; }

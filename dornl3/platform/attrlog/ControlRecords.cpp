@@ -16,17 +16,6 @@ void send(Out& out, int control, Field const&... fields) {
 
 }  // namespace
 
-RecordHeader RecordHeader::read(In& in) {
-  RecordHeader header;
-  header.id = in.nextEntityId();
-  header.attribute = in.nextint();
-  header.length = in.nextU32();
-  header.kind = in.nextU16();
-  header.flags = in.nextU8();
-  header.tail = in.nextU8();
-  return header;
-}
-
 void sendMount(Out& out, Name const& name, String8 const& typeName, bool writable) {
   send(out, mountRecord, String8(name), typeName, writable);
 }

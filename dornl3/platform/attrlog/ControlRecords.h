@@ -15,7 +15,16 @@ struct RecordHeader {
   U8 flags = 0;
   U8 tail = 0;
 
-  [[nodiscard]] static RecordHeader read(In& in);
+  /// The header whose bytes stand at `at`.
+  [[nodiscard]] static RecordHeader read(char const* at) noexcept {
+    auto const flags = takeNumber<U32>(at + 16);
+    return {EntityId::read(at),
+            static_cast<int>(takeNumber<U32>(at + 8)),
+            takeNumber<U32>(at + 12),
+            flags >> 16,
+            static_cast<U8>(flags >> 8),
+            static_cast<U8>(flags)};
+  }
 };
 
 /// Asks for an entity of that name and type.

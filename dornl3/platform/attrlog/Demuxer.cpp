@@ -134,8 +134,15 @@ bool DemuxerManager::has(Demuxer const* demuxer) const noexcept {
 }  // namespace NboAttrLog
 
 NboAttrLog::DemuxerManager& globalNboAttrLogDemuxerManager() {
-  static thread_local NboAttrLog::DemuxerManager manager;
-  return manager;
+  // It is never destroyed: what has static storage may let entities go after the objects of the thread have gone. Without
+  // demuxers it owns nothing.
+  union Lasting {
+    constexpr Lasting() noexcept : manager() {}
+    constexpr ~Lasting() {}
+    NboAttrLog::DemuxerManager manager;
+  };
+  static constinit thread_local Lasting lasting;
+  return lasting.manager;
 }
 
 NboAttrLog::Demuxer* demuxFor(Ptr<NboAttrLog::In const> const& in) {

@@ -126,7 +126,10 @@ class Demuxer {
 class DemuxerManager {
  public:
   void demuxerIs(Demuxer& demuxer) { demuxers_.push_back(&demuxer); }
-  void demuxerDel(Demuxer& demuxer) noexcept { std::erase(demuxers_, &demuxer); }
+  void demuxerDel(Demuxer& demuxer) noexcept {
+    std::erase(demuxers_, &demuxer);
+    if (demuxers_.empty()) demuxers_.shrink_to_fit();
+  }
   /// The demuxers that stand now; a call of one may add and remove others.
   [[nodiscard]] std::vector<Demuxer*> nboDemuxerIterator() const { return demuxers_; }
   [[nodiscard]] bool has(Demuxer const* demuxer) const noexcept;

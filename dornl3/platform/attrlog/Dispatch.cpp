@@ -61,7 +61,7 @@ void applyMarker(Sa& adapter, In& in) {
 }
 
 void applyToEntity(Connection& connection, RecordHeader const& header, Sa& adapter) {
-  Ptr<In> const in = connection.in();
+  Ptr<In> const& in = connection.in();
   Demuxer& demuxer = connection.demuxer();
   bool const isOwner = adapter.side() == StreamAdapter::Side::owner;
   if (header.attribute == transactionRecord) {

@@ -94,6 +94,16 @@ void Sa::onZeroReferences() {
 
 // ---- What becomes of a change
 
+void Sa::handleHeld(void (Sa::*slot)()) {
+  Ptr<Sa> const held(this);
+  (this->*slot)();
+}
+
+void Sa::handlerFailed(AttributeId attr) {
+  Ptr<Sa> const held(this);
+  Sa::onNotificationException(attr);
+}
+
 bool Sa::maySend(AttributeId attr) {
   if (hasFlag(syncModeRelay)) return false;
   if (!hasFlag(entityReactorActive) && handlingFlowInFor(attr)) return false;
@@ -156,12 +166,6 @@ Sa::Turn Sa::keyTurn(AttributeId attr) {
   return Turn::mark;
 }
 
-void Sa::marksAre(U32 marks, U32 members) {
-  constexpr U64 spare = 1024;
-  if (side() != Side::owner || hasFlag(handlingScheduledFlowOut) || marks <= U64{2} * members + spare) return;
-  streamDemuxer()->createFlowOut(*this, {}, false, 0);
-}
-
 bool Sa::handlingFlowInFor(AttributeId attr) const {
   Demuxer const* const demuxer = streamDemuxer();
   if (demuxer == nullptr || !demuxer->hasFlowIns()) return false;
@@ -170,23 +174,6 @@ bool Sa::handlingFlowInFor(AttributeId attr) const {
   // On a mount a walk that comes in makes no attribute deaf. A text in pieces does, at the replica alone: with both ends
   // deaf to their own texts, neither would be whole.
   return side() == Side::plain || (side() == Side::replica && flowIn->iter() != nullptr);
-}
-
-Ptr<Out> const& Sa::recordIs(int attr, U32 fixedSize, bool isVariable, U32 kind) {
-  if (side() == Side::replica) streamDemuxer()->ackIfMoved();
-  Ptr<Out> const& out = boundLog();
-  openRecord(*out, attr, fixedSize, isVariable, kind);
-  return out << Connection::Out::tokenOpen;
-}
-
-void Sa::recordClosed() {
-  boundLog() << Connection::Out::tokenClose;
-  recordWritten(*boundLog());
-  if (Demuxer& demuxer = *streamDemuxer(); boundLog()->droppedLast() || demuxer.hasNotReplicated()) [[unlikely]] {
-    int const attr = boundLog()->attribute();
-    String8 const name = vekNotifierEntity()->attributeString(static_cast<AttributeId>(attr < 0 ? -attr : attr));
-    demuxer.notReplicatedIs(vekNotifierEntity()->fullName() + "." + name, boundLog()->droppedLast());
-  }
 }
 
 void Sa::scalarOwed(U32 slot) noexcept {

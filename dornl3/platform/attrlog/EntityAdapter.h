@@ -4,6 +4,7 @@
 // Owner, thread, re-entrancy: see StreamAdapter.
 #pragma once
 
+#include "dornl3/core/ReactorChain.h"
 #include "dornl3/platform/attrlog/MsgChannel.h"
 #include "dornl3/platform/attrlog/StreamAdapter.h"
 #include "dornl3/platform/vek/Entity.h"
@@ -48,6 +49,16 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
 
   // The halves of the frames that depend on no type.
 
+  /// Calls a slot of this adapter, which is held meanwhile.
+  void handleHeld(void (VekNboAttrLogSa::*slot)());
+  /// A slot has thrown.
+  void handlerFailed(AttributeId attr);
+  template <class K>
+  void handleHeld(void (VekNboAttrLogSa::*slot)(K), K const& key) {
+    Ptr<VekNboAttrLogSa> const held(this);
+    (this->*slot)(key);
+  }
+
   /// What binds a child, a closure of the caller's.
   class ChildBinder {
    public:
@@ -69,13 +80,29 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
     mark,    ///< it is marked in the flow-out, which stands
     write,   ///< it is written now
   };
+  /// Writes the field of a scalar, or marks the scalar; nothing where there is no field. It is sent as a number of `size`
+  /// bytes, which it has in memory too.
+  void logNumber(AttributeId attr, U32 slot, void const* field, U32 size);
+  /// Writes a field, given where it lies.
+  using FieldWriter = void (*)(NboAttrLog::OutPtr const& out, void const* field);
+  /// The same for a field whose size is not told ahead.
+  void logField(AttributeId attr, U32 slot, void const* field, FieldWriter write);
+  /// A record of one key.
+  struct KeyRecord {
+    AttributeId attr;
+    bool isFixed;  ///< its size is told ahead
+    void const* key;
+    FieldWriter putKey;
+    void const* value;  ///< null where the key is there no longer
+    FieldWriter putValue;
+  };
+  /// Writes a key, where the plainest of all reasons says so; else the turn decides. Whether it is written.
+  [[nodiscard]] bool logKey(KeyRecord const& record);
+  void writeKey(KeyRecord const& record);
   /// Decides for a scalar, and marks it or clears its mark.
   [[nodiscard]] Turn scalarTurn(AttributeId attr, U32 slot);
   /// Decides for a key. The caller marks it in the flow-out, or clears its mark there.
   [[nodiscard]] Turn keyTurn(AttributeId attr);
-  /// So many keys of a collection are marked, which has so many members. Where most are of members long gone, the whole
-  /// collection is owed instead: the far side drops what the walk does not mention, and marks do not grow with the changes.
-  void marksAre(U32 marks, U32 members);
   /// The first guards of a walk: false where the handler returns `answer`.
   [[nodiscard]] bool walkMayBegin(AttributeId attr, bool& answer);
   /// Opens a record of an attribute; the log is there. Where the far side waits for it, how much of its records has been
@@ -128,6 +155,10 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   /// attribute. Whether the walk ends here, with `from` as its answer.
   [[nodiscard]] bool walkEndsEarly(NboAttrLog::FlowOut* owed, AttributeId first, AttributeId& from);
 
+  /// Whether nobody but this adapter, which is silent for what it is applying, hears of changes.
+  [[nodiscard]] bool isAloneOn(ReactorChain const& reactors) const noexcept {
+    return reactors.count() == 1 && reactors.head() == reactorAdapter_.ptr();
+  }
   /// Throws InternalException where the far side may not change the attribute.
   void needRemoteWritable(int attr) const;
 
@@ -156,6 +187,11 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   /// Guards that all handlers begin with; false where the handler is to return.
   [[nodiscard]] bool maySend(AttributeId attr);
   void needWritable(AttributeId attr);
+  [[nodiscard]] bool isInStep() const noexcept;
+  void sayWhatWasApplied();
+  /// What follows the closing of a record.
+  void recordDone();
+  void noteWhatWasTooLong();
   /// Makes a flow-out that owes nothing, for what is then marked.
   [[nodiscard]] bool openFlowOut(AttributeId attr);
 

@@ -57,7 +57,25 @@ Ptr<Sa> logAdapterDel(Entity& entity, Ptr<NboAttrLog::Out const> const& out) {
   return adapter;
 }
 
-void needLog(Ptr<NboAttrLog::Out> const& out) { static_cast<void>(ValidPtr<NboAttrLog::Out>(out)); }
+Ptr<Sa> boundToLog(Entity& entity, bool (*isOwn)(Sa& adapter), PtrInterface::NotifieeConst::Vek_BitSet flags,
+                   Ptr<NboAttrLog::Out> const& out) {
+  static_cast<void>(ValidPtr<NboAttrLog::Out>(out));
+  Ptr<Sa> const present = entity.vekNboAttrLogSa(out);
+  if (!present) return {};
+  if (!isOwn(*present)) {
+    entity.vekNboAttrLogSaDel(out);
+    return {};
+  }
+  if ((present->flags() & flags.notificationBitMask()) != flags.word()) present->vek_bitSetIs(flags);
+  return present;
+}
+
+void logReactorEnds(PtrInterface::NotifieeConst& reactor, Sa* adapter) {
+  Ptr<PtrInterface const> const self(&reactor);
+  Ptr<Sa> const held(adapter);
+  if (held) held->Sa::onZeroReferences();
+  reactor.hasNotificationActiveIs(false);
+}
 
 void Entity::vekLeaveLogs() {
   auto const& manager = globalNboAttrLogDemuxerManager();

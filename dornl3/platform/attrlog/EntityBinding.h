@@ -18,7 +18,12 @@ namespace Vek {
 /// Takes an entity's adapter for `out` from its demuxer, and gives it; null where either is missing.
 Ptr<Entity::VekNboAttrLogSa> logAdapterDel(Entity& entity, Ptr<NboAttrLog::Out const> const& out);
 
-/// Throws RangeException for a null log.
-void needLog(Ptr<NboAttrLog::Out> const& out);
+/// The adapter of an entity for `out`, with these flags, if it is of the entity's own class. One of another class
+/// leaves the log. Null where one is to be made. Throws RangeException for a null log.
+[[nodiscard]] Ptr<Entity::VekNboAttrLogSa> boundToLog(Entity& entity, bool (*isOwn)(Entity::VekNboAttrLogSa& adapter),
+                                                      PtrInterface::NotifieeConst::Vek_BitSet flags,
+                                                      Ptr<NboAttrLog::Out> const& out);
+/// The entity of a reactor adapter goes.
+void logReactorEnds(PtrInterface::NotifieeConst& reactor, Entity::VekNboAttrLogSa* adapter);
 
 }  // namespace Vek

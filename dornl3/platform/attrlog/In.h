@@ -24,9 +24,9 @@ class ByteConnection {
 class ByteConnection::In : public Connection::In {
  public:
   [[nodiscard]] U8 nextU8() { return static_cast<U8>(*take(1)); }
-  [[nodiscard]] unsigned short nextU16() { return __builtin_bswap16(raw<unsigned short>()); }
-  [[nodiscard]] U32 nextU32() { return __builtin_bswap32(raw<U32>()); }
-  [[nodiscard]] U64 nextU64() { return __builtin_bswap64(raw<U64>()); }
+  [[nodiscard]] unsigned short nextU16() { return number<unsigned short>(); }
+  [[nodiscard]] U32 nextU32() { return number<U32>(); }
+  [[nodiscard]] U64 nextU64() { return number<U64>(); }
   [[nodiscard]] int nextint() { return static_cast<int>(nextU32()); }
   /// Throws ProtocolException for a byte above 1, from a peer that must keep to the form.
   [[nodiscard]] bool nextbool() {
@@ -50,6 +50,10 @@ class ByteConnection::In : public Connection::In {
   }
   [[nodiscard]] U32 textLimit() const noexcept { return textLimit_; }
   [[nodiscard]] bool isAtLimit() const noexcept { return at_ == limit_; }
+  /// The next bytes of the record, which are then behind the position; null where there are not so many.
+  [[nodiscard]] char const* fields(std::size_t count) noexcept {
+    return static_cast<std::size_t>(limit_ - at_) < count ? nullptr : std::exchange(at_, at_ + count);
+  }
 
   /// Reads from these bytes, which the caller keeps in place, in the place of what was read before.
   void recordIs(char* begin, std::size_t length) noexcept {
@@ -72,10 +76,8 @@ class ByteConnection::In : public Connection::In {
 
  private:
   template <class T>
-  [[nodiscard]] T raw() {
-    T value;
-    std::memcpy(&value, take(sizeof value), sizeof value);
-    return value;
+  [[nodiscard]] T number() {
+    return NboAttrLog::takeNumber<T>(take(sizeof(T)));
   }
   [[noreturn]] static void throwBadBool();
 

@@ -5,7 +5,7 @@
 namespace Vek {
 
 InboundRecord::InboundRecord(Sa& adapter, int attr, Ptr<NboAttrLog::In> const& in)
-    : adapter_(&adapter), entity_(adapter.vekNotifierEntity()), input_(in), applies_(!in) {
+    : adapter_(&adapter), entity_(const_cast<Entity*>(static_cast<Entity const*>(adapter.rawNotifier()))), input_(in), applies_(!in) {
   if (!input_ && adapter.nboAttrLogOut() != nullptr) input_ = adapter.boundLog()->reverseLog();
   if (!input_ || !entity_) {
     input_ = nullptr;
@@ -15,8 +15,9 @@ InboundRecord::InboundRecord(Sa& adapter, int attr, Ptr<NboAttrLog::In> const& i
   if (adapter.hasFlag(StreamAdapter::entityReactorActive)) {
     throwInternalException("entity reactor is already active");
   }
-  active_.telIs(&adapter);
   adapter.needRemoteWritable(attr);
+  adapter.flagsIs(StreamAdapter::entityReactorActive, true);
+  isActive_ = true;
 }
 
 }  // namespace Vek

@@ -15,7 +15,9 @@ class InboundRecord {
   InboundRecord(Sa& adapter, int attr, Ptr<NboAttrLog::In> const& in);
   InboundRecord(InboundRecord const&) = delete;
   InboundRecord& operator=(InboundRecord const&) = delete;
-  ~InboundRecord() = default;
+  ~InboundRecord() {
+    if (isActive_) adapter_->flagsIs(StreamAdapter::entityReactorActive, false);
+  }
 
   /// Whether there is anything to read from.
   explicit operator bool() const noexcept { return static_cast<bool>(input_); }
@@ -31,7 +33,7 @@ class InboundRecord {
   Ptr<Entity> const entity_;
   Ptr<NboAttrLog::In> input_;
   bool const applies_;
-  Sa::IsActiveAnchor active_;
+  bool isActive_ = false;
 };
 
 }  // namespace Vek

@@ -98,6 +98,11 @@ class Mounts {
   std::vector<Ptr<Mount>> mounts_;
 };
 
+/// The wish for an entity of type X, by its name, in a directory of its own if none is given.
+template <class X>
+[[nodiscard]] Ptr<Mount> mountOf(Name name, Access access, Ptr<Dir> dir = make<Dir>()) {
+  return make<Mount>(std::move(name), *X::_fwkType(), access, std::move(dir));
+}
 /// The entity of a mount as what it is, to read; null until it is there.
 template <class X>
 [[nodiscard]] Ptr<X const> mounted(Mount const& mount) {

@@ -2,44 +2,17 @@
 
 #include "dornl3/platform/attrlog/Connection.h"
 
-#include <cassert>
-
 namespace Vek::NboAttrLog {
 
 namespace {
 
-constexpr std::size_t lengthAt = 12;  // of the payload's length in a header
 constexpr std::size_t sectionHeader = 5;
-
-void write32(char* at, U32 value) noexcept {
-  U32 const swapped = __builtin_bswap32(value);
-  std::memcpy(at, &swapped, sizeof swapped);
-}
 
 }  // namespace
 
 Out::~Out() = default;
 
-void Out::nextHeaderIs(MsgHeader const& header) {
-  if (isOpen_) bytes_.truncate(recordStart_);
-  isOpen_ = false;
-  recordStart_ = bytes_.size();
-  char* const at = bytes_.room(headerSize + tokensSize);
-  header.entityId.write(at);
-  write32(at + 8, static_cast<U32>(header.attribute));
-  write32(at + lengthAt, header.payloadSize);
-  at[16] = static_cast<char>(header.recordKind >> 8);
-  at[17] = static_cast<char>(header.recordKind);
-  at[18] = static_cast<char>(header.variableSize != 0 ? variableSizeFlag : 0);
-  at[19] = static_cast<char>(header.headerTail);
-  bytes_.extend(headerSize);
-  isOpen_ = true;
-  isVariable_ = header.variableSize != 0;
-  attribute_ = header.attribute;
-  expected_ = header.payloadSize;
-  sectionStart_ = 0;
-  payload_ = 0;
-}
+void Out::nextHeaderIs(MsgHeader const& header) { open(header); }
 
 void Out::currentPayloadSectionIs(PayloadSection section) {
   endSection();
@@ -51,25 +24,12 @@ void Out::currentPayloadSectionIs(PayloadSection section) {
 void Out::endSection() noexcept {
   if (sectionStart_ == 0 || payload_ > mostPayload()) return;
   std::size_t const length = bytes_.size() - recordStart_ - sectionStart_ - sectionHeader;
-  write32(bytes_.at(recordStart_ + sectionStart_ + 1), static_cast<U32>(length));
+  putNumber(bytes_.at(recordStart_ + sectionStart_ + 1), static_cast<U32>(length));
 }
 
-void Out::closeRecord() {
-  endSection();
-  isOpen_ = false;
-  droppedLast_ = payload_ > mostPayload();
-  if (droppedLast_) {
-    bytes_.truncate(recordStart_);
-    ++droppedRecords_;
-    return;
-  }
-  auto const length = static_cast<U32>(payload_ - 1);
-  assert((isVariable_ || length == expected_) && "a record of fixed size has another length");
-  if (isVariable_) write32(bytes_.at(recordStart_ + lengthAt), length);
-  *bytes_.room(1) = static_cast<char>(tokenClose);
-  bytes_.extend(1);
-  ++records_;
-  written_ += bytes_.size() - recordStart_;
+void Out::dropRecord() noexcept {
+  bytes_.truncate(recordStart_);
+  ++droppedRecords_;
 }
 
 void Out::sent(std::size_t count) noexcept {
@@ -81,8 +41,6 @@ void Out::putBytes(std::string_view bytes) {
   payload_ += bytes.size();
   if (payload_ <= mostPayload()) bytes_.append(bytes.data(), bytes.size());
 }
-
-void* Out::spare(std::size_t) noexcept { return spare_; }
 
 Ptr<In> Out::reverseLog() const { return connection_ != nullptr ? connection_->in() : Ptr<In>{}; }
 

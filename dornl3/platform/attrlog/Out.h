@@ -13,8 +13,8 @@
 #include "dornl3/core/Name.h"
 #include "dornl3/core/Ptr.h"
 
-#include <bit>
-#include <type_traits>
+#include <cassert>
+
 
 namespace Vek {
 
@@ -55,6 +55,49 @@ class Out : public Vek::Connection::Out {
 
   /// Opens a record. One that stands open is dropped.
   void nextHeaderIs(MsgHeader const& header);
+  /// A plain record of a size that is known, written and closed but for its payload, which the caller writes where the
+  /// answer points before anything else is written. Null, and nothing is written, where the peer takes no payload of
+  /// that size.
+  [[nodiscard]] char* fixedRecordIs(EntityId id, int attribute, U32 size) {
+    if (size > limits_.recordBytes) [[unlikely]]
+      return nullptr;
+    if (std::exchange(isOpen_, false)) bytes_.truncate(recordStart_);
+    std::size_t const whole = headerSize + tokensSize + size;
+    char* const at = bytes_.room(whole);
+    putHeader(at, {.entityId = id, .attribute = attribute, .payloadSize = size});
+    at[headerSize] = tokenOpen;
+    at[whole - 1] = tokenClose;
+    bytes_.extend(whole);
+    attribute_ = attribute;
+    droppedLast_ = false;
+    ++records_;
+    written_ += whole;
+    return at + headerSize + 1;
+  }
+  /// Opens a plain record of a size that is not told ahead, and its payload.
+  void variableRecordIs(EntityId id, int attribute) {
+    open({.entityId = id, .attribute = attribute, .variableSize = 1});
+    *bytes_.at(recordStart_ + headerSize) = tokenOpen;
+    bytes_.extend(1);
+    payload_ = 1;
+  }
+  /// Closes the record that is open.
+  void closeRecord() {
+    if (sectionStart_ != 0) endSection();
+    isOpen_ = false;
+    droppedLast_ = payload_ > mostPayload();
+    if (droppedLast_) [[unlikely]] {
+      dropRecord();
+      return;
+    }
+    auto const length = static_cast<U32>(payload_ - 1);
+    assert((isVariable_ || length == expected_) && "a record of fixed size has another length");
+    if (isVariable_) putNumber(bytes_.at(recordStart_ + lengthAt), length);
+    *bytes_.room(1) = static_cast<char>(tokenClose);
+    bytes_.extend(1);
+    ++records_;
+    written_ += bytes_.size() - recordStart_;
+  }
   /// Opens a part of the payload; the part before it ends there.
   void currentPayloadSectionIs(PayloadSection section);
   void tokenIs(TransactToken token) { token == tokenOpen ? putByte(token) : closeRecord(); }
@@ -103,11 +146,16 @@ class Out : public Vek::Connection::Out {
   void putByte(U8 byte) { *static_cast<U8*>(space(1)) = byte; }
   template <class T>
   void putInteger(T value) {
-    static_assert(std::is_unsigned_v<T> && std::endian::native == std::endian::little);
-    T const swapped = sizeof(T) == 2   ? static_cast<T>(__builtin_bswap16(static_cast<unsigned short>(value)))
-                      : sizeof(T) == 4 ? static_cast<T>(__builtin_bswap32(static_cast<U32>(value)))
-                                       : static_cast<T>(__builtin_bswap64(value));
-    std::memcpy(space(sizeof(T)), &swapped, sizeof(T));
+    putNumber(static_cast<char*>(space(sizeof(T))), value);
+  }
+  /// Room for fields of so many bytes, which the caller writes; null where they are not kept.
+  [[nodiscard]] char* fieldsIs(std::size_t count) {
+    payload_ += count;
+    if (payload_ > mostPayload()) [[unlikely]]
+      return nullptr;
+    char* const to = bytes_.room(count);
+    bytes_.extend(count);
+    return to;
   }
   void putId(EntityId id) { id.write(static_cast<char*>(space(8))); }
   void putBytes(std::string_view bytes);
@@ -115,19 +163,37 @@ class Out : public Vek::Connection::Out {
  private:
   friend class Connection;
 
+  static constexpr std::size_t lengthAt = 12;  // of the payload's length in a header
+
   // What goes behind the payload's limit is not kept.
   void* space(std::size_t count) {
-    payload_ += count;
-    if (payload_ > mostPayload()) [[unlikely]]
-      return spare(count);
-    char* const to = bytes_.room(count);
-    bytes_.extend(count);
-    return to;
+    char* const to = fieldsIs(count);
+    return to != nullptr ? to : spare_;
+  }
+  static void putHeader(char* at, MsgHeader const& header) noexcept {
+    header.entityId.write(at);
+    putNumber(at + 8, static_cast<U32>(header.attribute));
+    putNumber(at + lengthAt, header.payloadSize);
+    U32 const flags = header.variableSize != 0 ? variableSizeFlag : 0;
+    putNumber(at + 16, header.recordKind << 16 | flags << 8 | header.headerTail);
   }
   [[nodiscard]] std::size_t mostPayload() const noexcept { return std::size_t{limits_.recordBytes} + 1; }
-  [[nodiscard]] void* spare(std::size_t count) noexcept;
+  // Opens a record, with room for its tokens.
+  void open(MsgHeader const& header) {
+    if (isOpen_) bytes_.truncate(recordStart_);
+    isOpen_ = false;
+    recordStart_ = bytes_.size();
+    putHeader(bytes_.room(headerSize + tokensSize), header);
+    bytes_.extend(headerSize);
+    isOpen_ = true;
+    isVariable_ = header.variableSize != 0;
+    attribute_ = header.attribute;
+    expected_ = header.payloadSize;
+    sectionStart_ = 0;
+    payload_ = 0;
+  }
   void endSection() noexcept;
-  void closeRecord();
+  void dropRecord() noexcept;
 
   ByteQueue bytes_;
   Connection* connection_;  // null when it has gone

@@ -32,4 +32,8 @@ using Clock = std::function<double()>;
 /// 32 bits that nobody can guess.
 using Random = std::function<U32()>;
 
+/// Those of this host. Throws std::exception where it has no source of randomness.
+[[nodiscard]] Clock steadyClock();
+[[nodiscard]] Random systemRandom();
+
 }  // namespace Vek::NboAttrLog

@@ -3,7 +3,10 @@
 
 #include "dornl3/core/Integers.h"
 
+#include <bit>
 #include <cstddef>
+#include <cstring>
+#include <type_traits>
 
 namespace Vek::NboAttrLog {
 
@@ -42,6 +45,43 @@ inline constexpr U8 variableSizeFlag = 1;
 
 inline constexpr U32 fixedKeyRecord = 5;        // a U32 key and a bool
 inline constexpr U32 fixedKeyDeleteRecord = 4;  // a U32 key
+
+/// A number in network order, which is its own inverse.
+template <class T>
+[[nodiscard]] constexpr T networkOrder(T value) noexcept {
+  static_assert(std::is_unsigned_v<T> && std::endian::native == std::endian::little);
+  if constexpr (sizeof(T) == 1) {
+    return value;
+  } else if constexpr (sizeof(T) == 2) {
+    return static_cast<T>(__builtin_bswap16(static_cast<unsigned short>(value)));
+  } else if constexpr (sizeof(T) == 4) {
+    return static_cast<T>(__builtin_bswap32(static_cast<U32>(value)));
+  } else {
+    return static_cast<T>(__builtin_bswap64(value));
+  }
+}
+
+template <class T>
+void putNumber(char* at, T value) noexcept {
+  T const swapped = networkOrder(value);
+  std::memcpy(at, &swapped, sizeof swapped);
+}
+template <class T>
+[[nodiscard]] T takeNumber(char const* at) noexcept {
+  T value;
+  std::memcpy(&value, at, sizeof value);
+  return networkOrder(value);
+}
+/// A number of 1, 4 or 8 bytes in memory.
+inline void putNumber(char* at, void const* number, std::size_t size) noexcept {
+  if (size == 4) {
+    putNumber(at, *static_cast<U32 const*>(number));
+  } else if (size == 8) {
+    putNumber(at, *static_cast<U64 const*>(number));
+  } else {
+    std::memcpy(at, number, size);
+  }
+}
 
 /// What each end allows the other, and itself. Announced in the greeting: neither sends what the other would refuse.
 struct Limits {

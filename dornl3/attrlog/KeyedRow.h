@@ -1,0 +1,115 @@
+// KeyedRow: what a collection tells of itself, for the halves of the log that are the same for all
+// collections with keys of one type. A collection adds to the library what stands in its row, and not a copy of those
+// halves. Owner: rows are constants. Thread: any.
+#pragma once
+
+#include "dornl3/attrlog/FlowOutFrame.h"
+#include "dornl3/attrlog/ValueWire.h"
+#include "dornl3/frame/CollectionFrame.h"
+#include "dornl3/platform/attrlog/EntityAdapter.h"
+
+namespace Vek {
+
+/// What is done at each member of a walk, given its key and itself: whether the walk goes on. Borrowed.
+template <class Key>
+class MemberStep {
+ public:
+  template <class Call>
+  MemberStep(Call& call) noexcept
+      : call_(
+            [](void* held, Key const& key, PtrInterface& member) { return (*static_cast<Call*>(held))(key, member); }),
+        held_(&call) {}
+
+  bool operator()(Key const& key, PtrInterface& member) const { return call_(held_, key, member); }
+
+ private:
+  bool (*call_)(void* held, Key const& key, PtrInterface& member);
+  void* held_;
+};
+
+/// `Dirty`: the map of the keys that are owed.
+template <class Dirty>
+struct KeyedRow {
+  using Key = typename Dirty::Key;
+
+  AttributeId number;
+  Dirty& (*dirty)(NboAttrLog::FlowOut& flowOut);
+  /// How many members there are.
+  U32 (*count)(Entity& entity);
+  /// Walks the members from a key on, or from the first.
+  void (*walk)(Entity& entity, Key const* from, MemberStep<Key> const& step);
+  /// Writes what stands at a key, or marks the key.
+  void (*send)(Entity::VekNboAttrLogSa& adapter, Key const& key);
+};
+
+/// What it tells beside where its members are values.
+template <class Dirty>
+struct ValuesRow : KeyedRow<Dirty> {
+  using Key = typename Dirty::Key;
+  struct Found {
+    PtrInterface* member;  ///< null where the key is absent
+    void const* value;
+  };
+
+  /// Whether the size of a record is told ahead.
+  bool isFixed;
+  Found (*find)(Entity& entity, Key const& key);
+  /// Sets a value that the log of an adapter has brought.
+  void (*set)(Entity& entity, Key const& key, void const* value, Entity::VekNboAttrLogSa const& adapter);
+  void (*remove)(Entity& entity, Key const& key);
+  void (*writeValue)(NboAttrLog::OutPtr const& out, void const* value);
+};
+
+namespace detail {
+
+template <class A>
+using MapOf = std::remove_reference_t<decltype(A::field(std::declval<typename A::Owner&>()))>;
+
+template <class A>
+using FlowOutOf = typename A::Owner::VekNboAttrLogSa::FlowOut;
+
+template <class A>
+using DirtyOf = std::remove_reference_t<decltype(A::dirty(std::declval<FlowOutOf<A>&>()))>;
+
+/// A record of a numbered switch has a size that is known ahead; all others say theirs.
+template <class A>
+inline constexpr bool hasFixedKeyRecord = std::is_base_of_v<HashMapGeneric, MapOf<A>>&&
+    std::is_same_v<typename A::Key, U32>&& std::is_same_v<typename A::Value, bool>;
+
+/// The functions of a row.
+template <class A>
+struct RowOf {
+  using Key = typename A::Key;
+  using Found = typename ValuesRow<DirtyOf<A>>::Found;
+
+  static MapOf<A>& map(Entity& entity) noexcept { return A::field(static_cast<typename A::Owner&>(entity)); }
+
+  static DirtyOf<A>& dirty(NboAttrLog::FlowOut& flowOut) noexcept {
+    return A::dirty(static_cast<FlowOutOf<A>&>(flowOut));
+  }
+  static U32 count(Entity& entity) { return map(entity).count(); }
+  static void walk(Entity& entity, Key const* from, MemberStep<Key> const& step) {
+    using Iterator = typename MapOf<A>::Iterator;
+    Iterator it = from == nullptr ? Iterator(&map(entity)) : Iterator(&map(entity), *from);
+    while (it && step(it->key(), *it)) ++it;
+  }
+  static Found find(Entity& entity, Key const& key) {
+    auto* const member = map(entity)[key];
+    return {member, member == nullptr ? nullptr : &member->value()};
+  }
+  static void set(Entity& entity, Key const& key, void const* value, Entity::VekNboAttrLogSa const& adapter) {
+    auto& owner = static_cast<typename A::Owner&>(entity);
+    if (!collectionStore<A>(owner, key, *static_cast<typename A::Value const*>(value))) return;
+    if (!adapter.isAloneOn(reactorsOf<typename A::Owner>(owner))) notifyKey<A>(owner, key);
+  }
+  static void remove(Entity& entity, Key const& key) { collectionDel<A>(static_cast<typename A::Owner&>(entity), key); }
+};
+
+template <class V>
+void writeField(NboAttrLog::OutPtr const& out, void const* field) {
+  out << *static_cast<V const*>(field);
+}
+
+}  // namespace detail
+
+}  // namespace Vek

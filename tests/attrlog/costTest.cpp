@@ -1,0 +1,56 @@
+// What a change costs that everybody has to pay for: no memory in step, one record for a burst where the log is short.
+#include "tests/attrlog/LogPair.h"
+#include "tests/core/AllocationCount.h"
+#include "tests/core/LeakCheck.h"
+#include "tests/frame/Toy.h"
+
+namespace LogTest {
+namespace {
+
+struct CostTest : LeakCheck {
+  explicit CostTest(PairOptions const& options = {}) : pair(options) {
+    pair.owner().exports().exportIs(box, Access::readOnly);
+    pair.owner().exports().exportIs(toy, Access::readOnly);
+    pair.reader().mounts().mountIs(boxMount);
+    pair.reader().mounts().mountIs(toyMount);
+    pair.settle();
+  }
+
+  LogPair pair;
+  Vek::Ptr<Toys::ToyBox> box = Toys::toyBoxFactory("box");
+  Vek::Ptr<Toys::Toy> toy = Toys::toyFactory("toy");
+  Vek::Ptr<Mount> boxMount = Vek::NboAttrLog::mountOf<Toys::ToyBox>("box", Access::readOnly);
+  Vek::Ptr<Mount> toyMount = Vek::NboAttrLog::mountOf<Toys::Toy>("toy", Access::readOnly);
+};
+
+TEST_F(CostTest, ChangeInStepAllocatesNothingFromTheSetterToTheReplica) {
+  auto const changeAll = [this](Vek::U32 value) {
+    toy->sizeIs(value);
+    toy->brokenIs(value % 2 == 0);
+    toy->placeIs({value, 0.5, {}});
+    box->countsIs(1, value);
+    box->wantedIs(7, value % 2 == 0);
+    for (int i = 0; i < 4; ++i) pair.step();
+  };
+  changeAll(1);
+  changeAll(2);
+  int const before = allocationCount();
+  for (Vek::U32 value = 3; value < 1000; ++value) changeAll(value);
+  EXPECT_EQ(allocationCount(), before);
+  EXPECT_EQ(Vek::NboAttrLog::mounted<Toys::Toy>(*toyMount)->size(), 999U);
+}
+
+TEST_F(CostTest, BurstWhileTheLogIsShortCostsOneRecordOfTheLastValue) {
+  pair.ownerTransport().capacityIs(0);
+  while (pair.owner().out()->hasSufficientBuffer()) toy->sizeInc(1);
+  auto const records = pair.owner().out()->records();
+  for (Vek::U32 value = 0; value < 1'000'000; ++value) toy->sizeIs(value);
+  EXPECT_EQ(pair.owner().out()->records(), records);
+  pair.ownerTransport().capacityIs(std::numeric_limits<std::size_t>::max());
+  pair.settle();
+  EXPECT_EQ(pair.owner().out()->records(), records + 1);
+  EXPECT_EQ(Vek::NboAttrLog::mounted<Toys::Toy>(*toyMount)->size(), 999'999U);
+}
+
+}  // namespace
+}  // namespace LogTest
