@@ -69,8 +69,9 @@ void applyToEntity(Connection& connection, RecordHeader const& header, Sa& adapt
   bool const crosses = isOwner && (demuxer.ackFromPeer() < adapter.lastSent() || adapter.flowOut());
   adapter.handleAttrDeserialization(header.attribute, 0, header.length, nullptr);
   if (header.attribute == syncModeRecord) connection.mounts().syncModeReceived(adapter);
-  if (!in->isAtLimit()) demuxer.skippedInc();  // fields of a newer peer
-  if (crosses && in->phase() == In::Phase::applying && connection.state() == open) {
+  if (in->phase() != In::Phase::applying) return;  // nothing that this end knows; it is counted
+  if (!in->isAtLimit()) demuxer.skippedInc();      // fields of a newer peer
+  if (crosses && connection.state() == open) {
     in->positionIs(0);
     adapter.handleAttrDeserialization(header.attribute, 0, header.length, in);
   }
@@ -99,7 +100,8 @@ void dispatch(Connection& connection, RecordHeader const& header) {
       return;
     }
     Ptr<Sa> const adapter = static_cast<Sa*>(demuxer.adapters().find(header.id));
-    if (!adapter || !header.id.isAssigned() || adapter->rawNotifier() == nullptr) {
+    bool const isKnownKind = header.kind == plainRecord || header.kind == childBindRecord;
+    if (!isKnownKind || !adapter || !header.id.isAssigned() || adapter->rawNotifier() == nullptr) {
       demuxer.skippedInc();
       return;
     }

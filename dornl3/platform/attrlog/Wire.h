@@ -43,6 +43,9 @@ inline constexpr U8 variableSizeFlag = 1;
 inline constexpr U32 fixedKeyRecord = 5;        // a U32 key and a bool
 inline constexpr U32 fixedKeyDeleteRecord = 4;  // a U32 key
 
+/// The least that a peer must take, as the payload of a record and as a text: mounts, refusals and farewells fit.
+inline constexpr U32 leastLimit = 1024;
+
 /// What each end allows the other, and itself. Announced in the greeting: neither sends what the other would refuse.
 struct Limits {
   U32 outBytes = 64 * 1024;      ///< unsent bytes, but for one record that was begun with room
