@@ -36,7 +36,9 @@ void serializeKey(Sa& adapter, typename A::Key const& key, typename A::Value con
   if (turn == Turn::silent) return;
   bool const owes = !adapter.hasFlag(StreamAdapter::noFlowOut);
   if (turn == Turn::mark) {
-    dirtyKeyIs(A::dirty(detail::owedBy(adapter)), key, true);
+    auto& marks = A::dirty(detail::owedBy(adapter));
+    dirtyKeyIs(marks, key, true);
+    adapter.keyMarked(marks.count(), A::field(entityOn<typename A::Owner>(adapter)).count());
     return;
   }
   if (owes) dirtyKeyDel(A::dirty(detail::owedBy(adapter)), key);

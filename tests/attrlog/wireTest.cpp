@@ -236,6 +236,12 @@ TEST_F(Wire, FloodsAreBounded) {
   EXPECT_EQ(scene.reason(), "");
 
   scene.peer.near.capacityIs(0);  // the peer asks, and reads no answer
+  auto const before = Vek::CountedHeap::liveObjects();
+  for (U32 n = 0; n < 20000; ++n) {
+    scene.ours->countsIs(n, 1);
+    scene.ours->countsDel(n);
+  }
+  EXPECT_LT(Vek::CountedHeap::liveObjects(), before + 2000);
   for (int n = 0; n < 1000 && scene.reason().empty(); ++n) {
     scene.peer.says(mountOf(std::to_string(n) + std::string(1000, 'x'), "Toys::Toy", false));
   }

@@ -153,6 +153,12 @@ Sa::Turn Sa::keyTurn(AttributeId attr) {
   return Turn::mark;
 }
 
+void Sa::keyMarked(U32 marks, U32 members) {
+  if (side() != Side::owner || hasFlag(handlingScheduledFlowOut)) return;
+  if (marks <= U64{2} * members + boundLog()->limits().marks) return;
+  streamDemuxer()->createFlowOut(*this, ConnectDesc(EntityUriPath(), EntityUriPath()), false, 0);
+}
+
 bool Sa::handlingFlowInFor(AttributeId attr) const {
   Demuxer const* const demuxer = streamDemuxer();
   if (demuxer == nullptr || !demuxer->hasFlowIns()) return false;

@@ -82,6 +82,9 @@ class Out : public Vek::Connection::Out {
   [[nodiscard]] Connection* connection() const noexcept { return connection_; }
   [[nodiscard]] Name const& peerName() const noexcept { return peerName_; }
 
+  /// What both ends take.
+  [[nodiscard]] Limits const& limits() const noexcept { return limits_; }
+
   /// Records closed so far, the connection's own among them.
   [[nodiscard]] U64 records() const noexcept { return records_; }
   /// Records that were longer than the peer takes.

@@ -54,6 +54,7 @@ struct Limits {
   U32 textBytes = 16 * 1024 * 1024;
   U32 entities = 64 * 1024;    ///< ids that the peer may assign
   U32 waitingMounts = 64;      ///< mounts that wait for an entity that is not exported
+  U32 marks = 1024;            ///< keys of one collection that are owed, beyond twice its members
   double heartbeatSeconds = 10;  ///< after this long without a word one is sent; thrice as long without one is death
 };
 
