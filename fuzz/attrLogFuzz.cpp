@@ -33,17 +33,20 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
   auto const dir = Vek::make<Vek::Dir>();
   auto const config = AclRoute::configFactory("config");
   auto const audit = auditStatusFactory("audit");
+  auto const request = auditRequestFactory("request");
   auto const shown = AclRoute::statusFactory("shown");
   RawPeer peer{limits};
   auto& connection = *peer.connection;
   connection.exports().exportIs(config, Access::writable);
   connection.exports().exportIs(audit, Access::writable);
+  connection.exports().exportIs(request, Access::writable);
   connection.exports().exportIs(shown, Access::readOnly);
   connection.mounts().mountIs(Vek::make<Vek::NboAttrLog::Mount>("status", *Status::_fwkType(), Access::readOnly, dir));
   connection.mounts().mountIs(Vek::make<Vek::NboAttrLog::Mount>("cli", *CliConfig::_fwkType(), Access::writable, dir));
-  // The ids that the corpus speaks of: 1 to 3 of the connection's, 1 and 2 of the peer's.
+  // The ids that the corpus speaks of: 1 to 4 of the connection's, 1 and 2 of the peer's.
   peer.says(greeting(RawPeer::tag, limits) + mountOf("config", nameOf(config->fwkType()), true) +
-            mountOf("audit", nameOf(audit->fwkType()), true) + mountOf("shown", nameOf(shown->fwkType()), false) +
+            mountOf("audit", nameOf(audit->fwkType()), true) + mountOf("request", nameOf(request->fwkType()), true) +
+            mountOf("shown", nameOf(shown->fwkType()), false) +
             orphan(idOf(RawPeer::tag, 1), nameOf(Status::_fwkType()), "status") +
             orphan(idOf(RawPeer::tag, 2), nameOf(CliConfig::_fwkType()), "cli"));
   require(connection.state() == Vek::NboAttrLog::open && dir->entity("status") && dir->entity("cli"));
