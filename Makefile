@@ -13,7 +13,7 @@ tests     = ctest --test-dir build/$(1) --output-on-failure --no-tests=error --p
 # ThreadSanitizer lays out memory in a way that strong address randomisation breaks.
 unrandomised := $(shell setarch -R true 2>/dev/null && echo setarch -R)
 
-.PHONY: help setup release demo test quick bench lint format asan tsan coverage install clean
+.PHONY: help setup release demo test quick bench lint format asan tsan coverage faults install clean
 
 help:  ## show this
 	@sed -nE 's/^([a-z]+):.*## (.*)/  make \1\t\2/p' Makefile | expand -t 18
@@ -53,6 +53,9 @@ coverage: setup  ## which lines the unit tests execute: build/coverage/report.ht
 	@gcovr --root . --object-directory build/coverage --exclude-throw-branches -j$(JOBS) \
 	  --filter '(dornl3|schemac|apps)/' \
 	  --html-details build/coverage/report.html --print-summary --sort-percentage --txt
+
+faults: setup  ## plant the slips of tests/faults one at a time, and say which test notices each
+	@scripts/faults
 
 release: setup
 	@$(call build,release)

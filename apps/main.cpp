@@ -6,6 +6,7 @@
 #include "apps/kernel/KernelReader.h"
 #include "apps/kernel/NetlinkSocket.h"
 #include "apps/show/HostRoots.h"
+#include "apps/show/Replicate.h"
 #include "apps/show/ShowLocal.h"
 #include "apps/show/StatusFiller.h"
 #include "dornl3/platform/vek/Dir.h"
@@ -59,6 +60,14 @@ CLI::App* addShow(CLI::App& app, ShowOptions& options) {
   return show;
 }
 
+CLI::App* addReplicate(CLI::App& app, bool& local) {
+  CLI::App* replicate = app.add_subcommand("replicate", "Mount all entities over a log in this process, and compare");
+  replicate->add_flag("--local", local, "Read this host's kernel (required)");
+  replicate->footer(std::string{"Prints the digest of each root entity at both ends. Status 1 where they differ.\n\n"} +
+                    exitStatus);
+  return replicate;
+}
+
 std::optional<std::uint64_t> wholeNumber(std::string const& text) {
   std::uint64_t number = 0;
   auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
@@ -106,6 +115,19 @@ int runShow(ShowOptions const& options) {
   return print(shown.output);
 }
 
+int runReplicate(bool local) {
+  if (!local) {
+    complain("Only this host's own entities can be mounted. Type 'dornl3 replicate --local'.");
+    return misused;
+  }
+  Kernel::NetlinkSocket kernel;
+  Show::Replicated const replicated = Show::replicateLocal(kernel);
+  for (std::string const& notice : replicated.notices) complain(notice);
+  int const status = print(replicated.output);
+  if (!replicated.areEqual) complain("What came over the log is not what was sent. This is a fault of dornl3: tell us.");
+  return replicated.areEqual ? status : failed;
+}
+
 int runWatch(WatchOptions const& options) {
   if (!options.local) {
     complain("Only this host's own entities can be followed. Add --local: 'dornl3 watch --local ...'.");
@@ -145,6 +167,8 @@ int run(int argc, char** argv) {
   app.failure_message([](CLI::App const* parsed, CLI::Error const& error) { return misuse(*parsed, error); });
   ShowOptions options;
   addShow(app, options);
+  bool replicatesLocal = false;
+  CLI::App const* const replicate = addReplicate(app, replicatesLocal);
   WatchOptions watchOptions;
   CLI::App const* const watch = addWatch(app, watchOptions);
   Attributes::CommandLine const attributes{app, Attributes::Filled{Show::filledPaths(Show::Reading::once)}};
@@ -153,6 +177,7 @@ int run(int argc, char** argv) {
   } catch (CLI::ParseError const& outcome) {
     return answer(app, outcome);
   }
+  if (replicate->parsed()) return runReplicate(replicatesLocal);
   if (watch->parsed()) return runWatch(watchOptions);
   return attributes.isGiven() ? runOnAttributes(attributes) : runShow(options);
 }

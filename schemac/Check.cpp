@@ -88,7 +88,6 @@ void checkChildKeys(Subject const& subject) {
 
 void checkFile(Subject const& subject) {
   File const& file = subject.file;
-  checkSpelling(subject.complain, {1, 1}, "file name", file.stem, Case::upperCamel);
   checkNamespace(subject);
   checkDoc(subject.complain, file, file.doc);
   if (file.types.empty()) subject.complain({1, 1}, "the file defines no type; write a [[value]] or an [[entity]]");
@@ -117,7 +116,6 @@ class Definitions {
 
 void checkTogether(std::vector<File> const& files, Complaints& complaints) {
   Definitions names(complaints);
-  Definitions stems(complaints);
   std::map<std::string, File const*> nameSpaces;
   for (File const& file : files) {
     std::string path;
@@ -125,7 +123,6 @@ void checkTogether(std::vector<File> const& files, Complaints& complaints) {
       path += (path.empty() ? "" : "::") + part;
       nameSpaces.emplace(path, &file);
     }
-    stems.define(file, {1, 1}, "file name", file.stem);
   }
   for (File const& file : files) {
     Complainer const complain(file.path, complaints);
@@ -145,6 +142,18 @@ void checkTogether(std::vector<File> const& files, Complaints& complaints) {
 }
 
 }  // namespace
+
+Complaints checkFileNames(std::vector<File> const& files) {
+  Complaints complaints;
+  Definitions stems(complaints);
+  for (File const& file : files) {
+    Complainer const complain(file.path, complaints);
+    if (checkSpelling(complain, {1, 1}, "file name", file.stem, Case::upperCamel)) {
+      stems.define(file, {1, 1}, "file name", file.stem);
+    }
+  }
+  return complaints;
+}
 
 Complaints check(std::vector<File> const& files) {
   Complaints complaints;

@@ -22,4 +22,8 @@ constexpr std::size_t maxTextDefault = 200;   ///< bytes of the default of a tex
 /// What Read complained about already is not told again: a key that could not be read counts as right.
 [[nodiscard]] Complaints check(std::vector<File> const& files);
 
+/// What is wrong with the names of the files, which headers and the functions that register types take over: how they
+/// are spelt, and that two are alike. One complaint a file at most.
+[[nodiscard]] Complaints checkFileNames(std::vector<File> const& files);
+
 }  // namespace Schemac

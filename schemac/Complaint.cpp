@@ -10,9 +10,6 @@ std::string toString(Complaint const& complaint) {
   return fmt::format("{}:{}:{}: error: {}", complaint.path, complaint.at.line, complaint.at.column, complaint.text);
 }
 
-void sort(Complaints& complaints) {
-  std::sort(complaints.begin(), complaints.end());
-  complaints.erase(std::unique(complaints.begin(), complaints.end()), complaints.end());
-}
+void sort(Complaints& complaints) { std::sort(complaints.begin(), complaints.end()); }
 
 }  // namespace Schemac

@@ -22,7 +22,7 @@ using Complaints = std::vector<Complaint>;
 /// `file:line:column: error: text`, as compilers write it, so that editors find the place.
 [[nodiscard]] std::string toString(Complaint const& complaint);
 
-/// Sorts by file, line and column, and drops repetitions.
+/// Sorts by file, line and column.
 void sort(Complaints& complaints);
 
 /// Collects the complaints about one file. Keeps references to both arguments.

@@ -2,6 +2,7 @@
 
 #include "schemac/Literal.h"
 #include "schemac/Shapes.h"
+#include "schemac/Types.h"
 
 #include <fmt/format.h>
 
@@ -21,15 +22,26 @@ std::string signature(Attribute const& a) {
   std::string const& of = a.child.empty() ? a.type : a.child;
   if (!of.empty()) text += " of " + of;
   if (!a.key.empty()) text += " by " + a.key;
-  if (a.constant) text += " " + schemaLiteral(*a.constant);
+  if (a.constant) text += " = " + schemaLiteral(*a.constant);
   return text;
 }
 
-std::string settings(Attribute const& a) {
-  std::string text = a.defaultValue ? "default " + schemaLiteral(*a.defaultValue) : "no default";
-  if (a.min && a.max) text += fmt::format(", {} to {}", *a.min, *a.max);
-  return text;
+std::string defaultOf(Attribute const& a) {
+  return a.defaultValue ? "default " + schemaLiteral(*a.defaultValue) : "no default";
 }
+
+// The numbers that texts may give an integer: those of its range, or all of its type.
+struct Range {
+  Range(Attribute const& a, std::uint64_t maxOfType)
+      : min(static_cast<std::uint64_t>(a.min.value_or(0))),
+        max(a.max ? static_cast<std::uint64_t>(*a.max) : maxOfType) {}
+
+  [[nodiscard]] bool holds(Range const& other) const { return min <= other.min && other.max <= max; }
+  [[nodiscard]] std::string text() const { return fmt::format("{} to {}", min, max); }
+
+  std::uint64_t min;
+  std::uint64_t max;
+};
 
 Attribute const* withNumber(Type const& type, std::uint32_t number) {
   auto const found = std::find_if(type.attributes.begin(), type.attributes.end(),
@@ -51,9 +63,15 @@ bool sameAttributes(Type const& a, Type const& b) {
                                         });
 }
 
+// What the coming or going of `a` does to the attributes beside it. Those of a value follow one another on the log, and
+// so do the arguments that make an entity: there all that come after are shifted.
+Effect effectOnOthers(Type const& owner, Attribute const& a) {
+  return owner.isEntity() && a.shape != Shape::fixed ? Effect::note : Effect::breaks;
+}
+
 class Comparison {
  public:
-  Comparison(File const& before, File const& after) : before_(before), after_(after) {}
+  Comparison(File const& before, File const& after) : before_(before), after_(after), types_(after) {}
 
   std::vector<Difference> run() {
     if (before_.nameSpace != after_.nameSpace) {
@@ -132,8 +150,7 @@ class Comparison {
       inNew(Effect::breaks, is->where("number"),
             fmt::format("{} is gone, and its number {} went to '{}'", name, was.number, is->name));
     } else if (is->retired()) {
-      // A value's attributes follow one another on the log, so there the gap shifts all that come after.
-      inNew(type.isEntity() ? Effect::note : Effect::breaks, is->where("number"), fmt::format("{} is retired", name));
+      inNew(effectOnOthers(type, was), is->where("number"), fmt::format("{} is retired", name));
     } else {
       compareForms(name, was, *is);
     }
@@ -147,8 +164,27 @@ class Comparison {
     }
     if (signature(was) != signature(is)) {
       inNew(Effect::breaks, is.at, fmt::format("{} was {} and is {}", name, signature(was), signature(is)));
-    } else if (settings(was) != settings(is)) {
-      inNew(Effect::note, is.at, fmt::format("{} had {} and has {}", name, settings(was), settings(is)));
+      return;
+    }
+    if (defaultOf(was) != defaultOf(is)) {
+      inNew(Effect::note, is.at, fmt::format("{} had {} and has {}", name, defaultOf(was), defaultOf(is)));
+    }
+    if (was.child.empty()) compareRanges(name, was, is);
+  }
+
+  void compareRanges(std::string const& name, Attribute const& was, Attribute const& is) {
+    std::uint64_t const maxOfType = types_.at(is.type).max;
+    Range const before(was, maxOfType);
+    Range const now(is, maxOfType);
+    SourcePosition const at = is.where("min");
+    if (!now.holds(before)) {
+      inNew(Effect::breaks, at,
+            fmt::format("the range of {} is {}, {} before and {} now: texts of peers that go beyond it are refused",
+                        name, before.holds(now) ? "narrowed" : "moved", before.text(), now.text()));
+    } else if (!before.holds(now)) {
+      inNew(Effect::note, at,
+            fmt::format("the range of {} is widened, {} before and {} now: peers refuse texts that go beyond theirs",
+                        name, before.text(), now.text()));
     }
   }
 
@@ -161,14 +197,16 @@ class Comparison {
       inNew(Effect::breaks, a.where("number"),
             fmt::format("{} takes number {}, which is retired; take a new one", name, a.number));
     } else if (sameNumber == nullptr || liveWithName(type, sameNumber->name) != nullptr) {
-      bool const lengthens = !type.isEntity() || a.shape == Shape::fixed;
-      inNew(lengthens ? Effect::breaks : Effect::note, a.where("name"),
-            lengthens ? fmt::format("{} is new: peers know a shorter record", name) : fmt::format("{} is new", name));
+      std::string_view const why = !type.isEntity()          ? ": peers know a shorter record"
+                                   : a.shape == Shape::fixed ? ": peers make the entity without it"
+                                                             : "";
+      inNew(effectOnOthers(type, a), a.where("name"), fmt::format("{} is new{}", name, why));
     }
   }
 
   File const& before_;
   File const& after_;
+  Types const types_;
   std::vector<Difference> out_;
 };
 

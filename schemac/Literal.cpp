@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <charconv>
 #include <type_traits>
 
 namespace Schemac {
@@ -40,6 +41,18 @@ std::string write(Literal const& literal, StringForm const& stringForm) {
 }
 
 }  // namespace
+
+std::optional<std::uint64_t> unsignedOf(Literal const& literal) noexcept {
+  if (auto const* const integer = std::get_if<std::int64_t>(&literal)) {
+    return *integer < 0 ? std::nullopt : std::optional{static_cast<std::uint64_t>(*integer)};
+  }
+  auto const* const text = std::get_if<std::string>(&literal);
+  if (text == nullptr || text->empty() || text->front() == '0') return std::nullopt;
+  std::uint64_t number = 0;  // and stays so where the digits are too many
+  char const* const end = text->data() + text->size();
+  char const* const stop = std::from_chars(text->data(), end, number).ptr;
+  return stop == end && number > maxOfToml ? std::optional{number} : std::nullopt;
+}
 
 std::string cppLiteral(Literal const& literal) { return write(literal, cppString); }
 

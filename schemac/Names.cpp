@@ -45,7 +45,8 @@ constexpr std::string_view valueMembers = "Attr GenericIf_ _Type _fwkType fwkTyp
 // What the descriptors of attributes are made of, and what stands among them in `struct Attr`: there each attribute is
 // a class of its own name, which may have no member of that name.
 constexpr std::string_view descriptorMembers =
-    "bare dirty field flags fullName introspectionFlags logHandler logWalk max min name number record shortName slot";
+    "bare dirty field flags fullName introspectionFlags logBind logHandler logKey logRemount "
+    "logText logWalk max min name number record shortName slot";
 
 // Namespaces that emitted code enters by name, types that every schema file knows, and what an entity and its bases
 // have as nested or injected classes.
@@ -84,6 +85,10 @@ std::string keySenderName(std::string_view attribute) {
 std::string walkerName(std::string_view attribute) {
   return join(join("vekHandle", upperFirst(attribute)), "SerializeColl");
 }
+std::string textSenderName(std::string_view attribute) {
+  return join(join("vekHandle", upperFirst(attribute)), "Serialize");
+}
+std::string binderName(std::string_view attribute) { return join(attribute, "NboAttrLogAdapter"); }
 std::string dirtySetterName(std::string_view attribute) { return join(dirtyStem(attribute), "Is"); }
 std::string dirtyRemoverName(std::string_view attribute) { return join(dirtyStem(attribute), "Del"); }
 std::string dirtyMakerName(std::string_view attribute) { return join("new", upperFirst(dirtyStem(attribute))); }
@@ -109,11 +114,11 @@ std::vector<std::string> namespaceParts(std::string_view nameSpace) {
 
 std::vector<std::string> derivedNames(Attribute const& attribute, Type::Kind kind) {
   std::string const& name = attribute.name;
-  if (attribute.retired()) return {};
   if (kind == Type::Kind::value) return {name, setterName(name)};
   switch (attribute.shape) {
   case Shape::constant:
-  case Shape::fixed: return {name};
+  case Shape::fixed:
+  case Shape::retired: return {name};
   case Shape::scalar:
   case Shape::text: {
     std::vector<std::string> names = {name, setterName(name), slotName(name)};
@@ -124,7 +129,6 @@ std::vector<std::string> derivedNames(Attribute const& attribute, Type::Kind kin
   case Shape::ordered:
   case Shape::hashed:
   case Shape::childCollection: break;
-  case Shape::retired: return {};
   }
   std::vector<std::string> names = {name,
                                     setterName(name),

@@ -31,6 +31,8 @@ namespace Schemac {
 // On an attribute log:
 [[nodiscard]] std::string keySenderName(std::string_view attribute);     ///< vekHandleBanksSerializeSing
 [[nodiscard]] std::string walkerName(std::string_view attribute);        ///< vekHandleBanksSerializeColl
+[[nodiscard]] std::string textSenderName(std::string_view attribute);    ///< vekHandleBanksSerialize
+[[nodiscard]] std::string binderName(std::string_view attribute);        ///< banksNboAttrLogAdapter
 [[nodiscard]] std::string dirtySetterName(std::string_view attribute);   ///< vekIsBanksDirtyIs
 [[nodiscard]] std::string dirtyRemoverName(std::string_view attribute);  ///< vekIsBanksDirtyDel
 [[nodiscard]] std::string dirtyMakerName(std::string_view attribute);    ///< newVekIsBanksDirty
@@ -47,7 +49,7 @@ namespace Schemac {
 /// Parts of a namespace: "Hardware", "DornL3Unicast".
 [[nodiscard]] std::vector<std::string> namespaceParts(std::string_view nameSpace);
 
-/// Every public name that `attribute` yields in a type of `kind`, its own first. Nothing for a retired one.
+/// Every public name that `attribute` yields in a type of `kind`, its own first.
 [[nodiscard]] std::vector<std::string> derivedNames(Attribute const& attribute, Type::Kind kind);
 
 /// Why `name` may stand for no type, attribute, factory or namespace in C++, as the end of a sentence ("is a keyword

@@ -1,5 +1,7 @@
 #include "schemac/Read.h"
 
+#include "dornl3/core/Nearest.h"
+#include "schemac/Keys.h"
 #include "schemac/Shapes.h"
 #include "schemac/Suggest.h"
 
@@ -39,17 +41,15 @@ std::string_view kindOf(toml::node const& node) {
 class TableReader {
  public:
   // `what` names the table in complaints: "an attribute", "a value".
-  TableReader(toml::table const& table, Table& into, std::string_view what, std::vector<std::string_view> const& known,
+  TableReader(toml::table const& table, Table& into, std::string_view what, std::vector<Key> const& known,
               Complainer const& complain)
-      : table_(table), into_(into), what_(what), complain_(complain) {
+      : table_(table), into_(into), what_(what), known_(known), complain_(complain) {
     into_.at = positionOf(table.source());
     for (auto const& [key, node] : table) {
-      std::string_view const name = key.str();
-      if (std::find(known.begin(), known.end(), name) == known.end()) {
-        complain_(positionOf(key.source()), fmt::format("unknown key '{}'; keys of {} are {}{}", name, what_,
-                                                        quotedList(known), didYouMean(name, known)));
+      if (find(key.str()) != nullptr) {
+        into_.keys.emplace(key.str(), positionOf(node.source()));
       } else {
-        into_.keys.emplace(name, positionOf(node.source()));
+        refuseKey(positionOf(key.source()), key.str());
       }
     }
   }
@@ -59,8 +59,11 @@ class TableReader {
     complain_(into_.at, fmt::format("{} has no '{}'; write {} = {}", what_, key, key, example));
   }
 
+  // What `key`, one of the table's, may be given.
+  [[nodiscard]] std::string const& takes(std::string_view key) const { return find(key)->takes; }
+
   [[nodiscard]] std::string text(std::string_view key) const {
-    std::optional<std::string> const given = take<std::string>(key, "a string");
+    std::optional<std::string> const given = take<std::string>(key);
     if (!given) return {};
     if (given->find_first_not_of(' ') == std::string::npos) {
       complain_(into_.where(key), fmt::format("'{}' is empty; write a text, or leave it out", key));
@@ -71,14 +74,12 @@ class TableReader {
 
   // A flag that is only ever written to set it: `false` would claim the opposite of what its presence does.
   [[nodiscard]] bool mark(std::string_view key) const {
-    std::optional<bool> const flag = take<bool>(key, "true");
+    std::optional<bool> const flag = take<bool>(key);
     if (flag && !*flag) complain_(into_.where(key), fmt::format("'{}' can only be true; leave it out", key));
     return flag.value_or(false);
   }
 
-  [[nodiscard]] std::optional<std::int64_t> integer(std::string_view key) const {
-    return take<std::int64_t>(key, "an integer");
-  }
+  [[nodiscard]] std::optional<std::int64_t> integer(std::string_view key) const { return take<std::int64_t>(key); }
 
   [[nodiscard]] std::optional<Literal> literal(std::string_view key) const {
     toml::node const* const node = table_.get(key);
@@ -87,8 +88,7 @@ class TableReader {
     if (auto const* integer = node->as_integer()) return Literal{integer->get()};
     if (auto const* number = node->as_floating_point()) return Literal{number->get()};
     if (auto const* string = node->as_string()) return Literal{string->get()};
-    complain_(into_.where(key),
-              fmt::format("'{}' takes true, false, a number or a string, not {}", key, kindOf(*node)));
+    refuseKind(key, *node);
     return std::nullopt;
   }
 
@@ -119,23 +119,41 @@ class TableReader {
   }
 
  private:
+  [[nodiscard]] Key const* find(std::string_view name) const {
+    auto const found = std::find_if(known_.begin(), known_.end(), [&](Key const& k) { return k.name == name; });
+    return found == known_.end() ? nullptr : &*found;
+  }
+
+  void refuseKey(SourcePosition at, std::string_view name) const {
+    std::vector<std::string_view> names;
+    for (Key const& key : known_) names.push_back(key.name);
+    Key const* const meant = find(Vek::nearestWord(name, names));
+    std::string const guess = meant == nullptr
+                                  ? std::string{}
+                                  : fmt::format("; did you mean '{}', which takes {}?", meant->name, meant->takes);
+    complain_(at, fmt::format("unknown key '{}'; keys of {} are {}{}", name, what_, quotedList(names), guess));
+  }
+
+  void refuseKind(std::string_view key, toml::node const& given) const {
+    complain_(into_.where(key), fmt::format("'{}' takes {}, not {}", key, takes(key), kindOf(given)));
+  }
+
   // Exactly this kind: an integer is no string, and 1.0 is no integer.
   template <class T>
-  std::optional<T> take(std::string_view key, std::string_view kind) const {
+  std::optional<T> take(std::string_view key) const {
     toml::node const* const node = table_.get(key);
     if (node == nullptr) return std::nullopt;
     if (auto const* const value = node->as<T>()) return value->get();
-    complain_(into_.where(key), fmt::format("'{}' takes {}, not {}", key, kind, kindOf(*node)));
+    refuseKind(key, *node);
     return std::nullopt;
   }
 
   toml::table const& table_;
   Table& into_;
   std::string_view what_;
+  std::vector<Key> const& known_;
   Complainer const& complain_;
 };
-
-using Keys = std::vector<std::string_view>;
 
 Attribute readAttribute(toml::table const& table, Complainer const& complain) {
   Attribute a;
@@ -152,7 +170,7 @@ Attribute readAttribute(toml::table const& table, Complainer const& complain) {
   a.doc = in.text("doc");
   a.type = in.text("type");
   a.child = in.text("child");
-  a.key = in.text(a.has("ordered") ? "ordered" : "hashed");
+  a.key = in.text(a.has("ordered") && !a.has("child") ? "ordered" : "hashed");
   a.increment = in.mark("increment");
   a.defaultValue = in.literal("default");
   a.constant = in.literal("constant");
@@ -164,20 +182,19 @@ Attribute readAttribute(toml::table const& table, Complainer const& complain) {
   if (!a.retired()) {
     in.require("name", "\"numRoutes\", say");
     in.require("doc", "\"what it holds\"");
-    if (!a.has("child")) in.require("type", "\"U32\", say");
+    if (!a.has("child")) in.require("type", fmt::format("\"U32\", say; it takes {}", in.takes("type")));
   }
   return a;
 }
 
 Type readType(toml::table const& table, Type::Kind kind, Complainer const& complain) {
-  static Keys const valueKeys = {"name", "doc", "bare", "attributes"};
-  static Keys const entityKeys = {"name", "doc", "factory", "attributes"};
   constexpr std::string_view example = "attributes = [ { number = ..., name = ..., type = ..., doc = ... }, ... ]";
 
   bool const isEntity = kind == Type::Kind::entity;
   Type type;
   type.kind = kind;
-  TableReader const in(table, type, isEntity ? "an entity" : "a value", isEntity ? entityKeys : valueKeys, complain);
+  TableReader const in(table, type, isEntity ? "an entity" : "a value", isEntity ? entityKeys() : valueKeys(),
+                       complain);
   in.require("name", isEntity ? "\"Status\", say" : "\"RouteStats\", say");
   in.require("doc", "\"what it is\"");
   in.require("attributes", "[ { number = ..., name = ..., type = ..., doc = ... }, ... ]");
@@ -195,12 +212,10 @@ Type readType(toml::table const& table, Type::Kind kind, Complainer const& compl
 }
 
 File readRoot(toml::table const& root, std::filesystem::path const& path, Complainer const& complain) {
-  static Keys const fileKeys = {"namespace", "doc", "value", "entity"};
   File file;
   file.path = path.string();
   file.stem = path.stem().string();
-  TableReader const in(root, file, "a schema file", fileKeys, complain);
-  file.at = {1, 1};  // the root begins with the file, whatever stands in its first line
+  TableReader const in(root, file, "a schema file", fileKeys(), complain);
   in.require("namespace", "\"Hardware::DornL3Unicast\", say, above the first type");
   file.nameSpace = in.text("namespace");
   file.doc = in.text("doc");
@@ -227,12 +242,23 @@ std::uint32_t overlongLine(std::string_view text) {
   return 0;
 }
 
+// TOML stops at 2^63 - 1, half of what a U64 holds.
+std::string_view hintFor(toml::parse_error const& error) {
+  if (error.description().find("not representable in 64 bits") == std::string_view::npos) return {};
+  return "; TOML counts to 9223372036854775807: as default or constant of a U64, write a greater number as a string of "
+         "decimal digits, default = \"18446744073709551615\"";
+}
+
 }  // namespace
 
 ReadResult readText(std::filesystem::path const& path, std::string_view text) {
   ReadResult result;
   std::string const name = path.string();
   Complainer const complain(name, result.complaints);
+  if (text.size() > maxFileSize) {
+    complain({1, 1}, fmt::format("the file is longer than {} bytes; split it", maxFileSize));
+    return result;
+  }
   if (std::uint32_t const line = overlongLine(text); line != 0) {
     complain({line, 1}, fmt::format("line is longer than {} bytes; break it", maxLineLength));
     return result;
@@ -241,7 +267,7 @@ ReadResult readText(std::filesystem::path const& path, std::string_view text) {
     toml::table const root = toml::parse(text, name);
     result.file = readRoot(root, path, complain);
   } catch (toml::parse_error const& error) {
-    complain(positionOf(error.source()), fmt::format("no TOML: {}", error.description()));
+    complain(positionOf(error.source()), fmt::format("no TOML: {}{}", error.description(), hintFor(error)));
   }
   return result;
 }
@@ -255,9 +281,6 @@ ReadResult readFile(std::filesystem::path const& path) {
     throw FileError(fmt::format("cannot read {}: {}", path.string(), std::strerror(errno)));
   }
   text.resize(static_cast<std::size_t>(in.gcount()));
-  if (text.size() > maxFileSize) {
-    throw FileError(fmt::format("cannot read {}: it is longer than {} bytes; split it", path.string(), maxFileSize));
-  }
   return readText(path, text);
 }
 

@@ -31,7 +31,8 @@ struct ReadResult {
 constexpr std::size_t maxFileSize = 1024 * 1024;
 constexpr std::size_t maxLineLength = 2000;
 
-/// Reads a schema file. Throws FileError where it cannot be read or is longer than `maxFileSize`.
+/// Reads a schema file, and of an endless one no more than tells that it is too long. Throws FileError where it cannot
+/// be read.
 [[nodiscard]] ReadResult readFile(std::filesystem::path const& path);
 
 /// Reads a schema from `text`; `path` is what complaints call it, and gives the stem.

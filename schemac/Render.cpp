@@ -126,7 +126,6 @@ std::string numbered(std::vector<TemplatePiece> const& pieces, std::vector<Templ
 }  // namespace
 
 std::string render(std::string_view name, Data const& data, TemplateSource const& source) {
-  if (data.kind() != Data::Kind::object) throw RenderError(fmt::format("template '{}' wants an object", name));
   std::vector<TemplateTag> tags;
   std::string const text = numbered(scanTemplate(name, source), tags);
   Mustache::mustache engine(text);

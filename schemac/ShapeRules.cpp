@@ -1,4 +1,5 @@
 #include "schemac/Check.h"
+#include "schemac/Cycle.h"
 #include "schemac/Literal.h"
 #include "schemac/Rules.h"
 #include "schemac/Shapes.h"
@@ -18,8 +19,8 @@ using Kind = AttributeType::Kind;
 // The rules of one attribute. Each function is silent about what another one complains about.
 class AttributeRules {
  public:
-  AttributeRules(Subject const& subject, Type const& owner, Attribute const& attribute)
-      : subject_(subject), owner_(owner), a_(attribute) {}
+  AttributeRules(Subject const& subject, Type const& owner, Attribute const& attribute, WayBack& back)
+      : subject_(subject), owner_(owner), a_(attribute), back_(back) {}
 
   void check() const {
     checkKeys();
@@ -58,6 +59,11 @@ class AttributeRules {
     for (auto const& [key, at] : a_.keys) {
       if (key == "number" || key == "name" || key == "doc") continue;
       if (std::find(known.begin(), known.end(), key) != known.end()) continue;
+      if (key == "ordered" && a_.shape == Shape::childCollection) {
+        complain(at, "'ordered' does not go with 'child': children are hashed; write hashed = \"name\", or the "
+                     "name of their fixed attribute");
+        continue;
+      }
       complain(at, fmt::format("'{}' does not go with {}; beside number, name and doc it has {}", key,
                                describe(a_.shape), quotedList(known)));
     }
@@ -76,26 +82,35 @@ class AttributeRules {
         complain(at, fmt::format("'{0}' is an entity; write child = \"{0}\" instead of type", a_.type));
         return nullptr;
       }
-      if (own == &owner_) {
-        complain(at, fmt::format("'{}' cannot hold itself; write another type", a_.type));
-        return nullptr;
-      }
-      if (!(own->at < owner_.at)) {
-        complain(at, fmt::format("'{}' is defined only in line {}; move it up, in front of '{}'", a_.type, own->at.line,
-                                 owner_.name));
-        return nullptr;
-      }
+      if (!isAbove(*own, at)) return nullptr;
     }
     AttributeType const* const type = subject_.types.find(a_.type);
     if (type == nullptr) {
-      std::vector<std::string_view> names;
-      for (AttributeType const& t : subject_.types.all()) names.push_back(t.declared);
-      complain(at, fmt::format("type '{}' is unknown; write a value type defined further up, or U8, U32, U64, bool, "
-                               "Vek::Seconds, Vek::String, Hardware::Dorn::FapId, Bridging::VlanIdOrNone or "
-                               "Kiln::Fapmask{}",
-                               a_.type, didYouMean(a_.type, names)));
+      std::vector<std::string_view> names = attributeTypes();
+      addNamesAbove(Type::Kind::value, names);
+      complain(at,
+               fmt::format("type '{}' is unknown; write one of {}, or define a value type of that name further up{}",
+                           a_.type, quotedList(names), didYouMean(a_.type, names)));
     }
     return type;
+  }
+
+  void addNamesAbove(Type::Kind kind, std::vector<std::string_view>& names) const {
+    for (Type const& t : subject_.file.types) {
+      if (t.kind == kind && t.at < owner_.at) names.emplace_back(t.name);
+    }
+  }
+
+  // Whether `held` is defined above the owner, as all must be that the owner holds.
+  [[nodiscard]] bool isAbove(Type const& held, SourcePosition at) const {
+    if (held.at < owner_.at) return true;
+    if (std::string const cycle = back_.from(held); !cycle.empty()) {
+      complain(at, fmt::format("a cycle: {}; a type is made of types above it: drop one of these attributes", cycle));
+    } else {
+      complain(at, fmt::format("'{}' is defined only in line {}; move it up, in front of '{}'", held.name, held.at.line,
+                               owner_.name));
+    }
+    return false;
   }
 
   void checkScalar(AttributeType const& type) const {
@@ -104,14 +119,15 @@ class AttributeRules {
     }
     checkRange(type);
     if (a_.has("default")) checkLiteral("default", a_.defaultValue, type);
-    if (!a_.min || !a_.max || !type.isInteger() || *a_.min > *a_.max) return;
+    if (!a_.min || !a_.max || !type.isInteger() || *a_.min < 0 || *a_.min > *a_.max) return;
     // Without a default the value starts with 0, and a type must not refuse its own default.
-    bool const given = a_.defaultValue && std::holds_alternative<std::int64_t>(*a_.defaultValue);
-    if (a_.has("default") && !given) return;
-    std::int64_t const start = given ? std::get<std::int64_t>(*a_.defaultValue) : 0;
-    if (start >= *a_.min && start <= *a_.max) return;
-    complain(a_.where("default"), fmt::format("default {} lies outside the range {} to {}; write default = {}", start,
-                                              *a_.min, *a_.max, start < *a_.min ? *a_.min : *a_.max));
+    std::optional<std::uint64_t> start = a_.has("default") ? std::nullopt : std::optional<std::uint64_t>{0};
+    if (a_.defaultValue) start = unsignedOf(*a_.defaultValue);
+    auto const min = static_cast<std::uint64_t>(*a_.min);
+    auto const max = static_cast<std::uint64_t>(*a_.max);
+    if (!start || (*start >= min && *start <= max)) return;
+    complain(a_.where("default"), fmt::format("default {} lies outside the range {} to {}; write default = {}", *start,
+                                              min, max, *start < min ? min : max));
   }
 
   void checkRange(AttributeType const& type) const {
@@ -125,7 +141,7 @@ class AttributeRules {
                                  bound));
       } else if (!type.isInteger()) {
         complain(at, fmt::format("only integers have a range; drop '{}'", bound));
-      } else if (value && (*value < 0 || *value > type.max)) {
+      } else if (value && (*value < 0 || static_cast<std::uint64_t>(*value) > type.max)) {
         complain(at, fmt::format("'{}' is {}, and a {} holds 0 to {}", bound, *value, type.declared, type.max));
       }
     }
@@ -153,9 +169,11 @@ class AttributeRules {
     std::string wanted;
     if (type.kind == Kind::boolean && !std::holds_alternative<bool>(*literal)) wanted = "true or false";
     if (type.isInteger()) {
-      auto const* const number = std::get_if<std::int64_t>(&*literal);
-      bool const fits = number != nullptr && *number >= 0 && *number <= type.max;
-      if (!fits) wanted = fmt::format("an integer from 0 to {}", type.max);
+      std::optional<std::uint64_t> const number = unsignedOf(*literal);
+      if (!number || *number > type.max) {
+        wanted = fmt::format("an integer from 0 to {}", type.max);
+        if (type.max > maxOfToml) wanted += fmt::format(", in quotes where it is above {}", maxOfToml);
+      }
     }
     if (type.kind == Kind::seconds) {
       auto const* const number = std::get_if<double>(&*literal);
@@ -183,27 +201,26 @@ class AttributeRules {
     Type const* const child = subject_.file.find(a_.child);
     if (child == nullptr) {
       std::vector<std::string_view> names;
-      for (Type const& t : subject_.file.types) names.push_back(t.name);
-      complain(at, fmt::format("'{}' is unknown; a child is an entity of the same file, defined further up{}", a_.child,
-                               didYouMean(a_.child, names)));
+      addNamesAbove(Type::Kind::entity, names);
+      complain(at,
+               fmt::format("'{}' is unknown; a child is an entity of the same file, defined further up: here {}{}",
+                           a_.child, names.empty() ? "there is none" : quotedList(names), didYouMean(a_.child, names)));
     } else if (!child->isEntity()) {
       complain(at, fmt::format("'{0}' is a value; write type = \"{0}\" instead of child", a_.child));
-    } else if (child == &owner_) {
-      complain(at, fmt::format("'{}' cannot be its own child; name another entity", a_.child));
-    } else if (!(child->at < owner_.at)) {
-      complain(at, fmt::format("'{}' is defined only in line {}; move it up, in front of '{}'", a_.child,
-                               child->at.line, owner_.name));
-    } else if (child->has("factory")) {
-      complain(at, fmt::format("'{}' has a factory, and so stands by itself; a child is made by its parent: drop the "
-                               "factory",
-                               a_.child));
-    } else {
-      checkChildKey(*child);
+    } else if (isAbove(*child, at)) {
+      checkMakingOf(*child);
     }
   }
 
   // A parent makes a child from one text: its name, or in a collection its key, which serves as name too.
-  void checkChildKey(Type const& child) const {
+  void checkMakingOf(Type const& child) const {
+    if (child.has("factory")) {
+      complain(
+          a_.where("child"),
+          fmt::format("'{}' has a factory, and so stands by itself; a child is made by its parent: drop the factory",
+                      a_.child));
+      return;
+    }
     bool const keyedByName = a_.shape == Shape::child || a_.key == "name";
     for (Attribute const& fixed : child.attributes) {
       if (fixed.shape != Shape::fixed || (!keyedByName && fixed.name == a_.key)) continue;
@@ -224,12 +241,14 @@ class AttributeRules {
   Subject const& subject_;
   Type const& owner_;
   Attribute const& a_;
+  WayBack& back_;
 };
 
 }  // namespace
 
 void checkShapes(Subject const& subject, Type const& type) {
-  for (Attribute const& a : type.attributes) AttributeRules(subject, type, a).check();
+  WayBack back(subject.file, type);
+  for (Attribute const& a : type.attributes) AttributeRules(subject, type, a, back).check();
 }
 
 }  // namespace Schemac

@@ -6,7 +6,9 @@ using Keys = std::vector<std::string_view>;
 
 Shape shapeOf(Attribute const& attribute) {
   if (attribute.has("retired")) return Shape::retired;
-  if (attribute.has("child")) return attribute.has("hashed") ? Shape::childCollection : Shape::child;
+  if (attribute.has("child")) {
+    return attribute.has("hashed") || attribute.has("ordered") ? Shape::childCollection : Shape::child;
+  }
   if (attribute.has("ordered")) return Shape::ordered;
   if (attribute.has("hashed")) return Shape::hashed;
   if (attribute.has("constant")) return Shape::constant;
@@ -51,12 +53,6 @@ Keys const& keysOf(Shape shape) {
   case Shape::retired: break;
   }
   return retired;
-}
-
-Keys const& attributeKeys() {
-  static Keys const all = {"number",  "name", "type", "child",    "ordered", "hashed",  "increment",
-                           "default", "min",  "max",  "constant", "fixed",   "retired", "doc"};
-  return all;
 }
 
 }  // namespace Schemac

@@ -18,7 +18,4 @@ namespace Schemac {
 /// The keys that an attribute of this shape may have, beside `number`, `name` and `doc`.
 [[nodiscard]] std::vector<std::string_view> const& keysOf(Shape shape);
 
-/// Every key that any attribute may have.
-[[nodiscard]] std::vector<std::string_view> const& attributeKeys();
-
 }  // namespace Schemac

@@ -8,7 +8,7 @@ namespace Schemac {
 
 std::string didYouMean(std::string_view word, std::vector<std::string_view> const& candidates) {
   std::string_view const best = Vek::nearestWord(word, candidates);
-  return best.empty() ? std::string{} : fmt::format(", did you mean '{}'?", best);
+  return best.empty() ? std::string{} : fmt::format("; did you mean '{}'?", best);
 }
 
 std::string quotedList(std::vector<std::string_view> const& words) {

@@ -8,7 +8,7 @@
 
 namespace Schemac {
 
-/// `, did you mean 'increment'?` for the candidate that differs from `word` in the fewest letters, or nothing where
+/// `; did you mean 'increment'?` for the candidate that differs from `word` in the fewest letters, or nothing where
 /// none is near: one letter may differ, and of longer words up to a third of the letters, never more than three.
 [[nodiscard]] std::string didYouMean(std::string_view word, std::vector<std::string_view> const& candidates);
 

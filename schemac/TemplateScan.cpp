@@ -191,14 +191,8 @@ class Assembler {
 std::string placeOf(TemplateTag const& tag) { return fmt::format("template '{}', line {}", tag.inTemplate, tag.line); }
 
 Pieces scanTemplate(std::string_view name, TemplateSource const& source) {
-  std::string_view text;
-  try {
-    text = source(name);
-  } catch (std::out_of_range const&) {
-    throw RenderError(fmt::format("there is no template '{}'", name));
-  }
   Assembler assembler(source);
-  assembler.append(name, text, false);
+  assembler.append(name, source(name), false);
   return assembler.take();
 }
 

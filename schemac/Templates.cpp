@@ -15,10 +15,4 @@ std::string_view embeddedTemplate(std::string_view name) {
   throw std::out_of_range(fmt::format("there is no template '{}'", name));
 }
 
-std::vector<std::string_view> embeddedTemplateNames() {
-  std::vector<std::string_view> names;
-  for (EmbeddedTemplate const& t : embeddedTemplates()) names.push_back(t.name);
-  return names;
-}
-
 }  // namespace Schemac

@@ -2,14 +2,10 @@
 #pragma once
 
 #include <string_view>
-#include <vector>
 
 namespace Schemac {
 
 /// Text of the template `name`: "Entity" for templates/Entity.mustache. Throws std::out_of_range for an unknown one.
 [[nodiscard]] std::string_view embeddedTemplate(std::string_view name);
-
-/// Names of all templates, rising.
-[[nodiscard]] std::vector<std::string_view> embeddedTemplateNames();
 
 }  // namespace Schemac

@@ -12,11 +12,11 @@ namespace {
 
 using Kind = AttributeType::Kind;
 
-constexpr std::int64_t maxOfU64 = std::numeric_limits<std::int64_t>::max();  // TOML has no greater integer
-constexpr std::uint32_t widestByValue = 2;                                   // bytes of a record or sibling type
+constexpr std::uint64_t maxOfU64 = std::numeric_limits<std::uint64_t>::max();
+constexpr std::uint32_t widestByValue = 2;  // bytes of a record or sibling type
 
-std::vector<AttributeType> builtinTypes() {
-  return {
+std::vector<AttributeType> const& builtinTypes() {
+  static std::vector<AttributeType> const types = {
       // declared, C++, kind, wire width, by reference, header, default, greatest integer
       {"U8", "Vek::U8", Kind::integer, 1, false, "dornl3/core/Integers.h", "0", 0xff},
       {"U32", "Vek::U32", Kind::integer, 4, false, "dornl3/core/Integers.h", "0", 0xffffffff},
@@ -31,6 +31,7 @@ std::vector<AttributeType> builtinTypes() {
        "dornl3/platform/siblings/VlanIdOrNone.h", "", 0},
       {"Kiln::Fapmask", "Kiln::Fapmask", Kind::sibling, 16, true, "dornl3/platform/siblings/Fapmask.h", "", 0},
   };
+  return types;
 }
 
 // The sum of the parts, or 0 as soon as one of them varies.
@@ -70,6 +71,17 @@ AttributeType const& Types::at(std::string_view declared) const {
 std::string keyType(Attribute const& attribute) {
   if (attribute.shape != Shape::childCollection) return attribute.key;
   return attribute.key == "name" ? "Vek::Name" : "Vek::String";
+}
+
+std::vector<std::string_view> const& attributeTypes() {
+  static std::vector<std::string_view> const names = [] {
+    std::vector<std::string_view> found;
+    for (AttributeType const& type : builtinTypes()) {
+      if (type.declared != "Vek::Name") found.push_back(type.declared);
+    }
+    return found;
+  }();
+  return names;
 }
 
 std::vector<std::string_view> const& orderedKeys() {

@@ -28,7 +28,7 @@ struct AttributeType {
   bool byReference = false;     ///< how setters, makers and value constructors take it: const reference, or value
   std::string header;           ///< declares it; empty for types of the language and of the same file
   std::string defaultLiteral;   ///< C++ expression of its default; empty where it is the default constructor's
-  std::int64_t max = 0;         ///< of an integer: the greatest value that a schema file can give
+  std::uint64_t max = 0;        ///< of an integer: the greatest value
 
   [[nodiscard]] bool isInteger() const { return kind == Kind::integer; }
   /// Type of a parameter: "Vek::U64 const&", "Vek::U32".
@@ -55,6 +55,9 @@ class Types {
 /// Declared type of the key of a collection: the key itself, or for a child collection the type of the child's
 /// attribute: "Vek::Name" for its name, else "Vek::String".
 [[nodiscard]] std::string keyType(Attribute const& attribute);
+
+/// Declared types of attributes that every schema file knows, beside its own values.
+[[nodiscard]] std::vector<std::string_view> const& attributeTypes();
 
 /// Declared types that may be keys, by kind of collection.
 [[nodiscard]] std::vector<std::string_view> const& orderedKeys();

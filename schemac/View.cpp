@@ -26,8 +26,14 @@ std::string accessorResult(AttributeType const& type) {
   return type.kind == AttributeType::Kind::text ? type.cpp + " const&" : keptParameter(type);
 }
 
+// A string that an integer is given holds a number too great for TOML.
+std::string expression(Literal const& literal, AttributeType const& type) {
+  auto const* const digits = std::get_if<std::string>(&literal);
+  return digits != nullptr && type.isInteger() ? *digits + 'u' : cppLiteral(literal);
+}
+
 std::string initializer(Attribute const& attribute, AttributeType const& type) {
-  if (attribute.defaultValue) return " = " + cppLiteral(*attribute.defaultValue);
+  if (attribute.defaultValue) return " = " + expression(*attribute.defaultValue, type);
   return type.defaultLiteral.empty() ? "" : " = " + type.defaultLiteral;
 }
 
@@ -118,10 +124,15 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
       .set("dirtyField", dirtyFieldName(a.name))
       .set("dirtyMember", dirtyMemberName(a.name))
       .set("syncedSetter", syncedSetterName(a.name))
-      .set("constant", a.constant ? cppLiteral(*a.constant) : std::string())
+      .set("constant", a.constant ? expression(*a.constant, types.at(a.type)) : std::string())
       .set("isField", form.field)
       .set("isScalar", form.scalar)
       .set("isScalarRecord", form.scalar && a.shape != Shape::text)
+      .set("isText", a.shape == Shape::text)
+      .set("isLogged", a.shape != Shape::constant && a.shape != Shape::fixed)
+      .set("holdsChildren", form.child || form.children)
+      .set("textSender", textSenderName(a.name))
+      .set("binder", binderName(a.name))
       .set("isConstant", a.shape == Shape::constant)
       .set("isStored", a.shape != Shape::constant)
       .set("isLookupInline", form.ordered || a.key != "U32")
@@ -131,7 +142,7 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
       .set("isKeyed", form.collection || form.children)
       .set("hasSlot", form.scalar || form.child)
       .set("hasIncrementer", a.increment)
-      .set("hasLimits", a.min.has_value() || a.max.has_value());
+      .set("hasLimits", a.min.has_value());
   if (a.child.empty()) {
     AttributeType const& type = types.at(a.type);
     view.set("type", type.cpp)
@@ -141,7 +152,7 @@ Data attributeView(std::string const& owner, Attribute const& a, Types const& ty
         .set("moved", moved(type, "value"))
         .set("initializer", form.collection ? std::string() : initializer(a, type))
         .set("min", std::to_string(a.min.value_or(0)))
-        .set("max", std::to_string(a.max.value_or(type.max)));
+        .set("max", std::to_string(a.max.value_or(0)));
   } else {
     view.set("initializer", "");
   }
@@ -163,14 +174,16 @@ void setEntity(Data& view, File const& file, Type const& type, Types const& type
   });
   bool const hasCollections = std::any_of(type.attributes.begin(), type.attributes.end(),
                                           [](Attribute const& a) { return Form(a).collection || Form(a).children; });
-  bool const hasValueCollections = std::any_of(type.attributes.begin(), type.attributes.end(),
-                                               [](Attribute const& a) { return Form(a).collection; });
+  bool const hasTransactions = std::any_of(type.attributes.begin(), type.attributes.end(), [](Attribute const& a) {
+    Form const form(a);
+    return form.collection || form.child || form.children || a.shape == Shape::text;
+  });
   view.set("factory", type.factory)
       .set("isRoot", !type.factory.empty())
       .set("typeFrame", type.factory.empty() ? "GenericEntityType" : "GenericRootEntityType")
       .set("hasChildren", hasChildren)
       .set("hasCollections", hasCollections)
-      .set("hasValueCollections", hasValueCollections)
+      .set("hasTransactions", hasTransactions)
       .set("isMember", holder != nullptr)
       .set("memberKey", holder != nullptr ? keyOf(*holder, types) : std::string())
       .set("memberKeyField", holder == nullptr ? std::string()

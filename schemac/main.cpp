@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <iostream>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -28,17 +29,25 @@ enum ExitCode { fine = 0, complained = 1, unusable = 2 };
 constexpr char const* exitCodes = "Exit codes: 0 all is well; 1 there are complaints, or something breaks;\n"
                                   "            2 the command line is wrong, or a file cannot be read or written.";
 
-// Reads and checks the files, tells what is wrong with them, and gives them back if nothing is.
-std::optional<std::vector<File>> load(std::vector<std::string> const& paths) {
+enum class FileNames { taken, free };  // whether what is made takes over the names of the files
+
+// Reads and checks the files, each once however often it is named; tells what is wrong with them, and gives them back
+// if nothing is.
+std::optional<std::vector<File>> load(std::vector<std::string> const& paths, FileNames fileNames = FileNames::taken) {
   std::vector<File> files;
   Complaints complaints;
+  auto const add = [&complaints](Complaints const& found) {
+    complaints.insert(complaints.end(), found.begin(), found.end());
+  };
+  std::set<std::filesystem::path> known;
   for (std::string const& path : paths) {
+    if (!known.insert(std::filesystem::weakly_canonical(path)).second) continue;
     ReadResult result = readFile(path);
-    complaints.insert(complaints.end(), result.complaints.begin(), result.complaints.end());
+    add(result.complaints);
     if (result.file) files.push_back(std::move(*result.file));
   }
-  Complaints const found = check(files);
-  complaints.insert(complaints.end(), found.begin(), found.end());
+  add(check(files));
+  if (fileNames == FileNames::taken) add(checkFileNames(files));
   sort(complaints);
   for (Complaint const& complaint : complaints) std::cerr << toString(complaint) << '\n';
   if (!complaints.empty()) return std::nullopt;
@@ -76,8 +85,8 @@ int writeDocRows(std::vector<std::string> const& paths, std::string const& into)
 }
 
 int printDiff(std::string const& before, std::string const& after) {
-  auto const was = load({before});
-  auto const is = load({after});
+  auto const was = load({before}, FileNames::free);
+  auto const is = load({after}, FileNames::free);
   if (!was || !is) return complained;
   auto const differences = diff(was->front(), is->front());
   for (Difference const& d : differences) std::cout << toString(d) << '\n';

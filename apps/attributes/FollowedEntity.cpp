@@ -51,8 +51,8 @@ void FollowedEntity::onAttribute(Vek::AttributeId id, GenericConst const& key) {
   auto const found =
       std::find_if(attributes_.begin(), attributes_.end(), [id](Attribute const& a) { return a.attr->id() == id; });
   if (found == attributes_.end()) return;
-  found->changedKey = found->changed ? nullptr : key;  // one key cannot stand for two
   found->changed = true;
+  found->changedKey = key;  // between two looks an attribute is heard of once: of several keys, without one
   following_.changed.emplace(turn_, this);
 }
 

@@ -27,26 +27,6 @@ bool isParent(VekType const& owner, VekAttr const& attr) {
   return owner.isEntity() && attr.id() == Vek::Entity::parentAttrNumber;
 }
 
-// Up to the bracket that closes the key; quotes and brackets inside it count.
-std::size_t keyLength(std::string_view text) {
-  std::size_t open = 0;
-  char quote = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    char const c = text[i];
-    if (quote != 0) {
-      if (c == '\\') ++i;
-      if (c == quote) quote = 0;
-    } else if (c == '\'' || c == '"') {
-      quote = c;
-    } else if (c == '[') {
-      ++open;
-    } else if (c == ']' && open-- == 0) {
-      return i;
-    }
-  }
-  return text.size();
-}
-
 // Reads a path from left to right.
 class Reader {
  public:
@@ -126,9 +106,9 @@ class Reader {
       Vek::String8 const text{name};
       return type.genericIf(static_cast<void const*>(&text), false);
     }
-    std::size_t const length = keyLength(Vek::between(it_, end_));
-    std::string_view const text = Vek::between(it_, end_).substr(0, length);
-    it_ += static_cast<int>(length);
+    std::string_view const rest = Vek::between(it_, end_);
+    std::string_view const text = rest.substr(0, rest.find(']'));  // a number: neither quotes nor brackets
+    it_ += static_cast<int>(text.size());
     return fromText(type, text, "The key of " + path_);
   }
 

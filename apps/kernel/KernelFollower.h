@@ -19,10 +19,11 @@ class KernelFollower {
  public:
   using Clock = std::function<double()>;  // seconds since 1970, for the times of changes
 
-  /// How readings are spaced out.
+  /// How readings are spaced out, and how much may lie about.
   struct Pace {
     std::chrono::milliseconds settling{100};  // from what made one needed: it may still be going on
     int restFactor = 4;                       // rest after one, in times of what it took
+    std::size_t fewEntries = 4096;            // keptEntries() of one kind that are not worth tidying
   };
 
   /// Reads the kernel. Uses both sources; the one of notifications was opened before, so that nothing falls between.
@@ -65,7 +66,7 @@ class KernelFollower {
   Dumper dumper_{questions_};
   Surroundings surroundings_;
   RouteFigures routeFigures_{surroundings_.nextHops(), surroundings_.objects()};
-  RouteTable routes_{surroundings_.nextHops(), surroundings_.objects(), routeFigures_};
+  RouteTable routes_{surroundings_.nextHops(), surroundings_.objects(), routeFigures_, pace_.fewEntries};
   Route route_;                  // room that each message uses again
   std::uint64_t processed_ = 0;  // route messages
   std::uint64_t failed_ = 0;

@@ -76,7 +76,7 @@ bool LinkTable::routesVxlan() const {
     if (entry.link.kind != LinkKind::vxlan || !isUp(entry)) continue;
     carriers.insert(index);
     Entry const* master = find(entry.link.master);
-    if (master != nullptr && master->link.kind != LinkKind::vrf) carriers.insert(master->link.index);
+    if (master != nullptr) carriers.insert(master->link.index);
   }
   for (std::size_t before = 0; before != carriers.size();) {
     before = carriers.size();

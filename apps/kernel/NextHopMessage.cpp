@@ -33,10 +33,7 @@ bool readNextHop(Bytes body, NextHopObject& object) {
     switch (a.type) {
     case NHA_ID: return a.read(object.id);
     case NHA_BLACKHOLE: object.discards = true; return true;
-    case NHA_GROUP:
-      object.isGroup = true;
-      object.members.clear();
-      return readMembers(a.payload, object.members);
+    case NHA_GROUP: object.isGroup = true; return readMembers(a.payload, object.members);
     case NHA_OIF: return a.read(object.path.adjacency.link);
     case NHA_GATEWAY: return object.path.adjacency.gateway.set(header.nh_family, a.payload);
     case NHA_ENCAP_TYPE: return a.read(object.path.encapsulationType);

@@ -121,9 +121,8 @@ bool readRoute(Bytes body, Route& route) {
   bool const whole = walkAttributes(afterHeader<rtmsg>(body), [&](Attribute const& a) {
     if (a.type == RTA_NH_ID) return a.read(route.nextHopId);
     if (!readIdentity(a, route)) return false;
-    if (a.type != RTA_MULTIPATH) return readPathAttribute(a, header.rtm_family, own);
-    route.paths.clear();
-    return readPaths(a.payload, header.rtm_family, route.paths);
+    return a.type == RTA_MULTIPATH ? readPaths(a.payload, header.rtm_family, route.paths)
+                                   : readPathAttribute(a, header.rtm_family, own);
   });
   if (!whole) return false;
   if (route.type != RTN_UNICAST) {

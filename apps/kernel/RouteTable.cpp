@@ -167,7 +167,7 @@ void RouteTable::tidy() {
   tidyNextHops();
   tidySources();
   Sizes const left = sizes();
-  due_ = {std::max(few, 2 * left.sets), std::max(few, 2 * left.paths), std::max(few, 2 * left.sources)};
+  due_ = {std::max(few_, 2 * left.sets), std::max(few_, 2 * left.paths), std::max(few_, 2 * left.sources)};
 }
 
 RouteTable::Sizes RouteTable::sizes() const noexcept {

@@ -21,9 +21,10 @@ enum class RouteChange {
 
 class RouteTable {
  public:
-  /// Uses them, owns none of them. `figures` counts the entries.
-  RouteTable(NextHopTable& nextHops, NextHopObjects& objects, RouteFigures& figures) noexcept
-      : nextHops_{nextHops}, objects_{objects}, figures_{figures} {}
+  /// Uses them, owns none of them. `figures` counts the entries. With fewer than `few` sets, paths or source prefixes
+  /// tidying is not worth its while.
+  RouteTable(NextHopTable& nextHops, NextHopObjects& objects, RouteFigures& figures, std::size_t few) noexcept
+      : nextHops_{nextHops}, objects_{objects}, figures_{figures}, few_{few} {}
 
   /// A route is new, or has changed. `flags` are those of the message's header (NLM_F_*).
   RouteChange put(Route const& route, std::uint16_t flags);
@@ -98,7 +99,6 @@ class RouteTable {
 
   static constexpr std::uint32_t anySource = 0;
   static constexpr std::uint32_t noSource = 0xffffffff;  // of no route here
-  static constexpr std::size_t few = 4096;               // not worth tidying
 
   [[nodiscard]] static Key keyOf(Route const& route, std::uint32_t source);
   [[nodiscard]] std::uint32_t sourceOf(Route const& route);  // enters it
@@ -118,13 +118,14 @@ class RouteTable {
   NextHopTable& nextHops_;
   NextHopObjects& objects_;
   RouteFigures& figures_;
+  std::size_t few_;
   RouteReader reader_{nextHops_};
   Done done_;
   std::pmr::unsynchronized_pool_resource pool_;
   Entries entries_{&pool_};
   std::map<std::pair<PrefixBytes, std::uint8_t>, std::uint32_t> sources_;  // numbers of source prefixes, which are rare
   std::uint32_t nextSource_ = anySource + 1;
-  Sizes due_{few, few, few};  // for the next tidying
+  Sizes due_{few_, few_, few_};  // for the next tidying
 };
 
 }  // namespace Apps::Kernel

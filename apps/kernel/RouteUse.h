@@ -14,7 +14,7 @@ struct RouteUse {
   Family family = Family::other;
   std::uint8_t type = 0;  // RTN_*
   std::uint8_t prefixLength = 0;
-  bool isOff = false;      // marked dead, link-down or not taken by the hardware, as a whole
+  bool isOff = false;      // marked dead, link-down or not taken by the hardware, as a whole; but for an only path
   bool isTrapped = false;  // the hardware hands its packets to the CPU
 
   /// Whether a next-hop object alone tells its paths.

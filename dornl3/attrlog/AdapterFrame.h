@@ -101,10 +101,27 @@ template <class Attr, class Sa>
 void notifyLog(Sa& adapter, int attr, void const* key) {
   visit(typename Attr::All{}, static_cast<AttributeId>(attr < 0 ? -attr : attr), [&](auto attribute) {
     using A = decltype(attribute);
-    if constexpr (holdsValuesByKey<A>) {
+    if constexpr (holdsKeys<A>) {
       (adapter.*A::logHandler)(*static_cast<typename A::Key const*>(key));
-    } else if constexpr (isScalarRecord<A>) {
+    } else if constexpr (isLogged<A>) {
       if (attr > 0) (adapter.*A::logHandler)();
+    }
+  });
+}
+
+/// See StreamAdapter::doRemountSelf: the children follow, each with no log to go to.
+template <class Attr, class X, class Sa>
+void remountWithChildren(Sa& adapter, Ptr<NboAttrLog::Out> const& out) {
+  adapter.StreamAdapter::doRemountSelf(out);
+  Ptr<Entity> const held = adapter.vekNotifierEntity();
+  if (!held) return;
+  auto& entity = static_cast<X&>(*held);
+  forEach(typename Attr::All{}, [&](auto attribute) {
+    using A = decltype(attribute);
+    if constexpr (holdsChildrenByKey<A>) {
+      for (typename A::Child::Map::Iterator it(&A::field(entity)); it; ++it) (adapter.*A::logRemount)(it.ptr());
+    } else if constexpr (holdsOneChild<A>) {
+      if (Ptr<typename A::Child> const child = A::field(entity)) (adapter.*A::logRemount)(child);
     }
   });
 }

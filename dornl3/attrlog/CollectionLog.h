@@ -1,5 +1,5 @@
-// CollectionLog: an attribute with values by key goes out: one key at a time for a change, and as a whole, between markers,
-// when a flow-out walks it. What an X::VekNboAttrLogSa defines itself are one-line calls of these.
+// CollectionLog: an attribute with values by key goes out, one key at a time; and the walk of any collection, of values
+// or of children, as a whole, between markers. What an X::VekNboAttrLogSa defines itself are one-line calls of these.
 // The walk keeps no copy of the collection: its one memory is the key where it goes on. The far side drops at the end
 // marker what was not mentioned since the begin marker.
 // Thread: the entity's. Re-entrancy: calls nobody. Throws ReadOnlyException, and std::bad_alloc.
@@ -59,8 +59,12 @@ void serializeKey(Sa& adapter, typename A::Key const& key, typename A::Value con
 /// Reports what stands at a key now.
 template <class A, class Sa>
 void serializePresent(Sa& adapter, typename A::Key const& key) {
-  auto const* const member = A::field(entityOn<typename A::Owner>(adapter))[key];
-  serializeKey<A>(adapter, key, member != nullptr ? member->value() : typename A::Value{}, member == nullptr);
+  auto* const member = A::field(entityOn<typename A::Owner>(adapter))[key];
+  if constexpr (holdsChildren<A>) {
+    (adapter.*A::logKey)(key, Ptr<typename A::Child>(member));
+  } else {
+    (adapter.*A::logKey)(key, member != nullptr ? member->value() : typename A::Value{}, member == nullptr);
+  }
 }
 
 namespace detail {
@@ -78,10 +82,11 @@ template <class Attr, class A, class Sa>
       resumes ? typename Map::IteratorConst(&map, NboAttrLog::vekFlowOutBookmarkDeq<Key>(*owed))
               : typename Map::IteratorConst(&map);
   for (; it; ++it) {
-    serializeKey<A>(adapter, it->key(), it->value(), false);
+    typename A::Key const key = it->key();
+    serializePresent<A>(adapter, key);
     if (owed == nullptr) continue;
     bool const yields = owed->yieldRequested();
-    if (!yields) dirtyKeyDel(A::dirty(owedBy(adapter)), it->key());
+    if (!yields) dirtyKeyDel(A::dirty(owedBy(adapter)), key);
     if (!yields && adapter.continueFlowOut()) continue;
     if (!yields) ++it;
     done = false;

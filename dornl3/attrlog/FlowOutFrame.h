@@ -34,9 +34,9 @@ template <class Attr, class F>
 void oweFrom(F& flowOut, AttributeId start) noexcept {
   forEach(typename Attr::All{}, [&](auto attribute) {
     using A = decltype(attribute);
-    if constexpr (holdsValuesByKey<A>) {
+    if constexpr (holdsKeys<A>) {
       flowOut.slotBitIs(logSlot<Attr, A>, start > A::number);
-    } else if constexpr (isScalarRecord<A>) {
+    } else if constexpr (isLogged<A>) {
       flowOut.slotBitIs(logSlot<Attr, A>, start <= A::number);
     }
   });
@@ -48,20 +48,21 @@ template <class Attr, class F>
   bool owes = flowOut.NboAttrLog::FlowOut::hasDirtyAttributes();
   forEach(typename Attr::All{}, [&](auto attribute) {
     using A = decltype(attribute);
-    if constexpr (holdsValuesByKey<A>) {
+    if constexpr (holdsKeys<A>) {
       owes = owes || !flowOut.slotBit(logSlot<Attr, A>) || A::dirty(flowOut).count() != 0;
-    } else if constexpr (isScalarRecord<A>) {
+    } else if constexpr (isLogged<A>) {
       owes = owes || flowOut.slotBit(logSlot<Attr, A>);
     }
   });
   return owes;
 }
 
-/// Drops the bookmark, if the flow-out stands on a collection.
+/// Drops the bookmark of the collection, or the place in the text, that the flow-out stands on.
 template <class Attr>
-void freeCollectionState(NboAttrLog::FlowOut& flowOut) {
+void freeWalkState(NboAttrLog::FlowOut& flowOut) {
   visit(typename Attr::All{}, flowOut.attrId(), [&](auto attribute) {
-    if constexpr (holdsValuesByKey<decltype(attribute)>) flowOut.bookmarkIs({});
+    if constexpr (holdsKeys<decltype(attribute)>) flowOut.bookmarkIs({});
+    if constexpr (isLongText<decltype(attribute)>) flowOut.valueIterIs({});
   });
 }
 

@@ -13,14 +13,26 @@ inline constexpr bool isLogged = requires {
 };
 
 template <class A>
-inline constexpr bool holdsValuesByKey = requires {
-  typename A::Member;
+inline constexpr bool holdsChildren = requires {
+  typename A::Child;
 };
+template <class A>
+inline constexpr bool holdsKeys = isLogged<A>&& requires {
+  typename A::Key;
+};
+template <class A>
+inline constexpr bool holdsValuesByKey = holdsKeys<A> && !holdsChildren<A>;
+template <class A>
+inline constexpr bool holdsChildrenByKey = holdsKeys<A>&& holdsChildren<A>;
+template <class A>
+inline constexpr bool holdsOneChild = isLogged<A>&& holdsChildren<A> && !holdsKeys<A>;
 
+/// Whether it is a text, which goes out in pieces.
+template <class A>
+inline constexpr bool isLongText = isLogged<A> && !holdsKeys<A> && std::is_same_v<typename A::Value, String8>;
 /// Whether it is a plain value that goes out as one record.
 template <class A>
-inline constexpr bool isScalarRecord = isLogged<A> && !holdsValuesByKey<A> && !std::is_same_v<typename A::Value, String8> &&
-                                       !requires { typename A::Child; };
+inline constexpr bool isScalarRecord = isLogged<A> && !holdsKeys<A> && !holdsChildren<A> && !isLongText<A>;
 
 namespace detail {
 

@@ -1,9 +1,12 @@
 // LoggedType: the record of an entity type whose entities can be made from what a log announces.
 #pragma once
 
+#include "dornl3/attrlog/LogSlots.h"
 #include "dornl3/attrlog/ValueWire.h"
+#include "dornl3/platform/attrlog/EntityAdapter.h"
 #include "dornl3/platform/vek/Entity.h"
 
+#include <cassert>
 #include <tuple>
 
 namespace Vek {
@@ -43,6 +46,32 @@ class LoggedType : public Frame {
   [[nodiscard]] Ptr<Entity> newEntity(Ptr<NboAttrLog::In> const& in, PtrInterface::NotifieeConst::Vek_BitSet, U32,
                                       PtrInterface*) const override {
     return detail::entityFromLog<typename Frame::Subject>(*in, typename Frame::Attr::All{});
+  }
+
+  void childAttrLogIs(VekAttr const& attr, Ptr<Entity> const& child, Ptr<NboAttrLog::Out> const& out) const override {
+    bool known = false;
+    forEach(typename Frame::Attr::All{}, [&](auto attribute) {
+      using A = decltype(attribute);
+      if constexpr (isLogged<A> && holdsChildren<A>) {
+        if (known || !(attr.name() == A::name)) return;
+        known = true;
+        bindAsChild<A>(child, out);
+      }
+    });
+    if (!known) Frame::childAttrLogIs(attr, child, out);
+  }
+
+ private:
+  template <class A>
+  static void bindAsChild(Ptr<Entity> const& child, Ptr<NboAttrLog::Out> const& out) {
+    using Sa = typename Frame::Subject::VekNboAttrLogSa;
+    constexpr U32 kept = PtrInterface::NotifieeConst::Vek_BitSet::notificationBitMask() & ~U32{0x400};
+    auto const adapter = ptrCast<Sa>(child->parent()->vekNboAttrLogSa(Ptr<NboAttrLog::Out const>(out)));
+    // Bits that stand while a record is applied would make the child's adapter take part in it.
+    PtrInterface::NotifieeConst::Vek_BitSet const flags(kept & adapter->flags());
+    assert(!adapter->hasFlag(StreamAdapter::entityReactorActive | StreamAdapter::resyncStale |
+                             StreamAdapter::syncModeRelay));
+    ((*adapter).*A::logBind)(flags, ptrCast<typename A::Child>(child), 1, adapter->boundLog(), adapter->channel());
   }
 };
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "dornl3/attrlog/Walk.h"
-#include "dornl3/frame/CollectionFrame.h"
+#include "dornl3/frame/ChildFrame.h"
 #include "dornl3/platform/attrlog/InboundRecord.h"
 
 namespace Vek {
@@ -64,18 +64,153 @@ void receiveKey(Sa& adapter, InboundRecord const& record, bool deleted) {
   }
 }
 
+template <class Attr, class A, class Sa>
+void receiveLongText(Sa& adapter, InboundRecord const& record) {
+  if (!record.applies()) {
+    (adapter.*A::logHandler)();
+    return;
+  }
+  String8 text;
+  if (!adapter.receiveText(record, A::number, logSlot<Attr, A>, text)) return;
+  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  WritePass const pass{entity};
+  scalarIs<A>(entity, text);
+}
+
+/// Makes the child at a key, or finds it, so that it takes the id that follows in the input.
 template <class A, class Sa>
-[[nodiscard]] bool receiveAttribute(Sa& adapter, InboundRecord const& record, bool negative) {
-  if constexpr (holdsValuesByKey<A>) {
+void childAtKeyIs(Sa& adapter, typename A::Owner& entity, typename A::Key const& key) {
+  {
+    WritePass const pass{entity};
+    childrenIs<A>(entity, key);
+  }
+  // It stood there already, and no change was told: the id is to be taken all the same.
+  if (adapter.hasFlag(StreamAdapter::entityReactorActive)) (adapter.*A::logHandler)(key);
+}
+
+/// The child there makes way for another of its name.
+template <class A, class Sa>
+void childAtKeyIsReplaced(Sa& adapter, typename A::Owner& entity, typename A::Key const& key) {
+  {
+    Entity::VekNboAttrLogSa::IsActiveAnchor active;
+    active.telIs(&adapter);
+    WritePass const pass{entity};
+    childrenDel<A>(entity, key);
+  }
+  adapter.flagsIs(StreamAdapter::entityReactorActive, true);
+  childAtKeyIs<A>(adapter, entity, key);
+}
+
+template <class A, class Sa>
+void receiveChildAtKey(Sa& adapter, InboundRecord const& record, U32 idAt) {
+  typename A::Key const key(record.in().nextString());
+  if (idAt != 0) record.in().positionIs(idAt);
+  if (!record.applies()) {
+    (adapter.*A::logHandler)(key);
+    return;
+  }
+  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  Ptr<typename A::Child> const present = A::field(entity)[key];
+  Expect const expect{NameInUseException::id};
+  EntityId const id = adapter.peekChildId(record, present);
+  try {
+    static_cast<void>(adapter.mustMakeWay(present, id, true));
+    childAtKeyIs<A>(adapter, entity, key);
+  } catch (NameInUseException const&) {
+    childAtKeyIsReplaced<A>(adapter, entity, key);
+  }
+  if (Ptr<typename A::Child> const child = A::field(entity)[key]) child->vekMarkedForDeletionIs(false);
+}
+
+template <class A, class Sa>
+void receiveOneChild(Sa& adapter, InboundRecord const& record, U32 idAt) {
+  Name const name(record.in().nextString());
+  if (idAt != 0) record.in().positionIs(idAt);
+  if (!record.applies()) {
+    (adapter.*A::logHandler)();
+    return;
+  }
+  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  Ptr<typename A::Child> const present = A::field(entity);
+  bool const sameName = present && present->name() == name;
+  EntityId const id = adapter.peekChildId(record, sameName ? present : Ptr<typename A::Child>{});
+  {
+    WritePass const pass{entity};
+    childIs<A>(entity, name);
+  }
+  if (!adapter.hasFlag(StreamAdapter::entityReactorActive)) return;
+  if (adapter.mustMakeWay(A::field(entity), id, false)) {
+    {
+      WritePass const pass{entity};
+      childDel<A>(entity);
+    }
+    adapter.flagsIs(StreamAdapter::entityReactorActive, true);
+    WritePass const pass{entity};
+    childIs<A>(entity, name);
+  } else {
+    (adapter.*A::logHandler)();
+  }
+}
+
+template <class A, class Sa>
+void receiveChildGone(Sa& adapter, InboundRecord const& record) {
+  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  if constexpr (holdsKeys<A>) {
+    typename A::Key const key(record.in().nextString());
+    if (!record.applies()) return (adapter.*A::logHandler)(key);
+    record.decoded();
+    WritePass const pass{entity};
+    childrenDel<A>(entity, key);
+  } else {
+    if (!record.applies()) return (adapter.*A::logHandler)();
+    record.decoded();
+    WritePass const pass{entity};
+    childDel<A>(entity);
+  }
+}
+
+/// Whether the attribute has such a record. `idAt`: where a child's id stands, 0 for behind its key.
+template <class Attr, class A, class Sa>
+[[nodiscard]] bool receiveAttribute(Sa& adapter, InboundRecord const& record, bool negative, U32 idAt) {
+  if constexpr (!isLogged<A>) {
+    return false;
+  } else if constexpr (holdsChildren<A>) {
+    if (negative) {
+      receiveChildGone<A>(adapter, record);
+    } else if constexpr (holdsKeys<A>) {
+      receiveChildAtKey<A>(adapter, record, idAt);
+    } else {
+      receiveOneChild<A>(adapter, record, idAt);
+    }
+    return true;
+  } else if constexpr (holdsKeys<A>) {
     receiveKey<A>(adapter, record, negative);
     return true;
-  } else if constexpr (isScalarRecord<A>) {
-    if (negative) return false;
-    receiveScalar<A>(adapter, record);
+  } else if (negative) {
+    return false;
+  } else if constexpr (isLongText<A>) {
+    receiveLongText<Attr, A>(adapter, record);
     return true;
   } else {
-    return false;
+    receiveScalar<A>(adapter, record);
+    return true;
   }
+}
+
+template <class... A>
+[[nodiscard]] constexpr bool isChildAttribute(List<A...>, AttributeId number) noexcept {
+  return ((isLogged<A> && holdsChildren<A> && A::number == number) || ...);
+}
+
+/// The number of the child record that a wrapper holds, or the wrapper's own where it holds none of this type.
+template <class Attr>
+[[nodiscard]] int unwrapped(NboAttrLog::In& in, int attr, U32& idAt) {
+  return in.unwrapped(attr, idAt, [](AttributeId number) { return isChildAttribute(typename Attr::All{}, number); });
+}
+
+template <class... A>
+[[nodiscard]] constexpr bool hasChildAttributes(List<A...>) noexcept {
+  return ((isLogged<A> && holdsChildren<A>) || ...);
 }
 
 }  // namespace detail
@@ -90,11 +225,16 @@ void receiveRecord(Sa& adapter, int attr, StreamAdapter::DeserializationOptions 
     adapter.receiveSyncMode(record.in());
     return;
   }
+  U32 idAt = 0;
+  if constexpr (detail::hasChildAttributes(typename Attr::All{})) {
+    bool const wraps = attr == NboAttrLog::wrapperRecord || attr == -NboAttrLog::wrapperRecord;
+    if (wraps) attr = detail::unwrapped<Attr>(record.in(), attr, idAt);
+  }
   bool known = false;
   bool const negative = attr < 0;
   AttributeId const number = negative ? AttributeId{0} - static_cast<AttributeId>(attr) : static_cast<AttributeId>(attr);
   visit(typename Attr::All{}, number, [&](auto attribute) {
-    known = detail::receiveAttribute<decltype(attribute)>(adapter, record, negative);
+    known = detail::receiveAttribute<Attr, decltype(attribute)>(adapter, record, negative, idAt);
   });
   if (!known) adapter.doBaseVekNboAttrLogSaMsg(attr, options, length, in);
 }

@@ -30,4 +30,11 @@ void logScalar(Entity::VekNboAttrLogSa& adapter) {
   }
 }
 
+/// A text goes out. Whether all of it has gone.
+template <class Attr, class A>
+bool logText(Entity::VekNboAttrLogSa& adapter) {
+  if (adapter.rawNotifier() == nullptr) return true;
+  return adapter.serializeText(A::number, logSlot<Attr, A>, A::field(entityOn<typename A::Owner>(adapter)));
+}
+
 }  // namespace Vek

@@ -22,8 +22,35 @@ void sweepMember(Entity::VekNboAttrLogSa& adapter, typename A::Owner& entity, ty
   }
 }
 
+/// A child is marked on its adapter for this log. Without one at the end it was not mentioned either; one that was made
+/// here, and waits for its binding, is our own news.
+template <class A, class Sa>
+void sweepMember(Sa& adapter, typename A::Owner& entity, typename A::Child& child,
+                 StreamAdapter::AttrTransactionType type) {
+  auto const bound = adapter.childAdapterOf(Ptr<Entity>(&child));
+  if (type == StreamAdapter::beginMarker) {
+    if (bound) bound->flagsIs(StreamAdapter::resyncStale, true);
+  } else if (type == StreamAdapter::endMarker && (!bound || bound->hasFlag(StreamAdapter::resyncStale))) {
+    typename A::Key const key = child.key();
+    bool const isOwed = !adapter.hasFlag(StreamAdapter::noFlowOut) && A::dirty(owedBy(adapter))[key] != nullptr;
+    if (isOwed && adapter.side() != StreamAdapter::Side::plain) return;
+    Entity::VekNboAttrLogSa::IsActiveAnchor active;
+    active.telIs(&adapter);
+    WritePass const pass{entity};
+    childrenDel<A>(entity, key);
+  }
+}
+
+/// The one child of an attribute has no sweep: marked, it stays silent until a record for it comes.
 template <class A>
-void sweep(Entity::VekNboAttrLogSa& adapter, StreamAdapter::AttrTransactionType type) {
+void markOneChild(Entity::VekNboAttrLogSa& adapter, StreamAdapter::AttrTransactionType type) {
+  if (type != StreamAdapter::beginMarker) return;
+  Ptr<Entity> const child = A::field(entityOn<typename A::Owner>(adapter));
+  if (auto const bound = adapter.childAdapterOf(child)) bound->flagsIs(StreamAdapter::resyncStale, true);
+}
+
+template <class A, class Sa>
+void sweep(Sa& adapter, StreamAdapter::AttrTransactionType type) {
   using Map = MapOf<A>;
   Ptr<Entity> const held = adapter.vekNotifierEntity();
   auto& entity = static_cast<typename A::Owner&>(*held);
@@ -38,15 +65,23 @@ void sweep(Entity::VekNboAttrLogSa& adapter, StreamAdapter::AttrTransactionType 
 }  // namespace detail
 
 /// See StreamAdapter::handleAttrTransaction.
-template <class Attr>
-void applyTransaction(Entity::VekNboAttrLogSa& adapter, AttributeId attr, StreamAdapter::AttrTransactionType type,
-                      U32 argument) {
+template <class Attr, class Sa>
+void applyTransaction(Sa& adapter, AttributeId attr, StreamAdapter::AttrTransactionType type, U32 argument) {
   Ptr<Entity::VekNboAttrLogSa> const held(&adapter);
   if (adapter.rawNotifier() == nullptr) return;
   adapter.transactionHead(attr, type);
+  bool baseFollows = true;
   visit(typename Attr::All{}, attr, [&](auto attribute) {
-    if constexpr (holdsValuesByKey<decltype(attribute)>) detail::sweep<decltype(attribute)>(adapter, type);
+    using A = decltype(attribute);
+    if constexpr (holdsKeys<A>) {
+      detail::sweep<A>(adapter, type);
+    } else if constexpr (holdsOneChild<A>) {
+      detail::markOneChild<A>(adapter, type);
+    } else if constexpr (isLongText<A>) {
+      baseFollows = adapter.textTransaction(attr, type);
+    }
   });
+  if (!baseFollows) return;
   adapter.Entity::VekNboAttrLogSa::handleAttrTransaction(attr, type, argument);
 }
 
@@ -57,7 +92,7 @@ void transactionsFollowMode(Sa& adapter) {
                                                                        : StreamAdapter::endMarker;
   forEach(typename Attr::All{}, [&](auto attribute) {
     using A = decltype(attribute);
-    if constexpr (holdsValuesByKey<A>) adapter.handleAttrTransaction(A::number, type, 0);
+    if constexpr (holdsKeys<A> || holdsOneChild<A>) adapter.handleAttrTransaction(A::number, type, 0);
   });
 }
 

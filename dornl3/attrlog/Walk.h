@@ -3,7 +3,7 @@
 // Thread: the entity's. Re-entrancy: nests; calls nobody but the adapter's own handlers.
 #pragma once
 
-#include "dornl3/attrlog/CollectionLog.h"
+#include "dornl3/attrlog/ChildLog.h"
 
 namespace Vek {
 
@@ -13,16 +13,17 @@ namespace detail {
 template <class Attr, class A, class Sa>
 [[nodiscard]] bool walkStep(Sa& adapter, NboAttrLog::FlowOut& owed, AttributeId& next) {
   constexpr AttributeId behind = loggedBehind<Attr, A>;
-  if constexpr (holdsValuesByKey<A>) {
+  using Sub = Entity::VekNboAttrLogSa;
+  if constexpr (holdsKeys<A>) {
     owed.attrIdIs(A::number);
     bool const done = (adapter.*A::logWalk)();
     return adapter.stepEnds(owed, A::number, behind, done, next);
-  } else if constexpr (isScalarRecord<A>) {
-    using Handler = void (Entity::VekNboAttrLogSa::*)();
-    return adapter.stepOverScalar(owed, A::number, behind, logSlot<Attr, A>, static_cast<Handler>(A::logHandler), next);
+  } else if constexpr (isLongText<A>) {
+    using Handler = bool (Sub::*)();
+    return adapter.stepOverText(owed, A::number, behind, logSlot<Attr, A>, static_cast<Handler>(A::logText), next);
   } else {
-    next = behind;
-    return behind == 0;
+    using Handler = void (Sub::*)();
+    return adapter.stepOverScalar(owed, A::number, behind, logSlot<Attr, A>, static_cast<Handler>(A::logHandler), next);
   }
 }
 
@@ -41,6 +42,20 @@ void walkFrom(List<A...>, Sa& adapter, NboAttrLog::FlowOut& owed, AttributeId fr
 }
 
 }  // namespace detail
+
+/// Lets the children of an entity exist on the far side before its attributes flow.
+template <class Attr, class Sa>
+void instantiateChildren(Sa& adapter) {
+  adapter.StreamAdapter::vekInstantiateSerialize();
+  forEach(typename Attr::All{}, [&](auto attribute) {
+    using A = decltype(attribute);
+    if constexpr (holdsChildrenByKey<A>) {
+      static_cast<void>((adapter.*A::logWalk)());
+    } else if constexpr (holdsOneChild<A>) {
+      (adapter.*A::logHandler)();
+    }
+  });
+}
 
 /// See StreamAdapter::handleAttrFlowOut.
 template <class Attr, class Sa>

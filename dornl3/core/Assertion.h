@@ -2,15 +2,17 @@
 // Thread: any. It does not return.
 #pragma once
 
-#include <cstdio>
-#include <cstdlib>
+// The C library declares it only where assert() is not switched off.
+// NOLINTNEXTLINE(readability-redundant-declaration)
+extern "C" [[gnu::noreturn]] void __assert_fail(char const* assertion, char const* file, unsigned line,
+                                                char const* function) noexcept;
 
 namespace Vek {
 
-/// Prints the broken assertion in the manner of the C library's assert() and aborts.
-[[noreturn]] inline void assertionFailed(char const* assertion, char const* file, unsigned line) noexcept {
-  std::fprintf(stderr, "%s:%u: Assertion `%s' failed.\n", file, line, assertion);
-  std::abort();
+/// Stops the process as a failed assert() does, in the name of the caller.
+[[noreturn]] inline void assertionFailed(char const* assertion, char const* file, unsigned line,
+                                         char const* function = __builtin_FUNCTION()) noexcept {
+  __assert_fail(assertion, file, line, function);
 }
 
 }  // namespace Vek

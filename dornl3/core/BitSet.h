@@ -42,8 +42,8 @@ class BitSet {
   static constexpr T mask(int pos) noexcept { return static_cast<T>(T{1} << pos); }
 
   // The line numbers are part of the message that support scripts look for; they name operations, not lines here.
-  static void check(int pos, unsigned line) noexcept {
-    if (!(pos >= 0 && pos < bits)) assertionFailed("pos>=0 && pos<bits", "BitSet", line);
+  static void check(int pos, unsigned line, char const* function = __builtin_FUNCTION()) noexcept {
+    if (!(pos >= 0 && pos < bits)) assertionFailed("pos>=0 && pos<bits", "BitSet", line, function);
   }
 
   T word_ = 0;

@@ -24,7 +24,7 @@ class ListRaw final : public BaseRefCollection<T> {
 
   void insert(T& member) noexcept { chain_.insert(member); }         // links; takes no reference
   bool remove(T& member) noexcept { return chain_.remove(member); }  // unlinks; false where it was not on the list
-  void deleteAll() noexcept { chain_.deleteAll(); }                  // clears all links; tells nobody
+  void deleteAll() noexcept { chain_.deleteAll(); }  // clears all links, lets weak members go; tells nobody
 
   [[nodiscard]] ReactorChain& chain() noexcept { return chain_; }
   [[nodiscard]] ReactorChain const& chain() const noexcept { return chain_; }

@@ -77,7 +77,7 @@ void Notifiee::handleNotificationException(AttributeId id) { onNotificationExcep
 void Notifiee::handleNotificationException() { onNotificationException(); }
 
 void Notifiee::onZeroReferences() {
-  if (weak_) notifierIs(nullptr);
+  if (weak_ && !registered_) notifierIs(nullptr);
 }
 
 void Notifiee::follow(PtrInterface const* notifier, ListOf listOf) {
@@ -98,12 +98,13 @@ void Notifiee::registerWith(bool on, ListOf listOf) const {
     listOf(*held).insert(*this);
   } else {
     listOf(*held).remove(*this);
+    if (held->stateBit(heldBit)) letNotifierGo();
   }
 }
 
 void Notifiee::leaveForGood(ListOf listOf) noexcept {
   if (notifier_ == nullptr || !registered_ || vekMarkedForDeletion()) return;
-  // A weak reactor's notifier is alive, or it would have told; one being destroyed has let its list go already.
+  // A weak reactor's notifier still has its list: with that the reactor would have let it go.
   listOf(*notifier_).remove(*this);
 }
 

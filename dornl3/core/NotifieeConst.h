@@ -1,7 +1,10 @@
 // PtrInterface::NotifieeConst: root of the reactors, the objects that hear of changes.
 // A reactor points at its notifier and, when registered, stands on the notifier's list. By default it holds the
-// notifier by a reference; a weak one does not, and lets go when the notifier tells that its last reference has gone.
-// That reaches those on the list alone: a weak reactor that is on no list must leave its notifier before that ends.
+// notifier by a reference, so that the notifier cannot go before it.
+// A weak one holds none, and ends with its notifier like this: on the notifier's list, it hears that the last reference
+// has gone, then of the children that the destructor removes, and stands there until the list itself goes; from then on
+// its notifier is null. If it leaves the list on the way, its notifier is null from then on. On no list it hears
+// nothing, and must leave its notifier before that ends.
 // Owner: whoever made the reactor; a list holds no reference on it. Thread: the notifier's.
 // Re-entrancy: ReactorWalk tells what a reactor may do while it is called.
 #pragma once
@@ -50,7 +53,8 @@ class PtrInterface::NotifieeConst : public PtrInterface {
   /// Whether this object is the adapter of an attribute log; those are told first.
   [[nodiscard]] virtual bool isStreamAdapter() const noexcept;
 
-  /// Wants to be on the notifier's list, or no longer does. Here: stores the wish.
+  /// Wants to be on the notifier's list, or no longer does. Here: stores the wish. A weak reactor that leaves the list
+  /// of a notifier that is going, or still in its constructor, no longer follows that.
   virtual void isRegisteredNotifieeIs(bool on) const;
   [[nodiscard]] bool isRegisteredNotifiee() const noexcept { return registered_; }
 
@@ -90,7 +94,9 @@ class PtrInterface::NotifieeConst : public PtrInterface {
   virtual void handleNotificationException(AttributeId id);
   virtual void handleNotificationException();
 
-  /// The notifier's last reference has gone. A weak reactor lets its notifier go: keep that when overriding.
+  /// The notifier's last reference has gone. Whoever takes one now keeps it alive. If nobody does, its destructor runs:
+  /// the reactors that this calls give back during the call what references they take. Here: a weak reactor on no list,
+  /// which an adapter tells, lets its notifier go.
   virtual void onZeroReferences();
 
   /// The activity that puts this reactor's events off; null where they are told at once. A class whose reactors have
@@ -134,9 +140,13 @@ class PtrInterface::NotifieeConst : public PtrInterface {
  private:
   friend class ReactorChain;
   void notifierAssign(PtrInterface const* n);
+  // The notifier is going: a weak reactor, which has no reference to give back, follows nobody from here on.
+  void letNotifierGo() const noexcept {
+    if (weak_) notifier_ = nullptr;
+  }
 
   Vek_BitSet flags_{logEnabledBit};
-  PtrInterface const* notifier_ = nullptr;
+  mutable PtrInterface const* notifier_ = nullptr;
   bool weak_ = false;
   mutable bool registered_ = false;
   int pendingAttribute_ = 0;

@@ -55,6 +55,7 @@ class RbTreeMap final : public RbTreeMapGeneric {
   class IteratorConstBase;
   class IteratorConst;
   class Iterator;
+  class TIterator;
 
   ~RbTreeMap() override { Ptr<PtrInterface> const top = std::exchange(root_, Ptr<PtrInterface>{}); }
 
@@ -206,6 +207,13 @@ class RbTreeMap<M, K, V>::Iterator : public IteratorConst {
 
   M& operator*() const noexcept { return *this->ptr(); }
   M* operator->() const noexcept { return this->ptr(); }
+};
+
+/// An Iterator that overloads can tell from a caller's.
+template <class M, class K, class V>
+class RbTreeMap<M, K, V>::TIterator : public Iterator {
+ public:
+  using Iterator::Iterator;
 };
 
 template <class M, class K, class V>

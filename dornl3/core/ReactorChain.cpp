@@ -38,20 +38,13 @@ bool ReactorChain::remove(Member& member) noexcept {
   return false;
 }
 
-void ReactorChain::letWeakMembersGo() noexcept {
-  for (Member* at = head_; at != nullptr; at = at->next_) {
-    if (!at->isWeakReference()) continue;
-    remove(*at);  // its link stays
-    const_cast<PtrInterface::NotifieeConst*>(at)->notifier_ = nullptr;
-  }
-}
-
 void ReactorChain::deleteAll() noexcept {
   Ptr<Member> member = std::exchange(head_, nullptr);
   tail_ = nullptr;
   while (member) {
     Ptr<Member> next = member->next_;
     member->next_ = nullptr;
+    member->letNotifierGo();
     member = std::move(next);
   }
   ++version_;

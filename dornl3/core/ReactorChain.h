@@ -30,10 +30,7 @@ class ReactorChain {
   /// Unlinks the member; one that is not on this list changes nothing. The member's own link stays as it is.
   bool remove(Member& member) noexcept;
 
-  /// Unlinks the weak members, which then follow nobody: their notifier is going.
-  void letWeakMembersGo() noexcept;
-
-  /// Clears every member's link and tells nobody; for the end of the entity.
+  /// Clears every member's link and tells nobody; for the end of the entity. Weak members follow nobody afterwards.
   void deleteAll() noexcept;
 
  private:

@@ -2,32 +2,21 @@
 
 namespace Vek {
 
+void tellLogsOfMissedChange(ReactorChain const& reactors, AttributeId attribute) noexcept {
+  for (auto* at = reactors.head(); at != nullptr; at = ReactorChain::next(*at)) {
+    auto const* const behind = at->vekRawReactor();
+    if (behind == nullptr || !behind->isStreamAdapter()) return;
+    try {
+      const_cast<PtrInterface::NotifieeConst*>(at)->onNotificationException(attribute);
+    } catch (...) {
+      // The caller of the setter hears of it by the exception that is being handled.
+    }
+  }
+}
+
 void notifyReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute,
                     ReactorSlot slot) {
   walkReactors(notifier, reactors, attribute, [slot](PtrInterface::NotifieeConst& reactor) { (reactor.*slot)(); });
-}
-
-namespace {
-
-class LastWalk {
- public:
-  LastWalk(PtrInterface const& notifier, ReactorChain& reactors) noexcept : notifier_(notifier), reactors_(reactors) {}
-  LastWalk(LastWalk const&) = delete;
-  LastWalk& operator=(LastWalk const&) = delete;
-  ~LastWalk() {
-    if (notifier_.references() == 0) reactors_.letWeakMembersGo();
-  }
-
- private:
-  PtrInterface const& notifier_;
-  ReactorChain& reactors_;
-};
-
-}  // namespace
-
-void notifyLastReferenceGone(PtrInterface const& notifier, ReactorChain& reactors, AttributeId event) {
-  LastWalk const scope{notifier, reactors};
-  notifyReactors(notifier, reactors, event, &PtrInterface::NotifieeConst::onZeroReferences);
 }
 
 }  // namespace Vek

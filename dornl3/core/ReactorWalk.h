@@ -15,13 +15,26 @@ namespace Vek {
   return object.references() != 0 ? &object : nullptr;
 }
 
+/// Where no memory is left to hold the reactors of a change: the adapters of logs, which stand first, are told that they
+/// have missed it, by onNotificationException, inside the handling of the exception. Lets none out.
+void tellLogsOfMissedChange(ReactorChain const& reactors, AttributeId attribute) noexcept;
+
+[[nodiscard]] inline HeldReactors heldFor(ReactorChain const& reactors, AttributeId attribute) {
+  try {
+    return HeldReactors{reactors};
+  } catch (...) {
+    tellLogsOfMissedChange(reactors, attribute);
+    throw;
+  }
+}
+
 /// Calls `call(reactor)` for the reactors on the list at entry. What one throws goes to its
 /// onNotificationException(attribute), and the walk goes on; what that throws ends the walk and reaches the caller.
 template <class Call>
 void walkReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute, Call const& call) {
   if (reactors.count() == 0) return;
   auto const held = holdOver(notifier);
-  HeldReactors const all{reactors};
+  HeldReactors const all = heldFor(reactors, attribute);
   Expect const* const around = Expect::innermost();
   for (ReactorTurns walk{all}; walk; walk.advance()) {
     try {
@@ -32,11 +45,6 @@ void walkReactors(PtrInterface const& notifier, ReactorChain const& reactors, At
     }
   }
 }
-
-/// Tells the reactors that the last reference on the notifier has gone, as attribute `event`. Weak reactors that are
-/// still on the list afterwards are let go if the notifier is to go: those that entered during the walk, and those that
-/// it did not reach since another's failure ended it. They would keep a pointer to nothing.
-void notifyLastReferenceGone(PtrInterface const& notifier, ReactorChain& reactors, AttributeId event);
 
 /// A slot without a key, as a member of the root of the reactors.
 using ReactorSlot = void (PtrInterface::NotifieeConst::*)();

@@ -6,6 +6,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 #include <ostream>
 
 namespace Vek {
@@ -50,17 +51,16 @@ std::ostream& operator<<(std::ostream& os, Name const& name) { return os << Stri
 String8 format(char const* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);
-  std::va_list again;
-  va_copy(again, arguments);
-  int const length = std::vsnprintf(nullptr, 0, format, arguments);
+  int const counted = std::vsnprintf(nullptr, 0, format, arguments);
   va_end(arguments);
-  String8 text;
-  if (length > 0) {
-    auto* const data = StringN<U8>::Data::create(static_cast<std::size_t>(length));
-    text = String8{*data};
-    std::vsnprintf(data->bytes(), static_cast<std::size_t>(length) + 1, format, again);
-  }
-  va_end(again);
+  if (counted == 0) return {};
+  // Negative where an int cannot count the bytes: too long for any text.
+  auto const length = counted < 0 ? std::numeric_limits<std::size_t>::max() : static_cast<std::size_t>(counted);
+  auto* const data = StringN<U8>::Data::create(length);
+  String8 text{*data};
+  va_start(arguments, format);
+  std::vsnprintf(data->bytes(), length + 1, format, arguments);
+  va_end(arguments);
   return text;
 }
 

@@ -76,7 +76,8 @@ String8 attributeString(X const& entity, AttributeId id) {
 template <class X>
 void notifyZeroReferences(X& entity) {
   entity.vekWriteGuardIs(false);  // its destructor lets children go
-  notifyLastReferenceGone(entity, reactorsOf<X>(entity), Entity::zeroReferencesEvent);
+  notifyReactors(entity, reactorsOf<X>(entity), Entity::zeroReferencesEvent,
+                 &PtrInterface::NotifieeConst::onZeroReferences);
 }
 
 }  // namespace Vek

@@ -7,18 +7,23 @@
 #include "dornl3/frame/TypeFrame.h"
 
 #include <array>
+#include <bit>
 
 namespace Vek {
 
 namespace detail {
 
+/// The code of a member function that is not virtual: in the ABI of all our platforms, a pointer to it begins with it.
+template <class Member>
+void const* codeOf(Member member) noexcept {
+  return std::bit_cast<std::array<void const*, 2>>(member)[0];
+}
+
 /// Keeps the pointer access of X callable by name from a debugger.
 template <class X>
 void keepPointerAccess() {
-  static constexpr auto arrow = &Ptr<X>::operator->;
-  static constexpr auto star = &Ptr<X>::operator*;
-  forcePointerAccessH(&star);
-  forcePointerAccessH(&arrow);
+  forcePointerAccessH(codeOf(&Ptr<X>::operator*));
+  forcePointerAccessH(codeOf(&Ptr<X>::operator->));
 }
 
 template <class X>

@@ -42,8 +42,7 @@ class GenericAdapter : public X::Notifiee, public GenericAdapterLink {
 
   void onZeroReferences() override {
     if (reactor() != nullptr) reactor()->PtrInterface::NotifieeConst::onZeroReferences();
-    hasNotificationActiveIs(false);
-    X::Notifiee::onZeroReferences();
+    hasNotificationActiveIs(false);  // off the list, it follows nobody any more
   }
 
   void vekDoZombieReactors(bool zombie) override {

@@ -8,14 +8,17 @@
 
 namespace Vek {
 
-template <class X>
+/// `Passed` is how an X travels as an argument: `X const&`, or X itself where that is as narrow.
+template <class X, class Passed>
 class ValueGeneric : public GenericIf {
  public:
-  ValueGeneric(X const& value, bool isConst) : GenericIf(isConst), value_(value) {}
+  ValueGeneric(Passed value, bool isConst) : GenericIf(isConst), value_(value) {
+    GenericIf::isRegisteredNotifieeIs(true);  // of every fresh one, though a value has no list
+  }
 
   [[nodiscard]] X const& value() const noexcept { return value_; }
   /// Overwrites the value, of a const generic too, and tells nobody.
-  virtual void valIs(X const& value) { value_ = value; }
+  virtual void valIs(Passed value) { value_ = value; }
 
   [[nodiscard]] VekType const* type() const override { return X::_fwkType(); }
   [[nodiscard]] void const* voidPtrIs(Ptr<VekType const> const& t) const override {

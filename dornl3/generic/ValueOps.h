@@ -24,8 +24,8 @@ Ptr<GenericIf> valueAttribute(X const& value, GenericIf::AttributeOp const& op, 
 }  // namespace detail
 
 /// Does `op` on the value that a generic holds: reads an attribute, or compares the whole.
-template <class Attr, class X>
-Ptr<GenericIf> valueAttributeOp(ValueGeneric<X>& generic, GenericIf::AttributeOp const& op,
+template <class Attr, class X, class Passed>
+Ptr<GenericIf> valueAttributeOp(ValueGeneric<X, Passed>& generic, GenericIf::AttributeOp const& op,
                                 Ptr<GenericIf const> const& key, Ptr<GenericIf> const& value) {
   generic.needMutable(op);
   if (op.attribute == 0 && op.op == GenericIf::OpEquals) {

@@ -41,6 +41,9 @@ inline Buffer joined(std::vector<Buffer> const& all) {
   return whole;
 }
 
+// Fills up with zeros to where the next attribute or message may begin.
+inline void pad(Buffer& buffer) { buffer.resize(MNL_ALIGN(buffer.size())); }
+
 // The bytes of an address as people write it: "10.0.0.1", "fd00::1".
 inline Buffer ip(char const* text) {
   Buffer buffer(16);
@@ -59,7 +62,8 @@ inline Buffer via(char const* address) {
   return joined({bytesOf(__kernel_sa_family_t{familyOf(address)}), ip(address)});
 }
 
-// A fixed header and attributes behind it: the body of a message, or a next hop of a multi-path route.
+// A fixed header and attributes behind it: the body of a message, or a next hop of a multi-path route. What comes last
+// has no padding, which readers must bear.
 class Message {
  public:
   template <class Header>
@@ -73,8 +77,13 @@ class Message {
   }
   Message& put(std::uint16_t attribute, Buffer const& payload) {
     nlattr const header{static_cast<std::uint16_t>(sizeof(nlattr) + payload.size()), attribute};
-    bytes_ = joined({bytes_, bytesOf(header), payload});
     pad(bytes_);
+    bytes_ = joined({bytes_, bytesOf(header), payload});
+    return *this;
+  }
+  // Attributes that are put together already.
+  Message& append(Buffer const& attributes) {
+    bytes_ = joined({bytes_, attributes});
     return *this;
   }
 
@@ -94,20 +103,17 @@ class Message {
     header.nlmsg_type = type_;
     header.nlmsg_flags = flags;
     header.nlmsg_seq = sequence;
-    Buffer whole = joined({bytesOf(header), bytes_});
-    pad(whole);
-    return whole;
+    return joined({bytesOf(header), bytes_});
   }
 
  private:
-  static void pad(Buffer& buffer) { buffer.resize(MNL_ALIGN(buffer.size())); }
-
   std::uint16_t type_;
   Buffer bytes_;
 };
 
 inline Buffer nested(std::uint16_t attribute, Buffer const& payload) {
-  Buffer const withEmptyHeader = Message{0, nlattr{}}.put(attribute, payload).body();
+  Buffer withEmptyHeader = Message{0, nlattr{}}.put(attribute, payload).body();
+  pad(withEmptyHeader);
   return {withEmptyHeader.begin() + sizeof(nlattr), withEmptyHeader.end()};
 }
 
@@ -131,11 +137,12 @@ inline Message linkAddress(std::uint32_t link, std::uint8_t scope) {
   return Message{RTM_NEWADDR, header};
 }
 
-inline Message neighbour(int link, char const* address, std::uint16_t state) {
+inline Message neighbour(int link, char const* address, std::uint16_t state, std::uint8_t flags = 0) {
   ndmsg header{};
   header.ndm_family = familyOf(address);
   header.ndm_ifindex = link;
   header.ndm_state = state;
+  header.ndm_flags = flags;
   return Message{RTM_NEWNEIGH, header}.put(NDA_DST, ip(address));
 }
 

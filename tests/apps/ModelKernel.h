@@ -12,7 +12,9 @@ namespace Apps::Kernel {
 
 class ModelKernel {
  public:
-  using Paths = std::set<unsigned>;  // 0 to 5: gateway n % 3 on link 1 + n / 3; 6 and 7: links 1 and 2 without gateway
+  // 0 to 5: by a gateway, three on each of two links; 2 goes like 1, with labels around the packet; those on the second
+  // link are down. 6 and 7: by the links without gateway.
+  using Paths = std::set<unsigned>;
 
   struct Route {
     Paths paths;
@@ -20,45 +22,47 @@ class ModelKernel {
     friend bool operator==(Route const&, Route const&) = default;
   };
 
-  ModelKernel() { answer(); }
+  enum class Place { alone, first, last };  // of a route among those of the same key
+
+  // What the keys 1 and 2 of routes differ in; 0 is the default route.
+  enum class Differ { prefix, typeOfService, metric, table, source, count };
+
+  explicit ModelKernel(Differ differ = Differ::prefix) : differ_{differ} { answer(); }
 
   RecordedSource source;
   RecordedNotifications notifications;
   RouteCommands commands;  // what was done, but for what the kernel did silently
 
-  // IPv4 routes to prefix `key`. What the kernel would refuse is not done.
-  void add4(unsigned key, Route const& route);      // where there is none
-  void append4(unsigned key, Route const& route);   // behind others of the same key, which may go the same way
-  void prepend4(unsigned key, Route const& route);  // before them
+  // What the kernel would refuse is not done.
+  void add4(unsigned key, Route const& route, Place place = Place::alone);
   void replace4(unsigned key, Route const& route);  // the first of them
-  void delete4(unsigned key, std::size_t which);
-  // IPv6 routes; paths with gateways make up one route, others are routes of their own.
+  void replaceByLocal4(unsigned key);               // a route that is the only one
+  // IPv6 paths with gateways make up one route, others are routes of their own.
   void add6(unsigned key, unsigned path);
   void replace6(unsigned key, Paths const& paths);  // paths with gateways
   void delete6(unsigned key, unsigned path);        // one path
-  void deleteAll6(unsigned key, std::size_t which);
+  void erase(std::uint8_t family, unsigned key, std::size_t which);
 
   void object(std::uint32_t id, unsigned path);  // makes or replaces it
   void deleteObject(std::uint32_t id);           // and silently the IPv4 routes by way of it
   void neighbour(unsigned gateway, std::uint16_t state);
   void deleteNeighbour(unsigned gateway);
-  void flap(std::uint32_t link);  // down and up: silently without its IPv4 routes
+  void flap(std::uint32_t link);  // silently without its IPv4 routes: the first loses its carrier, the second goes down
 
  private:
-  using Table = std::map<unsigned, std::vector<Route>>;
-  enum class Place { alone, first, last };  // among the routes to one prefix
-
-  [[nodiscard]] Message message(std::uint8_t family, unsigned key, Route const& route) const;
-  void tell(Message const& route, std::uint16_t flags = 0);
-  void insert4(unsigned key, Route const& route, Place place, std::uint16_t flags);
-  void erase(std::uint8_t family, unsigned key, std::size_t which);
-  void dropSilently(bool (*isGone)(Route const&, std::uint32_t), std::uint32_t what);
+  [[nodiscard]] Message message(std::uint8_t family, unsigned key, Route const& route,
+                                std::uint8_t type = RTN_UNICAST) const;
+  [[nodiscard]] Message objectMessage(std::uint32_t id, unsigned path) const;
+  [[nodiscard]] Message neighbourMessage(unsigned gateway, std::uint16_t state) const;
+  void tell(Message const& message, std::uint16_t flags = 0);
+  void tellRoute(Message const& route, std::uint64_t& count, std::uint16_t flags = 0);
+  void dropSilently(std::function<bool(Route const&)> const& isGone);
   void answer();
 
-  Table ipv4_;
-  Table ipv6_;
+  Differ differ_;
+  std::map<std::pair<std::uint8_t, unsigned>, std::vector<Route>> routes_;  // by family and key
   std::map<std::uint32_t, unsigned> objects_;
-  std::map<unsigned, std::uint16_t> neighbours_;  // by link and gateway, as paths
+  std::map<unsigned, std::uint16_t> neighbours_;  // on the first link
 };
 
 }  // namespace Apps::Kernel

@@ -15,7 +15,7 @@ namespace Apps::Kernel {
 
 struct Answer {
   std::vector<Message> messages = {};
-  bool interrupted = false;            // the kernel says so in its last message
+  bool interrupted = false;            // the kernel says so in one message
   int error = 0;                       // with which the answer ends; 0: well
   bool overrun = false;                // it breaks off: the rest was lost
   std::uint32_t sequenceOfOthers = 0;  // messages before it, of an answer to another request
@@ -37,6 +37,9 @@ class RecordedSource final : public MessageSource {
 
   // Has each datagram pass through `spoil` before it is received.
   void spoilWith(std::function<void(Buffer&)> spoil) { spoil_ = std::move(spoil); }
+
+  // Begins each table's list of answers again.
+  void again() { requests_.clear(); }
 
   [[nodiscard]] int requests(std::uint16_t table) const {
     auto const found = requests_.find(table);
@@ -75,15 +78,16 @@ class RecordedSource final : public MessageSource {
     overrun_ = answer.overrun;
     for (Message const& message : answer.othersMessages) datagrams_.push_back(message.framed(answer.sequenceOfOthers));
     Buffer datagram;
+    std::uint16_t flags = answer.interrupted ? NLM_F_MULTI | NLM_F_DUMP_INTR : NLM_F_MULTI;
     for (Message const& message : answer.messages) {
-      Buffer const bytes = message.framed(sequence);
+      Buffer const bytes = message.framed(sequence, std::exchange(flags, NLM_F_MULTI));
+      pad(datagram);
       datagram.insert(datagram.end(), bytes.begin(), bytes.end());
       if (datagram.size() < 4096) continue;
       datagrams_.push_back(std::exchange(datagram, {}));
     }
     if (!datagram.empty()) datagrams_.push_back(datagram);
     if (answer.overrun) return;
-    std::uint16_t const flags = answer.interrupted ? NLM_F_MULTI | NLM_F_DUMP_INTR : NLM_F_MULTI;
     datagrams_.push_back(Message{NLMSG_DONE, -answer.error}.framed(sequence, flags));
   }
 

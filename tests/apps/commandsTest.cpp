@@ -34,19 +34,14 @@ class Commands : public AttributeTest {
   }
 };
 
-TEST_F(Commands, GetPrintsTheTextOfASingleValueByItself) {
+TEST_F(Commands, GetPrintsASingleValueByItselfAndMembersInTheirOrder) {
   roots_.status->numVrfsIs(3);
   EXPECT_EQ(get({"status.numVrfs"}), "3\n");
   EXPECT_EQ(get({"auditRequest.tableToAudit"}), "''\n");
   EXPECT_EQ(get({"status.lemV4RouteStats"}), "None\n");
   EXPECT_EQ(get({"status.numVrfs", "status.ipv4RouteStats.routes"}),
             "status.numVrfs = 3\nstatus.ipv4RouteStats.routes = 0\n");
-}
-
-TEST_F(Commands, GetPrintsMembersInTheOrderOfTheCollection) {
-  for (Vek::U32 fap : {7U, 1U, 3U}) {
-    roots_.status->inUseArpEntriesIs(static_cast<unsigned short>(fap), fap * 10);
-  }
+  for (int fap : {7, 1, 3}) set("status.inUseArpEntries[" + std::to_string(fap) + "]", std::to_string(fap * 10));
   EXPECT_EQ(get({"status.inUseArpEntries"}),
             "status.inUseArpEntries[1] = 10\nstatus.inUseArpEntries[3] = 30\nstatus.inUseArpEntries[7] = 70\n");
   EXPECT_EQ(get({"status.inUseArpEntries[3]"}), "30\n");
@@ -60,6 +55,7 @@ TEST_F(Commands, GetGoesIntoChildrenOnlyWhereItIsAskedTo) {
   EXPECT_THAT(one, HasSubstr("auditStatus.auditInfo: 1 member\n"));
   EXPECT_THAT(one, HasSubstr("auditStatus.auditDone: 0 members\n"));
   EXPECT_EQ(get({"auditStatus.auditInfo"}), "auditStatus.auditInfo[kernel] = auditStatus.auditInfo[kernel]\n");
+  EXPECT_EQ(get({"auditStatus.auditInfo[kernel].parent"}), "auditStatus\n") << "what is referred to is named alone";
   EXPECT_THAT(get({"auditStatus"}, Depth::all), HasSubstr(std::string(deep) + " = 7\n"));
   EXPECT_EQ(getJson({"auditStatus"})["auditInfo"]["kernel"]["table"]["ipv4"]["perFapInfo"]["Fap0"]["totalEntriesFixed"],
             7);

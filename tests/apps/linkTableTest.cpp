@@ -15,15 +15,13 @@ constexpr std::uint32_t underlay = 5;
 constexpr Link alone{vxlan, IFF_UP, 0, 0, LinkKind::vxlan};
 constexpr Link bridged{vxlan, IFF_UP, bridge, 0, LinkKind::vxlan};
 
-struct Situation {
-  char const* what;
-  std::vector<Link> links;
-  std::vector<LinkAddress> addresses;
-  bool routes;
-};
-
 TEST(LinkTable, TellsWhetherVxlanTakesPartInRouting) {
-  Situation const situations[] = {
+  struct {
+    char const* what;
+    std::vector<Link> links;
+    std::vector<LinkAddress> addresses;
+    bool routes;
+  } const situations[] = {
       {"no VXLAN link", {{bridge, IFF_UP}}, {{bridge, true}}, false},
       {"a VXLAN link without address", {alone}, {}, false},
       {"a link-local address alone", {alone}, {{vxlan, false}}, false},
@@ -45,12 +43,28 @@ TEST(LinkTable, TellsWhetherVxlanTakesPartInRouting) {
        {},
        false},
   };
-  for (Situation const& situation : situations) {
+  for (auto const& situation : situations) {
     LinkTable table;
     for (Link const& link : situation.links) table.add(link);
     for (LinkAddress const& address : situation.addresses) table.add(address);
     EXPECT_EQ(table.routesVxlan(), situation.routes) << situation.what;
   }
+}
+
+TEST(LinkTable, ForgetsTheAddressesOfALinkThatGoes) {
+  LinkTable table;
+  LinkAddress const address{vxlan, true};
+  EXPECT_FALSE(table.add(address)) << "of no known link";
+  table.add(alone);
+  EXPECT_TRUE(table.add(address));
+  table.remove(vxlan);
+  table.add(alone);
+  EXPECT_FALSE(table.routesVxlan());
+  EXPECT_TRUE(table.add(address));
+  EXPECT_FALSE(table.add(address)) << "told again";
+  EXPECT_TRUE(table.routesVxlan());
+  EXPECT_TRUE(table.remove(address));
+  EXPECT_FALSE(table.routesVxlan());
 }
 
 }  // namespace

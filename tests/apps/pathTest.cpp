@@ -1,8 +1,6 @@
 // Paths that people and programs type, good and bad.
 #include "tests/apps/AttributeTest.h"
 
-#include <random>
-
 namespace Apps::Attributes {
 namespace {
 
@@ -30,16 +28,10 @@ TEST_F(Path, LeadsToEveryKindOfPlaceAndIsWrittenOneWay) {
   };
   for (Case const& c : {
            Case{"status", "status"},
-           Case{"'status'", "status"},
            Case{"status.\"numVrfs\"", "status.numVrfs"},
-           Case{"status.ipv4RouteStats.routes", "status.ipv4RouteStats.routes"},
-           Case{"status.inUseArpEntries[0]", "status.inUseArpEntries[0]"},
            Case{"status.inUseArpEntries[+0002]", "status.inUseArpEntries[2]"},
-           Case{"status.writeCount", "status.writeCount"},
            Case{"auditStatus.auditInfo[kernel].table['ipv4 main'].perFapInfo[\"Fap0\"].totalEntriesFixed",
                 "auditStatus.auditInfo[kernel].table['ipv4 main'].perFapInfo[Fap0].totalEntriesFixed"},
-           Case{"auditStatus.auditInfo['not there']", "auditStatus.auditInfo['not there']"},
-           Case{"auditStatus.auditDone['a.b']", "auditStatus.auditDone['a.b']"},
            Case{"auditStatus.auditDone['']", "auditStatus.auditDone['']"},
            Case{"auditStatus.auditInfo[None]", "auditStatus.auditInfo['None']"},
            Case{"aclRouteConfig.ipv4EgAclLabel[7].value", "aclRouteConfig.ipv4EgAclLabel[7].value"},
@@ -55,7 +47,8 @@ TEST_F(Path, IsRefusedWithWhatWouldFit) {
     char const* says;
   };
   std::string deep = "auditStatus.auditInfo[kernel]";
-  for (int i = 0; i < 20; ++i) deep += ".parent.auditInfo[kernel]";
+  for (int i = 0; i < 15; ++i) deep += ".parent.auditInfo[kernel]";
+  EXPECT_EQ(canonical(deep + ".parent"), deep + ".parent") << "32 attributes";
   for (Case const& c : {
            Case{"statusx", "There is no root entity 'statusx'; did you mean 'status'? There are: aclRouteConfig, "},
            Case{"status.numVrf", "status has no attribute 'numVrf'; did you mean 'numVrfs'? 'dornl3 types "},
@@ -66,39 +59,18 @@ TEST_F(Path, IsRefusedWithWhatWouldFit) {
                                             "is a Hardware::Dorn::FapId, such as 2048."},
            Case{"status.inUseArpEntries[x]", "The key of status.inUseArpEntries is a Hardware::Dorn::FapId, such as "
                                              "2048; 'x' is none: expected a whole number at column 0, found 'x'."},
-           Case{"status.inUseArpEntries[5000]", "is none: "},
-           Case{"status.inUseArpEntries[0", "expected ] at column 24, found the end of the text"},
            Case{"status.lemV4RouteStats.hostCount", "status.lemV4RouteStats is not there. Make it first: "},
            Case{"aclRouteConfig.ipv4EgAclLabel[8].value", "aclRouteConfig.ipv4EgAclLabel[8] is not there."},
            Case{"auditStatus.auditInfo[a b]", "expected ] at column 23"},
            Case{"", "'' is no path: "},
-           Case{"status.", "'status.' is no path: "},
-           Case{"'status", "is no path: "},
            Case{"\x1b[31m", "'\\x1b[31m' is no path: "},
-           Case{deep, "The path has more than 32 attributes."},
-           Case{std::string(5000, 'a'), "The path is longer than 4096 bytes."},
-           Case{std::string(4000, 'a'), "aaa'..."},
+           Case{deep + ".parent.auditInfo", "The path has more than 32 attributes."},
+           Case{std::string(4097, 'a'), "The path is longer than 4096 bytes."},
+           Case{std::string(4096, 'a'), "aaa'..."},
        }) {
     SCOPED_TRACE(c.path);
     EXPECT_THAT(refused(c.path), HasSubstr(c.says));
   }
-}
-
-TEST_F(Path, OfAnyBytesIsAPlaceOrARefusal) {
-  std::mt19937 random{7};
-  constexpr std::string_view pieces[] = {
-      "status", "auditStatus", ".",      "[", "]", "'",    "\"",   "\\",   "inUseArpEntries",
-      "0",      "auditInfo",   "kernel", " ", "-", "\xff", "None", "table"};
-  for (int i = 0; i < 20000; ++i) {
-    std::string path;
-    for (auto n = random() % 12; n > 0; --n) path += pieces[random() % std::size(pieces)];
-    try {
-      std::string const once = canonical(path);
-      EXPECT_EQ(canonical(once), once) << path;
-    } catch (Misfit const&) {
-    }
-  }
-  EXPECT_EQ(roots_.status->writeCount(), 1U) << "looking changes nothing";
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include "apps/show/Figures.h"
 #include "tests/apps/AttributeTest.h"
+#include "tests/apps/SomeFigures.h"
 
 #include <algorithm>
 #include <map>
@@ -33,40 +34,10 @@ class StatusFiller : public Attributes::AttributeTest {
   }
 };
 
-Kernel::KernelFigures figuresWithoutZero() {
-  Kernel::RouteCounts const routes{1, 2, 3, 4, 5, 6};
-  Kernel::PrefixCounts prefixes{.hosts = 7};
-  prefixes.byLength[24] = 8;
-  Kernel::ChangeTimes::OfFamily const times{1, 2, 3, 4};
-  return {.vrfs = 1,
-          .vxlanTunnels = 2,
-          .tunnels = 3,
-          .routesVxlan = true,
-          .ipv4 = routes,
-          .ipv6 = routes,
-          .mpls = routes,
-          .ipv4Prefixes = prefixes,
-          .ipv6Prefixes = prefixes,
-          .mplsPops = 4,
-          .mplsPushes = 5,
-          .ipSets = {1, 2},
-          .mplsSets = {3, 4},
-          .tunnelSets = {5, 6},
-          .commands = {1, 2, 3, 4, 5},
-          .times = {times, times},
-          .linkLayerNeighbours = 6,
-          .failedNeighbours = 7,
-          .routesTrapped = 8,
-          .failedNextHops = 9,
-          .nestedGroups = 10,
-          .missingNextHops = 11,
-          .interrupted = {}};
-}
-
 TEST_F(StatusFiller, FillsWhatItSaysAndNothingElse) {
   Lines const before = lines();
   roots_.request->statusRequestIdInc(1);
-  fill(roots_, figuresWithoutZero());
+  fill(roots_, someFigures());
   answer(roots_, {1, 2.5});
   Attributes::Filled const filled{filledPaths(Reading::following)};
   for (auto const& [path, text] : lines()) {
@@ -79,7 +50,7 @@ TEST_F(StatusFiller, FillsWhatItSaysAndNothingElse) {
 }
 
 TEST_F(StatusFiller, FillsAllThatIsShown) {
-  fill(roots_, figuresWithoutZero());
+  fill(roots_, someFigures());
   Attributes::Filled const filled{filledPaths(Reading::once)};
   for (Figure const& figure : figuresOf(roots_)) {
     std::string const path = std::string{figure.entity} + '.' + std::string{figure.attribute};

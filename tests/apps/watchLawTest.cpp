@@ -103,7 +103,7 @@ class World {
   // A path that its types allow, to something that may be there some time.
   std::string path(std::vector<Choice> const& choices) const {
     std::string path = pick(names(), choices.front().entity);
-    Vek::VekType const* type = directory->entry(Vek::Name(std::string_view{path}))->fwkType();
+    Vek::VekType const* type = directory->entity(Vek::Name(std::string_view{path}))->fwkType();
     for (Choice const& choice : choices) {
       if (type->attributes().empty() || choice.action % 5 == 0) break;
       Vek::VekAttr const& attr = *pick(ownAttributes(*type), choice.attribute);

@@ -43,6 +43,7 @@ class Command {
 void watchRoutes() {
   ASSERT_TRUE(ip("link set lo up\nlink add a0 type veth peer name a1\nlink set a0 addrgenmode none\n"
                  "link set a0 up\nlink set a1 up\naddr add 10.0.0.1/24 dev a0\n"));
+  EXPECT_EQ(Command{"dornl3 show --local --text | grep numVrfs"}.line(), "status.numVrfs = 1\n");
   Command watch{"dornl3 watch --local -n 04 status.ipv4RouteStats.routes 'status.lemV4RouteStats.routeCount[16]'"};
   ASSERT_EQ(watch.line(), "status.ipv4RouteStats.routes = 1\n");
   ASSERT_TRUE(ip("route add 20.0.0.0/16 via 10.0.0.2\n"));

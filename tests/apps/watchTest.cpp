@@ -5,8 +5,6 @@
 
 #include <cstdlib>
 #include <ctime>
-#include <iterator>
-#include <sstream>
 
 namespace Apps::Attributes {
 namespace {
@@ -35,117 +33,46 @@ class WatchTest : public AttributeTest {
     for (Change const& change : changes) lines += "  " + linesOf({change}, 0, Form::text, Stamp::none);
     return lines;
   }
-
-  // Follows a script and writes what is told, indented, under "watch" and "told".
-  std::string transcript(std::string const& script) {
-    std::istringstream lines{script};
-    std::optional<Watch> watch;
-    std::string written;
-    for (std::string line; std::getline(lines, line);) {
-      if (line.starts_with("  ")) continue;
-      written += line + '\n';
-      std::string const command = line.substr(0, line.find(' '));
-      std::string const rest = line.substr(std::min(line.size(), command.size() + 1));
-      if (command == "told") {
-        written += indented(watch->changes());
-      } else if (command == "watch") {
-        std::istringstream words{rest};
-        watch.emplace(*directory_, std::vector<std::string>{std::istream_iterator<std::string>{words}, {}},
-                      Look{Depth::one, Records::byField});
-        written += indented(watch->start());
-      } else if (!command.empty()) {
-        act(command, rest);
-      }
-    }
-    return written;
-  }
 };
 
 TEST_F(WatchTest, TellsWhatThereIsAndThenWhatDiffers) {
-  for (char const* script : {
-           R"(watch status.numVrfs status.ipFecs.numEcmpFecs
-  status.numVrfs = 0
+  act("set", "status.inUseArpEntries[1] = 10");
+  act("set", "auditStatus.auditInfo[a]");
+  Watch watch{*directory_,
+              {"status.numVrfs", "status.ipFecs", "status.inUseArpEntries", "status.inUseArpEntries[3]", "auditStatus",
+               "status.lemV4RouteStats"},
+              {Depth::one, Records::byField}};
+  EXPECT_EQ(indented(watch.start()), R"(  status.numVrfs = 0
+  status.ipFecs.numNonEcmpFecs = 0
   status.ipFecs.numEcmpFecs = 0
-set status.numVrfs = 3
-set status.numVrfs = 4
-set status.ipFecs = Value('Hardware::DornL3Unicast::FecCountStats', ** {'numFecEntries': 2})
-told
-  status.numVrfs = 4
-set status.numVrfs = 5
-set status.numVrfs = 4
-set status.ipFecs = Value('Hardware::DornL3Unicast::FecCountStats', ** {'numEcmpFecs': 1})
-told
-  status.ipFecs.numEcmpFecs = 1
-told
-)",
-           R"(set status.inUseArpEntries[7] = 70
-set status.inUseArpEntries[1] = 10
-watch status.inUseArpEntries status.inUseArpEntries[3]
+  status.ipFecs.numFecEntries = 0
   status.inUseArpEntries[1] = 10
-  status.inUseArpEntries[7] = 70
-set status.inUseArpEntries[9] = 90
-del status.inUseArpEntries[1]
-set status.inUseArpEntries[3] = 30
-told
-  status.inUseArpEntries[3] = 30
-  status.inUseArpEntries[9] = 90
-  status.inUseArpEntries[1]: gone
-  status.inUseArpEntries[3] = 30
-del status.inUseArpEntries[3]
-told
-  status.inUseArpEntries[3]: gone
-  status.inUseArpEntries[3]: gone
-)",
-           R"(set auditStatus.auditInfo[a]
-watch auditStatus
   auditStatus.numAudits = 0
   auditStatus.auditDoneId = 0
   auditStatus.statusClearDoneId = 0
   auditStatus.auditInfo[a] = auditStatus.auditInfo[a]
-set auditStatus.auditInfo[kernel].table[ipv4].perFapInfo[Fap0].totalEntriesFixed = 7
-set auditStatus.auditDone['a\n'] = True
-set auditStatus.auditDoneId = 2
-del auditStatus.auditInfo[a]
-told
-  auditStatus.auditDoneId = 2
+  status.lemV4RouteStats = None
+)");
+  act("set", "status.numVrfs = 3");
+  act("set", "status.numVrfs = 0");
+  act("set", "status.ipFecs = Value('Hardware::DornL3Unicast::FecCountStats', ** {'numEcmpFecs': 1})");
+  act("set", "status.inUseArpEntries[3] = 30");
+  act("del", "status.inUseArpEntries[1]");
+  act("set", std::string(deep) + " = 7");
+  act("set", "auditStatus.auditDone['a\\n'] = True");
+  act("del", "auditStatus.auditInfo[a]");
+  act("set", "status.lemV4RouteStats.routeCount[24] = 2");
+  EXPECT_EQ(indented(watch.changes()), R"(  status.ipFecs.numEcmpFecs = 1
+  status.inUseArpEntries[3] = 30
+  status.inUseArpEntries[1]: gone
+  status.inUseArpEntries[3] = 30
   auditStatus.auditInfo[kernel] = auditStatus.auditInfo[kernel]
   auditStatus.auditInfo[a]: gone
   auditStatus.auditDone['a\n'] = True
-)",
-           R"(watch status.ipFecs aclRouteConfig.ipv4EgAclLabel
-  status.ipFecs.numNonEcmpFecs = 0
-  status.ipFecs.numEcmpFecs = 0
-  status.ipFecs.numFecEntries = 0
-set status.ipFecs = Value('Hardware::DornL3Unicast::FecCountStats', ** {'numEcmpFecs': 1, 'numFecEntries': 1})
-set aclRouteConfig.ipv4EgAclLabel[7] = 8
-told
-  status.ipFecs.numEcmpFecs = 1
-  status.ipFecs.numFecEntries = 1
-  aclRouteConfig.ipv4EgAclLabel[7] = 8
-)",
-           R"(watch status.lemV4RouteStats status.lemV4RouteStats.hostCount
-  status.lemV4RouteStats = None
-set status.lemV4RouteStats.routeCount[24] = 2
-told
   status.lemV4RouteStats.hostsInLem = False
   status.lemV4RouteStats.hostCount = 0
   status.lemV4RouteStats.routeCount[24] = 2
-  status.lemV4RouteStats.hostCount = 0
-set status.lemV4RouteStats = 'another'
-set status.lemV4RouteStats.hostsInLem = True
-told
-  status.lemV4RouteStats.hostsInLem = True
-  status.lemV4RouteStats.routeCount[24]: gone
-del status.lemV4RouteStats
-told
-  status.lemV4RouteStats = None
-  status.lemV4RouteStats: gone
-)",
-       }) {
-    Show::Roots const fresh;
-    fresh.forEach([this](Vek::Ptr<Vek::Entity> const& root) { directory_->entryIs(root); });
-    EXPECT_EQ(transcript(script), script);
-  }
+)");
 }
 
 TEST_F(WatchTest, WithoutAPathFollowsAllThatIsFilled) {
@@ -182,7 +109,9 @@ TEST_F(WatchTest, RefusesWhatCanNeverBeThereOrIsNeverToldOf) {
                 }),
                 HasSubstr(c.says));
   }
-  std::vector<std::string> const many(Watch::maxPaths + 1, "status");
+  std::vector<std::string> many(Watch::maxPaths, "status");
+  EXPECT_EQ(refusal([&] { return Watch{*directory_, many, {Depth::one}}.start(); }), "accepted");
+  many.emplace_back("status");
   EXPECT_THAT(refusal([&] {
                 return Watch{*directory_, many, {Depth::one}}.start();
               }),
@@ -215,7 +144,7 @@ TEST_F(WatchTest, PrintsTimesAndJson) {
 }
 
 TEST_F(WatchTest, ForgetsWhatHasLeftItsPlace) {
-  Watch watch{*directory_, {"status.lemV4RouteStats", deep}, {Depth::one}};
+  Watch watch{*directory_, {"status.lemV4RouteStats.hostCount", deep}, {Depth::one}};
   act("set", std::string(deep) + " = 7");
   static_cast<void>(watch.start());
   auto const leaving = roots_.auditStatus->auditInfo("kernel")->table("ipv4")->perFapInfo("Fap0");
@@ -226,7 +155,7 @@ TEST_F(WatchTest, ForgetsWhatHasLeftItsPlace) {
   act("set", std::string(deep) + " = 9");
   act("del", "status.lemV4RouteStats");
   leaving->totalEntriesFixedIs(10);
-  EXPECT_EQ(indented(watch.changes()), "  status.lemV4RouteStats = None\n  " + std::string(deep) + " = 9\n");
+  EXPECT_EQ(indented(watch.changes()), "  status.lemV4RouteStats: gone\n  " + std::string(deep) + " = 9\n");
   leaving->totalEntriesFixedIs(11);
   goesForGood->hostCountIs(3);
   EXPECT_EQ(indented(watch.changes()), "");

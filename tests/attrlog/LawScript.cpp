@@ -3,6 +3,7 @@
 #include "dornl3/generic/Digest.h"
 
 #include <memory>
+#include <sstream>
 
 namespace LogTest {
 
@@ -13,7 +14,8 @@ namespace {
 
 constexpr char const* kindNames[] = {"size",      "broken", "played",   "place", "counts", "countsDel", "countsDelAll",
                                      "faps",      "wanted", "wantedDel", "notes", "notesDel", "vlans",
-                                     "step",      "settle", "cut"};
+                                     "text",      "lid",    "lidDel", "lidOpen", "shelf", "shelfDel", "drawer",
+                                     "drawerDel", "things", "step",      "settle", "cut"};
 
 // What a reactor last saw; complains where it is told of what it has seen.
 class Seen {
@@ -47,11 +49,13 @@ struct ToyEar final : Toy::Notifiee {
   void onBroken() override { seen.now("broken", text(notifier()->broken())); }
   void onPlayed() override { seen.now("played", text(notifier()->played())); }
   void onPlace() override { seen.now("place", text(notifier()->place())); }
+  void onText() override { seen.now("text", std::string(notifier()->text().view())); }
   void start() {
     seen.is("size", text(notifier()->size()));
     seen.is("broken", text(notifier()->broken()));
     seen.is("played", text(notifier()->played()));
     seen.is("place", text(notifier()->place()));
+    seen.is("text", std::string(notifier()->text().view()));
   }
   Seen seen;
 };
@@ -75,6 +79,15 @@ struct BoxEar final : ToyBox::Notifiee {
   void onWanted(Vek::U32 k) override { key("wanted ", notifier()->wantedIteratorConst(), k); }
   void onNotes(Vek::String8 k) override { key("notes ", notifier()->notesIteratorConst(), k); }
   void onVlans(Bridging::VlanIdOrNone k) override { key("vlans ", notifier()->vlansIteratorConst(), k); }
+  // A child counts as another one when it is another object.
+  template <class Child>
+  static std::string object(Vek::Ptr<Child> const& child) {
+    std::ostringstream text;
+    if (child) text << child.ptr();
+    return text.str();
+  }
+  void onLid() override { seen.now("lid", object(notifier()->lid())); }
+  void onShelves(Vek::Name k) override { seen.now("shelf " + std::string(k.view()), object(notifier()->shelves(k))); }
   template <class It>
   void startAt(char const* name, It it) {
     for (; it; ++it) seen.is(std::string(name) + text(it->key()), text(it->value()));
@@ -85,6 +98,10 @@ struct BoxEar final : ToyBox::Notifiee {
     startAt("wanted ", notifier()->wantedIteratorConst());
     startAt("notes ", notifier()->notesIteratorConst());
     startAt("vlans ", notifier()->vlansIteratorConst());
+    seen.is("lid", object(notifier()->lid()));
+    for (auto it = notifier()->shelvesIterator(); it; ++it) {
+      seen.is("shelf " + std::string(it->name().view()), object(Vek::Ptr<Toys::Shelf>(it.ptr())));
+    }
   }
   Seen seen;
 };
@@ -105,35 +122,83 @@ std::ostream& operator<<(std::ostream& os, Act const& act) {
             << act.value << '}';
 }
 
-class LawScript::Ears {
+// A process that mounts toy and box from another, whose directory is `from`.
+class LawScript::Replica {
  public:
-  Vek::Ptr<ToyEar> toy;
-  Vek::Ptr<BoxEar> box;
+  Replica(LawOptions const& options, Vek::Ptr<Vek::Dir> from, std::string& heard)
+      : link(options.pair),
+        dir(Vek::make<Vek::Dir>()),
+        toyMount(Vek::make<Mount>("toy", *Toy::_fwkType(), options.access, dir)),
+        boxMount(Vek::make<Mount>("box", *ToyBox::_fwkType(), options.access, dir)),
+        access_(options.access),
+        from_(std::move(from)),
+        heard_(heard) {
+    link.reader().mounts().mountIs(toyMount);
+    link.reader().mounts().mountIs(boxMount);
+  }
+  ~Replica() {
+    link.cut();
+    if (toyEar_) toyEar_->notifierIs(nullptr);
+    if (boxEar_) boxEar_->notifierIs(nullptr);
+  }
+  Replica(Replica const&) = delete;
+  Replica& operator=(Replica const&) = delete;
+
+  void reconnect() {
+    link.connect();
+    exported_ = 0;
+    link.reader().mounts().mountIs(toyMount);
+    link.reader().mounts().mountIs(boxMount);
+  }
+
+  // Exports what has come into being where this mounts from, and listens to what has come here.
+  void lookRound() {
+    for (char const* name : {"toy", "box"}) {
+      auto const entity = from_->entity(name);
+      unsigned const bit = *name == 't' ? 1U : 2U;
+      if (!entity || (exported_ & bit) != 0) continue;
+      exported_ |= bit;
+      link.owner().exports().exportIs(entity, access_);
+    }
+    if (!toyEar_ && dir->entity("toy")) toyEar_ = listening<ToyEar>(dir->entity("toy"), heard_);
+    if (!boxEar_ && dir->entity("box")) boxEar_ = listening<BoxEar>(dir->entity("box"), heard_);
+  }
+
+  LogPair link;
+  Vek::Ptr<Vek::Dir> dir;
+  Vek::Ptr<Mount> toyMount;
+  Vek::Ptr<Mount> boxMount;
+
+ private:
+  Access access_;
+  Vek::Ptr<Vek::Dir> from_;
+  std::string& heard_;
+  unsigned exported_ = 0;
+  Vek::Ptr<ToyEar> toyEar_;
+  Vek::Ptr<BoxEar> boxEar_;
 };
 
-LawScript::LawScript(LawOptions const& options)
-    : options_(options), pair_(options.pair), ears_(std::make_unique<Ears>()) {
-  toyMount_ = Vek::make<Mount>("toy", *Toy::_fwkType(), options_.access, dir_);
-  boxMount_ = Vek::make<Mount>("box", *ToyBox::_fwkType(), options_.access, dir_);
-  bind();
+LawScript::LawScript(LawOptions const& options) : options_(options) {
+  home_->entryIs(Toys::toyFactory("toy"));
+  home_->entryIs(Toys::toyBoxFactory("box"));
+  replicas_.push_back(std::make_unique<Replica>(options_, home_, heard_));
+  if (options_.joined == Joined::pair) return;
+  auto const& from = options_.joined == Joined::star ? home_ : replicas_.front()->dir;
+  replicas_.push_back(std::make_unique<Replica>(options_, from, heard_));
 }
 
-LawScript::~LawScript() {
-  pair_.cut();
-  if (ears_->toy) ears_->toy->notifierIs(nullptr);
-  if (ears_->box) ears_->box->notifierIs(nullptr);
+LawScript::~LawScript() = default;
+
+void LawScript::lookRound() {
+  for (auto const& replica : replicas_) replica->lookRound();
 }
 
-void LawScript::bind() {
-  pair_.owner().exports().exportIs(toy_, options_.access);
-  pair_.owner().exports().exportIs(box_, options_.access);
-  pair_.reader().mounts().mountIs(toyMount_);
-  pair_.reader().mounts().mountIs(boxMount_);
-}
-
-void LawScript::watch() {
-  if (!ears_->toy && dir_->entity("toy")) ears_->toy = listening<ToyEar>(dir_->entity("toy"), heard_);
-  if (!ears_->box && dir_->entity("box")) ears_->box = listening<BoxEar>(dir_->entity("box"), heard_);
+// A chain comes to rest link by link, and news from the end of it goes back the same way.
+void LawScript::settle() {
+  for (int i = 0; i < 8; ++i) {
+    lookRound();
+    for (auto const& replica : replicas_) replica->link.settle();
+  }
 }
 
 void LawScript::change(Toy& toy, ToyBox& box, Act const& act) {
@@ -141,6 +206,10 @@ void LawScript::change(Toy& toy, ToyBox& box, Act const& act) {
   Vek::U32 const value = act.value;
   Vek::String8 const name(std::string(1, static_cast<char>('a' + key)));
   auto const id = static_cast<unsigned short>(key);
+  // Few names, so that the same ones come and go; two children below each.
+  Vek::Name const shelf(std::string(1, static_cast<char>('p' + key / 2)));
+  Vek::String8 const label(key % 2 == 0 ? "left" : "right");
+  Vek::Ptr<Toys::Shelf> const standing = box.shelves(shelf);
   switch (act.kind) {
   case Act::size: return toy.sizeIs(value);
   case Act::broken: return toy.brokenIs(value % 2 == 1);
@@ -155,46 +224,69 @@ void LawScript::change(Toy& toy, ToyBox& box, Act const& act) {
   case Act::notes: return box.notesIs(name, {key, value / 2.0, name});
   case Act::notesDel: return static_cast<void>(box.notesDel(name));
   case Act::vlans: return box.vlansIs(Bridging::VlanIdOrNone(id), Kiln::Fapmask({value, 0, 0, key}));
+  case Act::text: return toy.textIs(Vek::String8(std::string_view(std::string(key * key * 10, static_cast<char>('a' + value)))));
+  case Act::lid: return static_cast<void>(box.lidIs(value == 0 ? "flap" : "lid"));
+  case Act::lidDel: return static_cast<void>(box.lidDel());
+  case Act::lidOpen:
+    if (Vek::Ptr<Toys::Lid> const lid = box.lid()) lid->openIs(value % 2 == 1);
+    return;
+  case Act::shelf: return static_cast<void>(box.shelvesIs(shelf));
+  case Act::shelfDel: return static_cast<void>(box.shelvesDel(shelf));
+  case Act::drawer:
+    if (standing) standing->drawersIs(label)->thingsIs(value);
+    return;
+  case Act::drawerDel:
+    if (standing) standing->drawersDel(label);
+    return;
+  case Act::things:
+    if (standing && standing->drawers(label)) standing->drawers(label)->thingsInc(value);
+    return;
   default: return;
   }
 }
 
 void LawScript::act(Act const& act) {
+  Replica& replica = *replicas_[act.key % replicas_.size()];
   switch (act.kind) {
-  case Act::step: return pair_.step();
-  case Act::settle: return pair_.settle();
-  case Act::cut:
-    pair_.connect();
-    return bind();
+  case Act::step:
+    for (auto const& each : replicas_) each->link.step();
+    return;
+  case Act::settle: return settle();
+  case Act::cut: return replica.reconnect();
   default: break;
   }
-  if (!act.byReplica) return change(*toy_, *box_, act);
-  auto const toy = Vek::ptrCast<Toy>(dir_->entity("toy"));
-  auto const box = Vek::ptrCast<ToyBox>(dir_->entity("box"));
+  Vek::Dir const& dir = act.byReplica ? *replica.dir : *home_;
+  auto const toy = Vek::ptrCast<Toy>(dir.entity("toy"));
+  auto const box = Vek::ptrCast<ToyBox>(dir.entity("box"));
   if (!toy || !box) return;
   try {
     change(*toy, *box, act);
   } catch (Vek::ReadOnlyException const&) {
     // Read-only, or not in step: nothing was stored, as the digest will tell.
+    if (!act.byReplica) throw;
   }
 }
 
 void LawScript::play(std::vector<Act> const& acts) {
+  lookRound();
   for (Act const& each : acts) {
     act(each);
-    watch();
+    lookRound();
   }
-  pair_.settle();
-  watch();
+  settle();
 }
 
 std::string LawScript::complaint() {
   if (!heard_.empty()) return heard_;
-  if (toyMount_->state() != Vek::Dir::inStep) return "the toy's mount is not in step";
-  if (boxMount_->state() != Vek::Dir::inStep) return "the box's mount is not in step";
-  if (Vek::digest(*toy_) != Vek::digest(*dir_->entity("toy"))) return "the toys differ";
-  if (Vek::digest(*box_) != Vek::digest(*dir_->entity("box"))) return "the boxes differ";
-  if (pair_.owner().demuxer().skipped() + pair_.reader().demuxer().skipped() != 0) return "a record was passed over";
+  for (auto const& replica : replicas_) {
+    for (auto const& mount : {replica->toyMount, replica->boxMount}) {
+      std::string const name(mount->name().view());
+      if (mount->state() != Vek::Dir::inStep) return "the mount of the " + name + " is not in step";
+      if (Vek::digest(*home_->entity(mount->name())) != Vek::digest(*mount->entity())) return "the " + name + " differs";
+    }
+    bool const hasOneWriter = options_.access == Access::readOnly;
+    if (hasOneWriter && replica->link.reader().demuxer().skipped() != 0) return "a record was passed over";
+  }
   return {};
 }
 

@@ -6,6 +6,7 @@
 #include "tests/frame/Toy.h"
 
 #include <map>
+#include <memory>
 #include <ostream>
 #include <vector>
 
@@ -27,6 +28,15 @@ struct Act {
     notes,
     notesDel,
     vlans,
+    text,
+    lid,
+    lidDel,
+    lidOpen,
+    shelf,
+    shelfDel,
+    drawer,
+    drawerDel,
+    things,
     step,    ///< each end acts once
     settle,  ///< until there is nothing to do
     cut,     ///< the connection breaks, and another takes its place
@@ -40,9 +50,14 @@ struct Act {
 
 std::ostream& operator<<(std::ostream& os, Act const& act);
 
+/// How the processes of a history are joined: the owner and one replica; the owner and two; the owner, a replica, and a
+/// replica of that.
+enum class Joined { pair, star, chain };
+
 struct LawOptions {
   PairOptions pair;
   Access access = Access::readOnly;
+  Joined joined = Joined::pair;
 };
 
 /// Plays histories.
@@ -58,24 +73,17 @@ class LawScript {
   [[nodiscard]] std::string complaint();
 
  private:
-  template <class X>
-  class Watcher;
+  class Replica;
 
-  void bind();
   void act(Act const& act);
   static void change(Toys::Toy& toy, Toys::ToyBox& box, Act const& act);
-  void watch();
+  void lookRound();
+  void settle();
 
   LawOptions options_;
-  LogPair pair_;
-  Vek::Ptr<Vek::Dir> dir_ = Vek::make<Vek::Dir>();
-  Vek::Ptr<Toys::Toy> toy_ = Toys::toyFactory("toy");
-  Vek::Ptr<Toys::ToyBox> box_ = Toys::toyBoxFactory("box");
-  Vek::Ptr<Mount> toyMount_;
-  Vek::Ptr<Mount> boxMount_;
-  class Ears;
-  std::unique_ptr<Ears> ears_;
   std::string heard_;  // the first complaint of a reactor
+  Vek::Ptr<Vek::Dir> home_ = Vek::make<Vek::Dir>();
+  std::vector<std::unique_ptr<Replica>> replicas_;
 };
 
 }  // namespace LogTest

@@ -21,10 +21,6 @@ struct Lists : LeakCheck {
       list.insert(*held.back());
     }
   }
-  void release(std::size_t i) {
-    list.remove(*held[i]);
-    held[i] = nullptr;
-  }
   static std::vector<PlainReactor*> walked(List const& list) {
     std::vector<PlainReactor*> members;
     for (List::LrIterator it{list}; it; ++it) members.push_back(it.ptr());
@@ -44,7 +40,11 @@ TEST_F(Lists, DeleteAllClearsEveryLinkAndCountsAVersion) {
   list.deleteAll();
   EXPECT_EQ(list.version(), 1U);
   fill(3);
+  Ptr<Vek::PtrInterface> const notifier = make<PlainReactor>();
+  for (auto const& reactor : held) reactor->notifierIs(notifier);
+  held[1]->isWeakReferenceIs(true);
   list.deleteAll();
+  for (auto const& reactor : held) EXPECT_EQ(reactor->rawNotifier() == nullptr, reactor == held[1]);
   EXPECT_EQ(list.version(), 5U);
   EXPECT_EQ(list.count(), 0U);
   EXPECT_EQ(list.head(), nullptr);
@@ -66,28 +66,17 @@ TEST_F(Lists, AnIteratorHoldsItsMemberAndRemovesAsItGoes) {
     EXPECT_EQ(held[0]->references(), 2U);
     ++it;
     EXPECT_EQ(held[0]->references(), 2U) << "the one before is held too";
-    List::LrIterator copy = it;
-    EXPECT_EQ(held[1]->references(), 3U);
-    ++copy;
-    EXPECT_EQ(it.ptr(), held[1].ptr());
-    copy = it;
-    EXPECT_EQ(copy.ptr(), held[1].ptr());
     it.remove(list);
     EXPECT_EQ(it.ptr(), held[2].ptr());
     ++it;
     EXPECT_EQ(it.ptr(), held[2].ptr()) << "it stood on the next one already";
-    ++it;
-    EXPECT_EQ(it.ptr(), held[3].ptr());
-    ++it;
-    it.remove(list);
-    EXPECT_FALSE(it);
   }
-  EXPECT_EQ(walked(list), order({0, 2, 3}));
+  EXPECT_EQ(walked(list), order({0, 2, 3, 4}));
   for (auto const& reactor : held) EXPECT_EQ(reactor->references(), 1U);
 }
 
 struct Snapshots : Lists, testing::WithParamInterface<std::size_t> {};
-INSTANTIATE_TEST_SUITE_P(Of, Snapshots, testing::Values(0, 1, 2, 15, 16, 17, 40));
+INSTANTIATE_TEST_SUITE_P(Of, Snapshots, testing::Values(0, 3, 16, 17));
 
 TEST_P(Snapshots, HoldEachReactorUntilItsTurnIsOver) {
   fill(GetParam());
@@ -105,36 +94,6 @@ TEST_P(Snapshots, HoldEachReactorUntilItsTurnIsOver) {
     EXPECT_EQ(turn, held.size());
   }
   EXPECT_EQ(allocationCount() - before, expected);
-}
-
-TEST_P(Snapshots, AbandonedHalfwayGiveBackAllReferences) {
-  fill(GetParam());
-  {
-    Snapshot walk{list};
-    if (walk) ++walk;
-  }
-  for (auto const& reactor : held) EXPECT_EQ(reactor->references(), 1U);
-}
-
-TEST_P(Snapshots, PassOverWhatOnlyTheyStillHold) {
-  fill(GetParam());
-  std::vector<std::size_t> called;
-  std::size_t turns = 0;
-  {
-    Snapshot walk{list};
-    for (std::size_t i = 0; i < held.size(); ++i) {
-      if (i % 3 != 1) release(i);
-    }
-    for (; walk; ++walk, ++turns) {
-      for (std::size_t i = 0; i < held.size(); ++i) {
-        if (held[i].ptr() == &*walk) called.push_back(i);
-      }
-    }
-  }
-  std::vector<std::size_t> expected;
-  for (std::size_t i = 1; i < held.size(); i += 3) expected.push_back(i);
-  EXPECT_EQ(called, expected);
-  EXPECT_EQ(turns, expected.size() + (held.empty() ? 0 : 1)) << "the first is never passed over";
 }
 
 }  // namespace

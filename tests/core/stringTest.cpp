@@ -26,16 +26,8 @@ TEST_F(Strings, NullAndEmptyAreTheEmptyText) {
     EXPECT_STREQ(empty.charPtr(), "");
     EXPECT_EQ(empty.hash(), String8{}.hash());
   }
-}
-
-TEST_F(Strings, TheEmptyTextHasOneBlockWhoseReferencesComeAndGo) {
   auto const before = String8::nullStringData_.references();
-  {
-    String8 const empty{""};
-    Cursor const cursor;
-    EXPECT_EQ(String8::nullStringData_.references(), before + 2);
-    EXPECT_EQ(&empty.data(), &String8::nullStringData_);
-  }
+  { String8 const empty{""}; }
   EXPECT_EQ(String8::nullStringData_.references(), before);
 }
 
@@ -55,45 +47,27 @@ TEST_F(Strings, CopyingSharesTheBytesAndTheLastReleaseFreesThem) {
   EXPECT_TRUE(first.empty());  // NOLINT(bugprone-use-after-move): a moved-from string is the empty text
 }
 
-TEST_F(Strings, ACursorKeepsTheTextOfAStringThatHasGone) {
-  Cursor cursor;
-  {
-    String8 const text{"kept by the cursor"};
-    cursor = Cursor{text, 8};
-  }
-  EXPECT_EQ(cursor.rest(), "the cursor");
-  EXPECT_TRUE(String8{cursor} == "the cursor");
-  EXPECT_EQ(cursor.end().position(), 18);
-}
-
-TEST_F(Strings, EndOfText) {
-  EXPECT_TRUE(Cursor{}.eot());
-  EXPECT_TRUE(String8::Iterator{}.eot());
-  String8 const text{"ab"};
+TEST_F(Strings, ACursorKeepsTheTextOfAStringThatHasGoneAndStaysInIt) {
   struct {
     int position;
     bool eot;
     bool inside;
     char const* rest;
     char const* string;
-  } const cases[] = {
-      {-2147483647 - 1, false, false, "", "ab"},
-      {-1, false, false, "", "ab"},
-      {0, false, true, "ab", "ab"},
-      {1, false, true, "b", "b"},
-      {2, true, false, "", ""},
-      {3, true, false, "", ""},
-      {2147483647, true, false, "", ""},
-  };
+  } const cases[] = {{-1, false, false, "", "ab"},
+                     {1, false, true, "b", "b"},
+                     {2, true, false, "", ""},
+                     {2147483647, true, false, "", ""}};
   for (auto const& c : cases) {
     SCOPED_TRACE(c.position);
-    Cursor const cursor{text, c.position};
+    Cursor const cursor{String8{"ab"}, c.position};
     EXPECT_EQ(cursor.eot(), c.eot);
     EXPECT_EQ(cursor.inside(), c.inside);
     EXPECT_EQ(cursor.rest(), c.rest);
     EXPECT_EQ(std::string_view{String8{cursor}}, c.string);
-    EXPECT_TRUE(String8{cursor} == text.substr(c.position, ~0U));
+    EXPECT_EQ(cursor.end().position(), 2);
   }
+  EXPECT_TRUE(Cursor{}.eot());
 }
 
 TEST_F(Strings, SubstringsStayInTheText) {
@@ -102,38 +76,22 @@ TEST_F(Strings, SubstringsStayInTheText) {
     long long position;
     unsigned length;
     char const* expected;
-  } const cases[] = {
-      {0, 10, "0123456789"},
-      {0, ~0U, "0123456789"},
-      {3, 4, "3456"},
-      {3, ~0U, "3456789"},
-      {9, 1, "9"},
-      {10, 1, ""},
-      {1LL << 40, 5, ""},
-      {-5, 2, "01"},
-      {5, 0, ""},
-      {-(1LL << 40), ~0U, "0123456789"},
-  };
+  } const cases[] = {{3, 4, "3456"}, {3, ~0U, "3456789"}, {10, 1, ""}, {1LL << 40, 5, ""}, {-5, 2, "01"}, {5, 0, ""}};
   for (auto const& c : cases) EXPECT_EQ(std::string_view{text.substr(c.position, c.length)}, c.expected) << c.position;
-  EXPECT_EQ(&text.substr(0, ~0U).data(), &text.data()) << "the whole text is shared, not copied";
+  EXPECT_EQ(&text.substr(-(1LL << 40), ~0U).data(), &text.data()) << "the whole text is shared, not copied";
 }
 
 TEST_F(Strings, JoiningMakesANewTextAndLeavesTheOperands) {
   String8 const head{"head"};
-  EXPECT_TRUE(head + String8{"-tail"} == "head-tail");
   EXPECT_TRUE(head + "-tail" == "head-tail");
   EXPECT_TRUE("the " + head == "the head");
   EXPECT_TRUE(head + static_cast<char const*>(nullptr) == "head");
-  EXPECT_TRUE(head == "head");
-
   String8 grown;
   String8 const before = grown += "ab";
   grown += grown;
   grown += String8{"c"};
   EXPECT_TRUE(grown == "ababc");
   EXPECT_TRUE(before == "ab");
-  grown = "new";
-  EXPECT_TRUE(grown == "new");
   grown = static_cast<char const*>(nullptr);
   EXPECT_TRUE(grown == "");
 }
@@ -173,8 +131,6 @@ TEST_F(Strings, FormatIsPrintf) {
   EXPECT_TRUE(Vek::format("junk at column %lld deserializing %s", -5LL, "text") ==
               "junk at column -5 deserializing text");
   EXPECT_TRUE(Vek::format("%s", "") == "");
-  std::string const longText(5000, 'x');
-  EXPECT_EQ(Vek::format("<%s>", longText.c_str()).length(), 5002U);
 }
 
 TEST_F(Strings, AStreamGetsTheBytesAlone) {
@@ -186,6 +142,8 @@ TEST_F(Strings, AStreamGetsTheBytesAlone) {
 
 TEST_F(Strings, ATextLongerThanACursorCanCountIsRefused) {
   EXPECT_THROW(static_cast<void>(String8::Data::create(String8::maxLength + std::size_t{1})), Vek::RangeException);
+  std::string const wide = "%2147483648s";  // wider than an int can count, which is known before anything is written
+  EXPECT_THROW(static_cast<void>(Vek::format(wide.c_str(), "")), Vek::RangeException);
 }
 
 }  // namespace

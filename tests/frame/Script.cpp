@@ -9,20 +9,10 @@ namespace Toys {
 namespace {
 
 void print(std::ostream& os, Act const& act) {
-  using Kind = Act::Kind;
+  constexpr char const* kinds[] = {"set", "be", "follow", "drop", "drop toy", "fail"};
   constexpr char const* properties[] = {"registered", "weak", "active"};
-  auto const who = " r" + std::to_string(act.who);
-  auto const toy = act.toy == nobody ? " nobody" : " t" + std::to_string(act.toy);
-  switch (act.kind) {
-  case Kind::set: os << "set" << toy << (act.on ? " broken " : " size ") << act.value; break;
-  case Kind::increment: os << "increment" << toy << " by " << act.value; break;
-  case Kind::be: os << who << (act.on ? " is " : " is not ") << properties[static_cast<int>(act.property)]; break;
-  case Kind::follow: os << who << " follows" << toy; break;
-  case Kind::drop: os << "drop" << who; break;
-  case Kind::make: os << "make" << who; break;
-  case Kind::dropToy: os << "drop" << toy; break;
-  case Kind::fail: os << (act.on ? "throw, and again from onNotificationException" : "throw");
-  }
+  os << kinds[static_cast<int>(act.kind)] << " r" << act.who << " t" << act.toy << " to " << act.value << ' '
+     << properties[static_cast<int>(act.property)] << (act.on ? " on" : " off");
 }
 
 void print(std::ostream& os, Acts const& acts) {
@@ -37,9 +27,8 @@ void print(std::ostream& os, Acts const& acts) {
 std::ostream& operator<<(std::ostream& os, Script const& script) {
   for (std::size_t who = 0; who < script.plans.size(); ++who) {
     ReactorPlan const& plan = script.plans[who];
-    os << "\n  r" << who << (plan.there ? "" : " (later)") << " of t" << plan.toy
-       << (plan.registered ? "" : " unregistered") << (plan.adapter ? " adapter" : "") << (plan.weak ? " weak" : "")
-       << (plan.stubborn ? " stubborn" : "");
+    os << "\n  r" << who << " of t" << plan.toy << (plan.registered ? "" : " unregistered")
+       << (plan.adapter ? " adapter" : "") << (plan.weak ? " weak" : "");
     for (auto const& turn : plan.turns) {
       os << "\n      when called: ";
       print(os, turn);
@@ -78,8 +67,6 @@ rc::Gen<ReactorPlan> anyPlan() {
     plan.registered = below(8) < 6;
     plan.adapter = below(8) == 7;
     plan.weak = below(4) == 3;
-    plan.stubborn = below(8) == 7;
-    plan.there = below(8) < 6;
     plan.turns = *rc::gen::scale(0.05, rc::gen::container<std::vector<Acts>>(rc::gen::scale(20, anyActs(0.04))));
     return plan;
   });
@@ -97,9 +84,7 @@ Script anyScript() {
 }
 
 void Stage::begin() {
-  for (int who = 0; who < Script::reactors; ++who) {
-    if (plan(who).there) make(who);
-  }
+  for (int who = 0; who < Script::reactors; ++who) make(who);
 }
 
 void Stage::perform(Act const& doIt) {
@@ -112,9 +97,7 @@ void Stage::perform(Act const& doIt) {
 
 void Stage::end() {
   for (int toy = 0; toy < Script::toys; ++toy) dropToy(toy);
-  for (int round = 0; round < Script::reactors; ++round) {  // whose end is told may make another
-    for (int who = 0; who < Script::reactors; ++who) drop(who);
-  }
+  for (int who = 0; who < Script::reactors; ++who) drop(who);
 }
 
 void Stage::playTurn(int who) {
@@ -137,12 +120,10 @@ void Stage::failed(int who, Vek::AttributeId attribute) {
 void Stage::act(Act const& act) {
   using Kind = Act::Kind;
   switch (act.kind) {
-  case Kind::set: return act.on ? set(act.toy, brokenEvent, act.value != 0) : set(act.toy, sizeEvent, act.value);
-  case Kind::increment: return increment(act.toy, act.value);
+  case Kind::set: return set(act.toy, act.value);
   case Kind::be: return be(act.who, act.property, act.on);
   case Kind::follow: return follow(act.who, act.toy);
   case Kind::drop: return drop(act.who);
-  case Kind::make: return make(act.who);
   case Kind::dropToy: return dropToy(act.toy);
   case Kind::fail: return;  // a turn's own, see playTurn
   }

@@ -13,23 +13,20 @@ namespace Toys {
 
 constexpr int nobody = -1;
 constexpr Vek::AttributeId sizeEvent = 258;
-constexpr Vek::AttributeId brokenEvent = 259;
 constexpr Vek::AttributeId endEvent = 5;
 
 enum class Property : unsigned char { registered, weak, active };
 
 struct Act {
   enum class Kind : unsigned char {
-    set,        // the size of the toy to `value`, or whether it is broken
-    increment,  // the size of the toy by `value`
-    be,         // the reactor is registered, weak or active from now on, or not
-    follow,     // the reactor moves to the toy, or to nobody
-    drop,       // the outside reference on the reactor goes
-    make,       // the reactor, where it was not there from the start
-    dropToy,    // the outside reference on the toy goes
-    fail,       // this call of the reactor throws; with `on`, its onNotificationException too
+    set,      // the size of the toy to `value`
+    be,       // the reactor is registered, weak or active from now on, or not
+    follow,   // the reactor moves to the toy, or to nobody
+    drop,     // the outside reference on the reactor goes
+    dropToy,  // the outside reference on the toy goes
+    fail,     // this call of the reactor throws; with `on`, its onNotificationException too
   };
-  static constexpr int kinds = 8;
+  static constexpr int kinds = 6;
 
   Kind kind = Kind::set;
   int who = 0;
@@ -46,8 +43,6 @@ struct ReactorPlan {
   bool registered = true;
   bool adapter = false;
   bool weak = false;
-  bool stubborn = false;    // does not let its toy go when that tells its end
-  bool there = true;        // from the start
   std::vector<Acts> turns;  // what it does in its first call, its second, ...; nothing later
 };
 
@@ -72,7 +67,7 @@ class Stage {
   Stage& operator=(Stage const&) = delete;
   virtual ~Stage() = default;
 
-  /// Makes the reactors that are there from the start.
+  /// Makes the reactors.
   void begin();
   /// An act from outside; an exception that gets there is noted.
   void perform(Act const& doIt);
@@ -81,7 +76,7 @@ class Stage {
 
   /// Every call, failure and death, in order.
   std::vector<std::string> const& trace() const { return trace_; }
-  /// All that can be seen of the toys and reactors that are alive. Reads two attributes of each toy.
+  /// All that can be seen of the toys and reactors that are alive. Reads an attribute of each toy.
   virtual std::string state() = 0;
 
  protected:
@@ -94,8 +89,7 @@ class Stage {
 
   // Acts on a toy or reactor that is not alive do nothing, and nor do those on a reactor whose toy went without telling
   // it, since it was weak and not on the list.
-  virtual void set(int toy, Vek::AttributeId attribute, Vek::U64 value) = 0;
-  virtual void increment(int toy, Vek::U64 delta) = 0;
+  virtual void set(int toy, Vek::U64 value) = 0;
   virtual void be(int who, Property property, bool on) = 0;
   virtual void follow(int who, int toy) = 0;
   virtual void drop(int who) = 0;

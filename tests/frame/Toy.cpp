@@ -143,6 +143,8 @@ struct Toy::Attr {
     static constexpr char const* name = "text";
     static auto& field(auto& entity) { return entity.text_; }
     static constexpr auto slot = &NotifieeConst::onText;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onText;
+    static constexpr auto logText = &VekNboAttrLogSa::vekHandleTextSerialize;
   };
   struct place : Vek::Scalar<Toy, ToyPoint, 262> {
     static constexpr char const* name = "place";
@@ -209,10 +211,10 @@ class Toy::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogReact
   static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<Toy> const& entity, VekNboAttrLogSa& adapter) {
     return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
   }
-
   void onSize() override { forward(&VekNboAttrLogSa::onSize); }
   void onBroken() override { forward(&VekNboAttrLogSa::onBroken); }
   void onPlayed() override { forward(&VekNboAttrLogSa::onPlayed); }
+  void onText() override { forward(&VekNboAttrLogSa::onText); }
   void onPlace() override { forward(&VekNboAttrLogSa::onPlace); }
 };
 
@@ -223,6 +225,9 @@ Toy::VekNboAttrLogSa::VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<Toy> const& ent
 Toy::VekNboAttrLogSa::~VekNboAttrLogSa() { Vek::letReactorGo<VekNboAttrLogSaAdapter_>(reactorAdapterDel()); }
 Vek::Ptr<Toy::VekNboAttrLogSa::FlowOut> Toy::VekNboAttrLogSa::flowOut() const { return static_cast<FlowOut*>(StreamAdapter::flowOut().ptr()); }
 Vek::AttributeId Toy::VekNboAttrLogSa::handleAttrFlowOut(Vek::AttributeId from) { return Vek::walkAttributes<Attr>(*this, from); }
+void Toy::VekNboAttrLogSa::freeResyncState(Vek::NboAttrLog::FlowOut& flowOut) { Vek::freeWalkState<Attr>(flowOut); }
+void Toy::VekNboAttrLogSa::handleAttrTransaction(Vek::AttributeId attr, AttrTransactionType type, Vek::U32 argument) { Vek::applyTransaction<Attr>(*this, attr, type, argument); }
+void Toy::VekNboAttrLogSa::syncModeIs(SyncMode mode) { Vek::syncModeFollows<Attr>(*this, mode); }
 void Toy::VekNboAttrLogSa::doSerializeOrphan() { Vek::serializeOrphan<Attr, Toy>(*this); }
 void Toy::VekNboAttrLogSa::handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) {
   Vek::receiveRecord<Attr>(*this, attr, options, length, in);
@@ -234,6 +239,8 @@ void Toy::VekNboAttrLogSa::doNotification(int attr, void const* key) { Vek::noti
 void Toy::VekNboAttrLogSa::onSize() { Vek::logScalar<Attr, Attr::size>(*this); }
 void Toy::VekNboAttrLogSa::onBroken() { Vek::logScalar<Attr, Attr::broken>(*this); }
 void Toy::VekNboAttrLogSa::onPlayed() { Vek::logScalar<Attr, Attr::played>(*this); }
+void Toy::VekNboAttrLogSa::onText() { static_cast<void>(vekHandleTextSerialize()); }
+bool Toy::VekNboAttrLogSa::vekHandleTextSerialize() { return Vek::logText<Attr, Attr::text>(*this); }
 void Toy::VekNboAttrLogSa::onPlace() { Vek::logScalar<Attr, Attr::place>(*this); }
 
 Toy::VekNboAttrLogSa::FlowOut::FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) : Vek::NboAttrLog::FlowOut(out, adapter, desc, isFull, startAttr) {
@@ -309,7 +316,6 @@ class Lid::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogReact
   static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<Lid> const& entity, VekNboAttrLogSa& adapter) {
     return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
   }
-
   void onOpen() override { forward(&VekNboAttrLogSa::onOpen); }
 };
 
@@ -409,7 +415,6 @@ class Drawer::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogRe
   static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<Drawer> const& entity, VekNboAttrLogSa& adapter) {
     return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
   }
-
   void onThings() override { forward(&VekNboAttrLogSa::onThings); }
 };
 
@@ -458,6 +463,12 @@ struct Shelf::Attr {
     static auto& field(auto& entity) { return entity.drawers_; }
     static constexpr char const* keyName = "label";
     static constexpr void (NotifieeConst::*slot)(Vek::String8) = &NotifieeConst::onDrawers;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onDrawers;
+    static constexpr auto logBind = &VekNboAttrLogSa::drawersNboAttrLogAdapterIs;
+    static constexpr auto logRemount = &VekNboAttrLogSa::drawersNboAttrLogAdapterDel;
+    static constexpr auto logKey = &VekNboAttrLogSa::vekHandleDrawersSerializeSing;
+    static constexpr auto logWalk = &VekNboAttrLogSa::vekHandleDrawersSerializeColl;
+    static auto& dirty(auto& flowOut) { return flowOut.vekIsDrawersDirty_; }
   };
   using All = Vek::List<drawers>;
 };
@@ -518,7 +529,7 @@ class Shelf::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogRea
   static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<Shelf> const& entity, VekNboAttrLogSa& adapter) {
     return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
   }
-
+  void onDrawers(Vek::String8 key) override { forward(&VekNboAttrLogSa::onDrawers, key); }
 };
 
 Shelf::VekNboAttrLogSa::VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<Shelf> const& entity, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) : Vek::Entity::VekNboAttrLogSa(flags, count, out, owner) {
@@ -528,6 +539,11 @@ Shelf::VekNboAttrLogSa::VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<Shelf> const&
 Shelf::VekNboAttrLogSa::~VekNboAttrLogSa() { Vek::letReactorGo<VekNboAttrLogSaAdapter_>(reactorAdapterDel()); }
 Vek::Ptr<Shelf::VekNboAttrLogSa::FlowOut> Shelf::VekNboAttrLogSa::flowOut() const { return static_cast<FlowOut*>(StreamAdapter::flowOut().ptr()); }
 Vek::AttributeId Shelf::VekNboAttrLogSa::handleAttrFlowOut(Vek::AttributeId from) { return Vek::walkAttributes<Attr>(*this, from); }
+void Shelf::VekNboAttrLogSa::freeResyncState(Vek::NboAttrLog::FlowOut& flowOut) { Vek::freeWalkState<Attr>(flowOut); }
+void Shelf::VekNboAttrLogSa::handleAttrTransaction(Vek::AttributeId attr, AttrTransactionType type, Vek::U32 argument) { Vek::applyTransaction<Attr>(*this, attr, type, argument); }
+void Shelf::VekNboAttrLogSa::syncModeIs(SyncMode mode) { Vek::syncModeFollows<Attr>(*this, mode); }
+void Shelf::VekNboAttrLogSa::vekInstantiateSerialize() { Vek::instantiateChildren<Attr>(*this); }
+void Shelf::VekNboAttrLogSa::doRemountSelf(Vek::Ptr<Vek::NboAttrLog::Out> const& out) { Vek::remountWithChildren<Attr, Shelf>(*this, out); }
 void Shelf::VekNboAttrLogSa::doSerializeOrphan() { Vek::serializeOrphan<Attr, Shelf>(*this); }
 void Shelf::VekNboAttrLogSa::handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) {
   Vek::receiveRecord<Attr>(*this, attr, options, length, in);
@@ -536,6 +552,13 @@ Vek::Ptr<Vek::NboAttrLog::FlowOut> Shelf::VekNboAttrLogSa::flowOutIs(Vek::Ptr<Ve
   return Vek::make<FlowOut>(out, this, desc, isFull, startAttr);
 }
 void Shelf::VekNboAttrLogSa::doNotification(int attr, void const* key) { Vek::notifyLog<Attr>(*this, attr, key); }
+void Shelf::VekNboAttrLogSa::onDrawers(Vek::String8 key) { Vek::serializePresent<Attr::drawers>(*this, key); }
+void Shelf::VekNboAttrLogSa::vekHandleDrawersSerializeSing(Vek::String8 key, Vek::Ptr<Drawer> const& child) { Vek::serializeChild<Attr::drawers>(*this, key, child); }
+bool Shelf::VekNboAttrLogSa::vekHandleDrawersSerializeColl() { return Vek::serializeCollection<Attr, Attr::drawers>(*this); }
+Vek::Ptr<Drawer::VekNboAttrLogSa> Shelf::VekNboAttrLogSa::drawersNboAttrLogAdapterIs(Vek_BitSet flags, Vek::Ptr<Drawer> const& child, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const&, Vek::PtrInterface* channel) {
+  return Vek::bindChildRecord<Attr::drawers>(*this, flags, child, count, channel);
+}
+Vek::Ptr<Drawer::VekNboAttrLogSa> Shelf::VekNboAttrLogSa::drawersNboAttrLogAdapterDel(Vek::Ptr<Drawer> const& child) { return Vek::remountChild<Attr::drawers>(*this, child); }
 
 Shelf::VekNboAttrLogSa::FlowOut::FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) : Vek::NboAttrLog::FlowOut(out, adapter, desc, isFull, startAttr) {
   wordsAre(vekDirtyBitSet0_.words());
@@ -543,6 +566,9 @@ Shelf::VekNboAttrLogSa::FlowOut::FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& o
 }
 Shelf::VekNboAttrLogSa::FlowOut::~FlowOut() = default;
 bool Shelf::VekNboAttrLogSa::FlowOut::hasDirtyAttributes() const { return Vek::owesAnything<Attr>(*this); }
+Vek::Ptr<Shelf::VekNboAttrLogSa::FlowOut::VekVekIsDrawersDirty> Shelf::VekNboAttrLogSa::FlowOut::newVekIsDrawersDirty(Vek::String8 key, bool on) { return Vek::dirtyKeyNew(vekIsDrawersDirty_, key, on); }
+void Shelf::VekNboAttrLogSa::FlowOut::vekIsDrawersDirtyIs(Vek::String8 key, bool on) { Vek::dirtyKeyIs(vekIsDrawersDirty_, key, on); }
+bool Shelf::VekNboAttrLogSa::FlowOut::vekIsDrawersDirtyDel(Vek::String8 key) { return Vek::dirtyKeyDel(vekIsDrawersDirty_, key); }
 
 Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> Shelf::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const { return const_cast<Shelf*>(this)->vekNboAttrLogSa(out); }
 Vek::Ptr<Vek::Entity::VekNboAttrLogSa> Shelf::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) { return Vek::logAdapterOf(*this, notifiees_.chain(), out); }
@@ -565,6 +591,7 @@ struct ToyBox::Attr {
     using Member = VekCounts;
     static constexpr void (NotifieeConst::*slot)(Vek::U32) = &NotifieeConst::onCounts;
     static constexpr auto logHandler = &VekNboAttrLogSa::onCounts;
+    static constexpr auto logKey = &VekNboAttrLogSa::vekHandleCountsSerializeSing;
     static constexpr auto logWalk = &VekNboAttrLogSa::vekHandleCountsSerializeColl;
     static auto& dirty(auto& flowOut) { return flowOut.vekIsCountsDirty_; }
   };
@@ -574,6 +601,7 @@ struct ToyBox::Attr {
     using Member = VekFaps;
     static constexpr void (NotifieeConst::*slot)(Hardware::Dorn::FapId) = &NotifieeConst::onFaps;
     static constexpr auto logHandler = &VekNboAttrLogSa::onFaps;
+    static constexpr auto logKey = &VekNboAttrLogSa::vekHandleFapsSerializeSing;
     static constexpr auto logWalk = &VekNboAttrLogSa::vekHandleFapsSerializeColl;
     static auto& dirty(auto& flowOut) { return flowOut.vekIsFapsDirty_; }
   };
@@ -583,6 +611,7 @@ struct ToyBox::Attr {
     using Member = VekWanted;
     static constexpr void (NotifieeConst::*slot)(Vek::U32) = &NotifieeConst::onWanted;
     static constexpr auto logHandler = &VekNboAttrLogSa::onWanted;
+    static constexpr auto logKey = &VekNboAttrLogSa::vekHandleWantedSerializeSing;
     static constexpr auto logWalk = &VekNboAttrLogSa::vekHandleWantedSerializeColl;
     static auto& dirty(auto& flowOut) { return flowOut.vekIsWantedDirty_; }
   };
@@ -592,6 +621,7 @@ struct ToyBox::Attr {
     using Member = VekNotes;
     static constexpr void (NotifieeConst::*slot)(Vek::String8) = &NotifieeConst::onNotes;
     static constexpr auto logHandler = &VekNboAttrLogSa::onNotes;
+    static constexpr auto logKey = &VekNboAttrLogSa::vekHandleNotesSerializeSing;
     static constexpr auto logWalk = &VekNboAttrLogSa::vekHandleNotesSerializeColl;
     static auto& dirty(auto& flowOut) { return flowOut.vekIsNotesDirty_; }
   };
@@ -601,6 +631,7 @@ struct ToyBox::Attr {
     using Member = VekVlans;
     static constexpr void (NotifieeConst::*slot)(Bridging::VlanIdOrNone) = &NotifieeConst::onVlans;
     static constexpr auto logHandler = &VekNboAttrLogSa::onVlans;
+    static constexpr auto logKey = &VekNboAttrLogSa::vekHandleVlansSerializeSing;
     static constexpr auto logWalk = &VekNboAttrLogSa::vekHandleVlansSerializeColl;
     static auto& dirty(auto& flowOut) { return flowOut.vekIsVlansDirty_; }
   };
@@ -612,12 +643,21 @@ struct ToyBox::Attr {
     static constexpr char const* name = "lid";
     static auto& field(auto& entity) { return entity.lid_; }
     static constexpr auto slot = &NotifieeConst::onLid;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onLid;
+    static constexpr auto logBind = &VekNboAttrLogSa::lidNboAttrLogAdapterIs;
+    static constexpr auto logRemount = &VekNboAttrLogSa::lidNboAttrLogAdapterDel;
   };
   struct shelves : Vek::KeyedChildren<ToyBox, Vek::Name, Shelf, 266> {
     static constexpr char const* name = "shelves";
     static auto& field(auto& entity) { return entity.shelves_; }
     static constexpr char const* keyName = "name";
     static constexpr void (NotifieeConst::*slot)(Vek::Name) = &NotifieeConst::onShelves;
+    static constexpr auto logHandler = &VekNboAttrLogSa::onShelves;
+    static constexpr auto logBind = &VekNboAttrLogSa::shelvesNboAttrLogAdapterIs;
+    static constexpr auto logRemount = &VekNboAttrLogSa::shelvesNboAttrLogAdapterDel;
+    static constexpr auto logKey = &VekNboAttrLogSa::vekHandleShelvesSerializeSing;
+    static constexpr auto logWalk = &VekNboAttrLogSa::vekHandleShelvesSerializeColl;
+    static auto& dirty(auto& flowOut) { return flowOut.vekIsShelvesDirty_; }
   };
   using All = Vek::List<counts, faps, wanted, notes, vlans, capacity, lid, shelves>;
 };
@@ -754,12 +794,13 @@ class ToyBox::VekNboAttrLogSa::VekNboAttrLogSaAdapter_ final : public Vek::LogRe
   static Vek::Ptr<VekNboAttrLogSaAdapter_> VekNboAttrLogSaAdapter_Is(Vek::Ptr<ToyBox> const& entity, VekNboAttrLogSa& adapter) {
     return Vek::logReactor<VekNboAttrLogSaAdapter_>(entity, adapter);
   }
-
   void onCounts(Vek::U32 key) override { forward(&VekNboAttrLogSa::onCounts, key); }
   void onFaps(Hardware::Dorn::FapId key) override { forward(&VekNboAttrLogSa::onFaps, key); }
   void onWanted(Vek::U32 key) override { forward(&VekNboAttrLogSa::onWanted, key); }
   void onNotes(Vek::String8 key) override { forward(&VekNboAttrLogSa::onNotes, key); }
   void onVlans(Bridging::VlanIdOrNone key) override { forward(&VekNboAttrLogSa::onVlans, key); }
+  void onLid() override { forward(&VekNboAttrLogSa::onLid); }
+  void onShelves(Vek::Name key) override { forward(&VekNboAttrLogSa::onShelves, key); }
 };
 
 ToyBox::VekNboAttrLogSa::VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<ToyBox> const& entity, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* owner) : Vek::Entity::VekNboAttrLogSa(flags, count, out, owner) {
@@ -769,9 +810,11 @@ ToyBox::VekNboAttrLogSa::VekNboAttrLogSa(Vek_BitSet flags, Vek::Ptr<ToyBox> cons
 ToyBox::VekNboAttrLogSa::~VekNboAttrLogSa() { Vek::letReactorGo<VekNboAttrLogSaAdapter_>(reactorAdapterDel()); }
 Vek::Ptr<ToyBox::VekNboAttrLogSa::FlowOut> ToyBox::VekNboAttrLogSa::flowOut() const { return static_cast<FlowOut*>(StreamAdapter::flowOut().ptr()); }
 Vek::AttributeId ToyBox::VekNboAttrLogSa::handleAttrFlowOut(Vek::AttributeId from) { return Vek::walkAttributes<Attr>(*this, from); }
-void ToyBox::VekNboAttrLogSa::freeResyncState(Vek::NboAttrLog::FlowOut& flowOut) { Vek::freeCollectionState<Attr>(flowOut); }
+void ToyBox::VekNboAttrLogSa::freeResyncState(Vek::NboAttrLog::FlowOut& flowOut) { Vek::freeWalkState<Attr>(flowOut); }
 void ToyBox::VekNboAttrLogSa::handleAttrTransaction(Vek::AttributeId attr, AttrTransactionType type, Vek::U32 argument) { Vek::applyTransaction<Attr>(*this, attr, type, argument); }
 void ToyBox::VekNboAttrLogSa::syncModeIs(SyncMode mode) { Vek::syncModeFollows<Attr>(*this, mode); }
+void ToyBox::VekNboAttrLogSa::vekInstantiateSerialize() { Vek::instantiateChildren<Attr>(*this); }
+void ToyBox::VekNboAttrLogSa::doRemountSelf(Vek::Ptr<Vek::NboAttrLog::Out> const& out) { Vek::remountWithChildren<Attr, ToyBox>(*this, out); }
 void ToyBox::VekNboAttrLogSa::doSerializeOrphan() { Vek::serializeOrphan<Attr, ToyBox>(*this); }
 void ToyBox::VekNboAttrLogSa::handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) {
   Vek::receiveRecord<Attr>(*this, attr, options, length, in);
@@ -795,6 +838,18 @@ bool ToyBox::VekNboAttrLogSa::vekHandleNotesSerializeColl() { return Vek::serial
 void ToyBox::VekNboAttrLogSa::onVlans(Bridging::VlanIdOrNone key) { Vek::serializePresent<Attr::vlans>(*this, key); }
 void ToyBox::VekNboAttrLogSa::vekHandleVlansSerializeSing(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value, bool deleted) { Vek::serializeKey<Attr::vlans>(*this, key, value, deleted); }
 bool ToyBox::VekNboAttrLogSa::vekHandleVlansSerializeColl() { return Vek::serializeCollection<Attr, Attr::vlans>(*this); }
+void ToyBox::VekNboAttrLogSa::onLid() { Vek::logChild<Attr, Attr::lid>(*this); }
+Vek::Ptr<Lid::VekNboAttrLogSa> ToyBox::VekNboAttrLogSa::lidNboAttrLogAdapterIs(Vek_BitSet flags, Vek::Ptr<Lid> const& child, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const&, Vek::PtrInterface* channel) {
+  return Vek::bindChildRecord<Attr::lid>(*this, flags, child, count, channel);
+}
+Vek::Ptr<Lid::VekNboAttrLogSa> ToyBox::VekNboAttrLogSa::lidNboAttrLogAdapterDel(Vek::Ptr<Lid> const& child) { return Vek::remountChild<Attr::lid>(*this, child); }
+void ToyBox::VekNboAttrLogSa::onShelves(Vek::Name key) { Vek::serializePresent<Attr::shelves>(*this, key); }
+void ToyBox::VekNboAttrLogSa::vekHandleShelvesSerializeSing(Vek::Name key, Vek::Ptr<Shelf> const& child) { Vek::serializeChild<Attr::shelves>(*this, key, child); }
+bool ToyBox::VekNboAttrLogSa::vekHandleShelvesSerializeColl() { return Vek::serializeCollection<Attr, Attr::shelves>(*this); }
+Vek::Ptr<Shelf::VekNboAttrLogSa> ToyBox::VekNboAttrLogSa::shelvesNboAttrLogAdapterIs(Vek_BitSet flags, Vek::Ptr<Shelf> const& child, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const&, Vek::PtrInterface* channel) {
+  return Vek::bindChildRecord<Attr::shelves>(*this, flags, child, count, channel);
+}
+Vek::Ptr<Shelf::VekNboAttrLogSa> ToyBox::VekNboAttrLogSa::shelvesNboAttrLogAdapterDel(Vek::Ptr<Shelf> const& child) { return Vek::remountChild<Attr::shelves>(*this, child); }
 
 ToyBox::VekNboAttrLogSa::FlowOut::FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) : Vek::NboAttrLog::FlowOut(out, adapter, desc, isFull, startAttr) {
   wordsAre(vekDirtyBitSet0_.words());
@@ -817,6 +872,9 @@ bool ToyBox::VekNboAttrLogSa::FlowOut::vekIsNotesDirtyDel(Vek::String8 key) { re
 Vek::Ptr<ToyBox::VekNboAttrLogSa::FlowOut::VekVekIsVlansDirty> ToyBox::VekNboAttrLogSa::FlowOut::newVekIsVlansDirty(Bridging::VlanIdOrNone key, bool on) { return Vek::dirtyKeyNew(vekIsVlansDirty_, key, on); }
 void ToyBox::VekNboAttrLogSa::FlowOut::vekIsVlansDirtyIs(Bridging::VlanIdOrNone key, bool on) { Vek::dirtyKeyIs(vekIsVlansDirty_, key, on); }
 bool ToyBox::VekNboAttrLogSa::FlowOut::vekIsVlansDirtyDel(Bridging::VlanIdOrNone key) { return Vek::dirtyKeyDel(vekIsVlansDirty_, key); }
+Vek::Ptr<ToyBox::VekNboAttrLogSa::FlowOut::VekVekIsShelvesDirty> ToyBox::VekNboAttrLogSa::FlowOut::newVekIsShelvesDirty(Vek::Name key, bool on) { return Vek::dirtyKeyNew(vekIsShelvesDirty_, key, on); }
+void ToyBox::VekNboAttrLogSa::FlowOut::vekIsShelvesDirtyIs(Vek::Name key, bool on) { Vek::dirtyKeyIs(vekIsShelvesDirty_, key, on); }
+bool ToyBox::VekNboAttrLogSa::FlowOut::vekIsShelvesDirtyDel(Vek::Name key) { return Vek::dirtyKeyDel(vekIsShelvesDirty_, key); }
 
 Vek::Ptr<Vek::Entity::VekNboAttrLogSa const> ToyBox::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) const { return const_cast<ToyBox*>(this)->vekNboAttrLogSa(out); }
 Vek::Ptr<Vek::Entity::VekNboAttrLogSa> ToyBox::vekNboAttrLogSa(Vek::Ptr<Vek::NboAttrLog::Out const> const& out) { return Vek::logAdapterOf(*this, notifiees_.chain(), out); }

@@ -74,7 +74,7 @@ class ToyPoint {
 };
 
 /// A ToyPoint without its class, read by attribute number.
-class ToyPoint::GenericIf_ final : public Vek::ValueGeneric<ToyPoint> {
+class ToyPoint::GenericIf_ final : public Vek::ValueGeneric<ToyPoint, ToyPoint const&> {
  public:
   using ValueGeneric::ValueGeneric;
   static Vek::Ptr<GenericIf_> GenericIf_Is(ToyPoint const& value, bool isConst);
@@ -120,7 +120,7 @@ class ToyVlan {
 };
 
 /// A ToyVlan without its class, read by attribute number.
-class ToyVlan::GenericIf_ final : public Vek::ValueGeneric<ToyVlan> {
+class ToyVlan::GenericIf_ final : public Vek::ValueGeneric<ToyVlan, ToyVlan> {
  public:
   using ValueGeneric::ValueGeneric;
   static Vek::Ptr<GenericIf_> GenericIf_Is(ToyVlan value, bool isConst);
@@ -251,14 +251,18 @@ class Toy::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   Vek::Ptr<FlowOut> flowOut() const;
 
   Vek::AttributeId handleAttrFlowOut(Vek::AttributeId from) override;
+  void freeResyncState(Vek::NboAttrLog::FlowOut& flowOut) override;
+  void handleAttrTransaction(Vek::AttributeId attr, AttrTransactionType type, Vek::U32 argument) override;
+  void syncModeIs(SyncMode mode) override;
   void doSerializeOrphan() override;
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onSize();
   virtual void onBroken();
   virtual void onPlayed();
+  virtual void onText();
+  bool vekHandleTextSerialize();
   virtual void onPlace();
 };
 
@@ -270,6 +274,7 @@ class Toy::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
     void vekIsSizeDirtyIs(bool on) { bitIs(1, on); }
     void vekIsBrokenDirtyIs(bool on) { bitIs(2, on); }
     void vekIsPlayedDirtyIs(bool on) { bitIs(3, on); }
+    void vekIsTextDirtyIs(bool on) { bitIs(4, on); }
     void vekIsPlaceDirtyIs(bool on) { bitIs(5, on); }
   };
 
@@ -372,7 +377,6 @@ class Lid::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onOpen();
 };
 
@@ -498,7 +502,6 @@ class Drawer::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onThings();
 };
 
@@ -636,11 +639,22 @@ class Shelf::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   Vek::Ptr<FlowOut> flowOut() const;
 
   Vek::AttributeId handleAttrFlowOut(Vek::AttributeId from) override;
+  void freeResyncState(Vek::NboAttrLog::FlowOut& flowOut) override;
+  void handleAttrTransaction(Vek::AttributeId attr, AttrTransactionType type, Vek::U32 argument) override;
+  void syncModeIs(SyncMode mode) override;
+  void vekInstantiateSerialize() override;
+  void doRemountSelf(Vek::Ptr<Vek::NboAttrLog::Out> const& out) override;
   void doSerializeOrphan() override;
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
+  virtual void onDrawers(Vek::String8 key);
+  bool vekHandleDrawersSerializeColl();
+  void vekHandleDrawersSerializeSing(Vek::String8 key, Vek::Ptr<Drawer> const& child);
+  Vek::Ptr<Drawer::VekNboAttrLogSa> drawersNboAttrLogAdapterIs(Vek_BitSet flags, Vek::Ptr<Drawer> const& child, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* channel);
+  Vek::Ptr<Drawer::VekNboAttrLogSa> drawersNboAttrLogAdapterDel(Vek::Ptr<Drawer> const& child);
+  Vek::Ptr<Drawer::VekNboAttrLogSa const> drawersNboAttrLogAdapter(Vek::Ptr<Drawer> const&) const { return {}; }
+  Vek::Ptr<Drawer::VekNboAttrLogSa> drawersNboAttrLogAdapter(Vek::Ptr<Drawer> const&) { return {}; }
 };
 
 /// What such a binding owes its log.
@@ -648,6 +662,12 @@ class Shelf::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
  public:
   class VekDirtyBitSet0 final : public Vek::DirtyBits<1> {
    public:
+    void vekDrawersHasSyncedIs(bool on) { bitIs(1, on); }
+  };
+  class VekVekIsDrawersDirty final : public Vek::HashElement<Vek::String8, bool> {
+   public:
+    using Map = Vek::HashMap<VekVekIsDrawersDirty, Vek::String8, bool>;
+    using HashElement::HashElement;
   };
 
   FlowOut(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::StreamAdapter* adapter, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr);
@@ -655,10 +675,15 @@ class Shelf::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
 
   VekDirtyBitSet0& vekDirtyBitSet0() { return vekDirtyBitSet0_; }
   bool hasDirtyAttributes() const override;
+  Vek::Ptr<VekVekIsDrawersDirty> newVekIsDrawersDirty(Vek::String8 key, bool on);
+  void vekIsDrawersDirtyIs(Vek::String8 key, bool on);
+  bool vekIsDrawersDirtyDel(Vek::String8 key);
+  bool vekIsDrawersDirtyDel(VekVekIsDrawersDirty::Map::Iterator const& it) { return it && vekIsDrawersDirtyDel(it->key()); }
 
  private:
   friend struct Shelf::Attr;
   VekDirtyBitSet0 vekDirtyBitSet0_;
+  VekVekIsDrawersDirty::Map vekIsDrawersDirty_;
 };
 
 /// A box of toys.
@@ -950,26 +975,39 @@ class ToyBox::VekNboAttrLogSa : public Vek::Entity::VekNboAttrLogSa {
   void freeResyncState(Vek::NboAttrLog::FlowOut& flowOut) override;
   void handleAttrTransaction(Vek::AttributeId attr, AttrTransactionType type, Vek::U32 argument) override;
   void syncModeIs(SyncMode mode) override;
+  void vekInstantiateSerialize() override;
+  void doRemountSelf(Vek::Ptr<Vek::NboAttrLog::Out> const& out) override;
   void doSerializeOrphan() override;
   void handleAttrDeserialization(int attr, DeserializationOptions options, Vek::U32 length, Vek::Ptr<Vek::NboAttrLog::In> const& in) override;
   Vek::Ptr<Vek::NboAttrLog::FlowOut> flowOutIs(Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::ConnectDesc const& desc, bool isFull, Vek::AttributeId startAttr) override;
   void doNotification(int attr, void const* key) override;
-
   virtual void onCounts(Vek::U32 key);
-  void vekHandleCountsSerializeSing(Vek::U32 key, Vek::U32 value, bool deleted);
   bool vekHandleCountsSerializeColl();
+  void vekHandleCountsSerializeSing(Vek::U32 key, Vek::U32 value, bool deleted);
   virtual void onFaps(Hardware::Dorn::FapId key);
-  void vekHandleFapsSerializeSing(Hardware::Dorn::FapId key, Vek::U64 const& value, bool deleted);
   bool vekHandleFapsSerializeColl();
+  void vekHandleFapsSerializeSing(Hardware::Dorn::FapId key, Vek::U64 const& value, bool deleted);
   virtual void onWanted(Vek::U32 key);
-  void vekHandleWantedSerializeSing(Vek::U32 key, bool value, bool deleted);
   bool vekHandleWantedSerializeColl();
+  void vekHandleWantedSerializeSing(Vek::U32 key, bool value, bool deleted);
   virtual void onNotes(Vek::String8 key);
-  void vekHandleNotesSerializeSing(Vek::String8 key, ToyPoint const& value, bool deleted);
   bool vekHandleNotesSerializeColl();
+  void vekHandleNotesSerializeSing(Vek::String8 key, ToyPoint const& value, bool deleted);
   virtual void onVlans(Bridging::VlanIdOrNone key);
-  void vekHandleVlansSerializeSing(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value, bool deleted);
   bool vekHandleVlansSerializeColl();
+  void vekHandleVlansSerializeSing(Bridging::VlanIdOrNone key, Kiln::Fapmask const& value, bool deleted);
+  virtual void onLid();
+  Vek::Ptr<Lid::VekNboAttrLogSa> lidNboAttrLogAdapterIs(Vek_BitSet flags, Vek::Ptr<Lid> const& child, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* channel);
+  Vek::Ptr<Lid::VekNboAttrLogSa> lidNboAttrLogAdapterDel(Vek::Ptr<Lid> const& child);
+  Vek::Ptr<Lid::VekNboAttrLogSa const> lidNboAttrLogAdapter(Vek::Ptr<Lid> const&) const { return {}; }
+  Vek::Ptr<Lid::VekNboAttrLogSa> lidNboAttrLogAdapter(Vek::Ptr<Lid> const&) { return {}; }
+  virtual void onShelves(Vek::Name key);
+  bool vekHandleShelvesSerializeColl();
+  void vekHandleShelvesSerializeSing(Vek::Name key, Vek::Ptr<Shelf> const& child);
+  Vek::Ptr<Shelf::VekNboAttrLogSa> shelvesNboAttrLogAdapterIs(Vek_BitSet flags, Vek::Ptr<Shelf> const& child, Vek::U32 count, Vek::Ptr<Vek::NboAttrLog::Out> const& out, Vek::PtrInterface* channel);
+  Vek::Ptr<Shelf::VekNboAttrLogSa> shelvesNboAttrLogAdapterDel(Vek::Ptr<Shelf> const& child);
+  Vek::Ptr<Shelf::VekNboAttrLogSa const> shelvesNboAttrLogAdapter(Vek::Ptr<Shelf> const&) const { return {}; }
+  Vek::Ptr<Shelf::VekNboAttrLogSa> shelvesNboAttrLogAdapter(Vek::Ptr<Shelf> const&) { return {}; }
 };
 
 /// What such a binding owes its log.
@@ -982,6 +1020,8 @@ class ToyBox::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
     void vekWantedHasSyncedIs(bool on) { bitIs(3, on); }
     void vekNotesHasSyncedIs(bool on) { bitIs(4, on); }
     void vekVlansHasSyncedIs(bool on) { bitIs(5, on); }
+    void vekIsLidDirtyIs(bool on) { bitIs(6, on); }
+    void vekShelvesHasSyncedIs(bool on) { bitIs(7, on); }
   };
   class VekVekIsCountsDirty final : public Vek::RbElement<Vek::U32, bool> {
    public:
@@ -1006,6 +1046,11 @@ class ToyBox::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
   class VekVekIsVlansDirty final : public Vek::HashElement<Bridging::VlanIdOrNone, bool> {
    public:
     using Map = Vek::HashMap<VekVekIsVlansDirty, Bridging::VlanIdOrNone, bool>;
+    using HashElement::HashElement;
+  };
+  class VekVekIsShelvesDirty final : public Vek::HashElement<Vek::Name, bool> {
+   public:
+    using Map = Vek::HashMap<VekVekIsShelvesDirty, Vek::Name, bool>;
     using HashElement::HashElement;
   };
 
@@ -1034,6 +1079,10 @@ class ToyBox::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
   void vekIsVlansDirtyIs(Bridging::VlanIdOrNone key, bool on);
   bool vekIsVlansDirtyDel(Bridging::VlanIdOrNone key);
   bool vekIsVlansDirtyDel(VekVekIsVlansDirty::Map::Iterator const& it) { return it && vekIsVlansDirtyDel(it->key()); }
+  Vek::Ptr<VekVekIsShelvesDirty> newVekIsShelvesDirty(Vek::Name key, bool on);
+  void vekIsShelvesDirtyIs(Vek::Name key, bool on);
+  bool vekIsShelvesDirtyDel(Vek::Name key);
+  bool vekIsShelvesDirtyDel(VekVekIsShelvesDirty::Map::Iterator const& it) { return it && vekIsShelvesDirtyDel(it->key()); }
 
  private:
   friend struct ToyBox::Attr;
@@ -1043,6 +1092,7 @@ class ToyBox::VekNboAttrLogSa::FlowOut final : public Vek::NboAttrLog::FlowOut {
   VekVekIsWantedDirty::Map vekIsWantedDirty_;
   VekVekIsNotesDirty::Map vekIsNotesDirty_;
   VekVekIsVlansDirty::Map vekIsVlansDirty_;
+  VekVekIsShelvesDirty::Map vekIsShelvesDirty_;
 };
 
 }  // namespace Toys

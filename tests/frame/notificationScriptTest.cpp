@@ -27,8 +27,8 @@ class Reality final : public Stage {
       if (t == nullptr) continue;
       auto const reads = t->readCount();
       auto const& list = Vek::reactorsOf<Toy>(*t);
-      os << "t" << i << ": references " << t->references() << ", size " << t->size() << ", broken " << t->broken()
-         << ", writes " << t->writeCount() << ", reads " << reads << ", version " << list.version() << ", list";
+      os << "t" << i << ": references " << t->references() << ", size " << t->size() << ", writes " << t->writeCount()
+         << ", reads " << reads << ", version " << list.version() << ", list";
       Vek::U32 count = 0;
       for (auto const* member = list.head(); member != nullptr; member = Vek::ReactorChain::next(*member), ++count) {
         os << " r" << static_cast<Scripted const*>(member)->number();
@@ -74,14 +74,13 @@ class Reality final : public Stage {
     bool isStreamAdapter() const noexcept override { return stage_.plan(number_).adapter; }
 
     void onSize() override {
-      told([](Toy const& toy) { return " size " + std::to_string(toy.size()); });
-    }
-    void onBroken() override {
-      told([](Toy const& toy) { return " broken " + std::to_string(toy.broken()); });
+      bool const follows = stage_.numberOf(rawNotifier()) != nobody;
+      stage_.note(label() + (follows ? " size " + std::to_string(notifier()->size()) : " told, follows nobody"));
+      stage_.playTurn(number_);
     }
     void onZeroReferences() override {
       stage_.note(label() + " told of the end");
-      if (!stage_.plan(number_).stubborn) Toy::Notifiee::onZeroReferences();
+      Toy::Notifiee::onZeroReferences();
       stage_.playTurn(number_);
     }
     using Toy::Notifiee::onNotificationException;
@@ -89,12 +88,6 @@ class Reality final : public Stage {
 
    private:
     std::string label() const { return "r" + std::to_string(number_); }
-    template <class Read>
-    void told(Read const& read) {
-      bool const follows = stage_.numberOf(rawNotifier()) != nobody;
-      stage_.note(label() + (follows ? read(*notifier()) : " told, follows nobody"));
-      stage_.playTurn(number_);
-    }
 
     Reality& stage_;
     int number_;
@@ -116,13 +109,8 @@ class Reality final : public Stage {
   }
 
   // Toys are touched without a reference: whatever happens while their reactors run, the setters look to it.
-  void set(int number, Vek::AttributeId attribute, Vek::U64 value) override {
-    Toy* const t = toy(number);
-    if (t == nullptr) return;
-    attribute == sizeEvent ? t->sizeIs(value) : t->brokenIs(value != 0);
-  }
-  void increment(int number, Vek::U64 delta) override {
-    if (Toy* const t = toy(number)) t->sizeInc(delta);
+  void set(int number, Vek::U64 value) override {
+    if (Toy* const t = toy(number)) t->sizeIs(value);
   }
   void be(int who, Property property, bool on) override {
     auto const r = reactor(who);
@@ -136,7 +124,6 @@ class Reality final : public Stage {
   }
   void drop(int who) override { outsideReactors_[at(who)] = nullptr; }
   void make(int who) override {
-    if (std::exchange(made_[at(who)], true)) return;
     outsideReactors_[at(who)] = Vek::make<Scripted>(*this, who);
     be(who, Property::registered, plan(who).registered);
     follow(who, plan(who).toy);
@@ -146,7 +133,6 @@ class Reality final : public Stage {
 
   std::array<Toy*, Script::toys> toys_{};
   std::array<Scripted*, Script::reactors> reactors_{};
-  std::array<bool, Script::reactors> made_{};
   std::array<Ptr<Toy>, Script::toys> outsideToys_;
   std::array<Ptr<Scripted>, Script::reactors> outsideReactors_;
 };

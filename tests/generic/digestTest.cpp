@@ -65,6 +65,7 @@ TEST_F(Digest, IsAnotherAfterEveryKindOfChange) {
       [](ToyBox& box) { box.wantedDel(2); },
       [](ToyBox& box) { box.lid()->openIs(!box.lid()->open()); },
       [](ToyBox& box) { box.lidIs("bottom"); },
+      [](ToyBox& box) { box.lidIs(std::string_view("top\0", 4)); },
       [](ToyBox& box) { box.lidDel(); },
       [](ToyBox& box) { box.shelvesIs("high"); },
       [](ToyBox& box) { box.shelvesDel("low"); },
@@ -92,7 +93,6 @@ TEST_F(Digest, TakesAllNaNAndBothZerosForOneInRecordsToo) {
   EXPECT_EQ(with(0.0, ToyPoint(1, -0.0, "l")), with(-0.0, ToyPoint(1, 0.0, "l")));
   EXPECT_NE(with(0.0, ToyPoint(1, 2, "l")), with(1e-300, ToyPoint(1, 2, "l")));
   EXPECT_NE(with(0.0, ToyPoint(1, 0.1 + 0.2, "l")), with(0.0, ToyPoint(1, 0.3, "l")));
-  EXPECT_NE(with(0.0, ToyPoint(1, 2, "12345678")), with(0.0, ToyPoint(1, 2, std::string_view("12345678\0", 9))));
 }
 
 }  // namespace

@@ -30,6 +30,49 @@ TEST_F(ValueGeneric, TakesAnotherValueWhateverItsConstnessAndItsCopyIsAsConst) {
     EXPECT_EQ(point->value().x(), 9U);
     EXPECT_EQ(point->clone()->isConst(), isConst);
     EXPECT_EQ(point->clone()->strRep(), point->strRep());
+    auto const equals = [&point](Vek::Ptr<GenericIf> const& other) {
+      return point->attributeOp({0, GenericIf::OpEquals}, other, nullptr)->strRep();
+    };
+    EXPECT_EQ(equals(point->clone()), "True");
+    EXPECT_EQ(equals(ToyPoint::GenericIf_::GenericIf_Is(ToyPoint(), false)), "False");
+  }
+}
+
+TEST_F(ValueGeneric, ANarrowValueTravelsByValueAndAnyOtherByReference) {
+  using Point = ToyPoint::GenericIf_;
+  using Vlan = ToyVlan::GenericIf_;
+  EXPECT_TRUE((std::is_same_v<decltype(&Point::valIs),
+                              void (Vek::ValueGeneric<ToyPoint, ToyPoint const&>::*)(ToyPoint const&)>));
+  EXPECT_TRUE((std::is_same_v<decltype(&Vlan::valIs), void (Vek::ValueGeneric<ToyVlan, ToyVlan>::*)(ToyVlan)>));
+}
+
+TEST_F(ValueGeneric, IsRegisteredFromTheStartAndAgainWhenSwitchedOnAgain) {
+  auto const point = ToyPoint::GenericIf_::GenericIf_Is(ToyPoint(), false);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_TRUE(point->isRegisteredNotifiee());
+    point->hasNotificationActiveIs(false);
+    EXPECT_FALSE(point->isRegisteredNotifiee());
+    EXPECT_EQ(point->vek_bitSet().word(), 0x04080000U);
+    point->hasNotificationActiveIs(true);
+  }
+}
+
+TEST_F(ValueGeneric, ANarrowValueTravelsByValueAndAnyOtherByReference) {
+  using Point = ToyPoint::GenericIf_;
+  using Vlan = ToyVlan::GenericIf_;
+  EXPECT_TRUE((std::is_same_v<decltype(&Point::valIs),
+                              void (Vek::ValueGeneric<ToyPoint, ToyPoint const&>::*)(ToyPoint const&)>));
+  EXPECT_TRUE((std::is_same_v<decltype(&Vlan::valIs), void (Vek::ValueGeneric<ToyVlan, ToyVlan>::*)(ToyVlan)>));
+}
+
+TEST_F(ValueGeneric, IsRegisteredFromTheStartAndAgainWhenSwitchedOnAgain) {
+  auto const point = ToyPoint::GenericIf_::GenericIf_Is(ToyPoint(), false);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_TRUE(point->isRegisteredNotifiee());
+    point->hasNotificationActiveIs(false);
+    EXPECT_FALSE(point->isRegisteredNotifiee());
+    EXPECT_EQ(point->vek_bitSet().word(), 0x04080000U);
+    point->hasNotificationActiveIs(true);
   }
 }
 
@@ -39,6 +82,7 @@ TEST_F(ValueGeneric, IsMadeFromAnEmptyListAndNotFromOneThatBreaksALimit) {
   list->enqueue(plain(Vek::U32{101}));
   list->enqueue(plain(1.0));
   list->enqueue(plain(Vek::String8("")));
+  EXPECT_EQ(list->strRep(), "[101, 1.0, '']");
   EXPECT_THROW(static_cast<void>(ToyPoint::_fwkType()->genericIf(list.ptr(), false)), Vek::RangeException);
 }
 

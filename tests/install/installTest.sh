@@ -54,5 +54,8 @@ expect "$own_names" "$work/own"
 
 echo "The programs:"
 "$prefix/bin/schemac" --help >/dev/null
+cp "$source/examples/Fan.toml" "$work/old.toml"
+expect "" "$prefix/bin/schemac" check "$source/examples/Fan.toml" "$source/examples/Fan.toml"
+expect "" "$prefix/bin/schemac" diff "$work/old.toml" "$source/examples/Fan.toml"
 [[ $("$prefix/bin/schemac" chek 2>&1) == *"did you mean 'check'"* ]] || { echo "schemac tells no near command" >&2; exit 1; }
 "$prefix/bin/dornl3" show --local >/dev/null

@@ -1,5 +1,6 @@
-// Laws of the generic interface, for every attribute of every type that the registry holds: what is refused, in which
-// order of checks and in which words; and that the text of a reference leads back to its entity.
+// Laws of the generic interface, for every attribute of every type that the registry holds: what is set is found,
+// counted and told; what is refused, in which order of checks and in which words; and the text of a reference leads
+// back to its entity.
 #include "dornl3/platform/vek/Builtin.h"
 #include "dornl3/platform/vek/Dir.h"
 #include "dornl3/platform/vek/EntityText.h"
@@ -99,7 +100,6 @@ TEST_F(GenericLaw, ReachesEveryEntityTypeAndFindsEveryAttributeByName) {
   std::set<VekType const*> reached;
   for (Generic const& entity : entities_) reached.insert(entity->type());
   EXPECT_EQ(reached.size(), entityTypes().size());
-  EXPECT_EQ(reached.size(), 13U);
   each([](Generic const& entity, VekAttr const& attr) {
     EXPECT_EQ(entity->attributeId(Vek::String8(attr.name())), attr.id());
   });
@@ -115,6 +115,47 @@ TEST_F(GenericLaw, TheTextOfAReferenceReadsBack) {
     EXPECT_EQ(entityOf(generic->type()->genericIf(path, true)).fullName(), path);
   }
   for (auto const& entity : entered) root.entryDel(entity->name());
+}
+
+class Hears final : public GenericIf::Subscriber {
+ public:
+  void onAttribute(Vek::AttributeId id, Vek::Ptr<GenericIf const> const& key) override {
+    heard += std::to_string(id) + (key ? '[' + str(key->strRep()) + ']' : "");
+  }
+  std::string heard;
+};
+
+TEST_F(GenericLaw, WhatIsSetIsFoundCountedAndToldOnce) {
+  each([](Generic const& entity, VekAttr const& attr) {
+    if (!attr.flags().isSettable() || attr.flags().isInstantiating()) return;
+    auto const op = [&](int code, Generic const& key, Generic const& value = {}) {
+      Generic const answer = entity->attributeOp({attr.id(), code}, key, value);
+      return answer ? str(answer->strRep()) : "";
+    };
+    bool const isKeyed = attr.flags().isCollection();
+    Hears hears;
+    hears.genericIs(entity.ptr());
+    for (std::uint64_t seed = 0; seed < 12; ++seed) {
+      Generic const key = isKeyed ? Inventor{seed}.value(keyTypeOf(attr)) : Generic{};
+      Generic const value = Inventor{seed + 1}.value(*attr.valueType());
+      std::string const wanted = str(value->strRep());
+      bool const changes =
+          op(GenericIf::OpGet, key) != wanted || (isKeyed && op(GenericIf::OpContains, key) == "False");
+      hears.heard.clear();
+      auto const writes = entityOf(entity).writeCount();
+      for (int i = 0; i < 2; ++i) op(GenericIf::OpSet, key, value);
+      EXPECT_EQ(entityOf(entity).writeCount() - writes, changes ? 1U : 0U);
+      EXPECT_EQ(hears.heard, changes ? std::to_string(attr.id()) + (key ? '[' + str(key->strRep()) + ']' : "") : "");
+      EXPECT_EQ(op(GenericIf::OpGet, key), wanted);
+    }
+    if (!isKeyed) return;
+    for (auto it = entity->attributeIteratorConst(attr.id()); it; ++it) {
+      Generic const key = it.key()->clone();
+      EXPECT_EQ(op(GenericIf::OpDel, key), str(it.object()->strRep()));
+      EXPECT_EQ(op(GenericIf::OpContains, key), "False");
+    }
+    EXPECT_EQ(op(GenericIf::OpCount, {}), "0");
+  });
 }
 
 // The refusals of one attribute. What fits stands in `key`, `value` and `list`; each case breaks one thing, or two of
@@ -133,11 +174,8 @@ std::vector<Refusal> refusalsOf(Generic const& entity, VekAttr const& attr) {
   Generic const fit = isKeyed ? key : null;
   std::vector<Refusal> all = {
       {"a const generic, before all else", op(fixed, GenericIf::OpSet, misfit, null), "const", constMessage},
-      {"a const generic, deletion", op(fixed, GenericIf::OpDel, null, null), "const", constMessage},
       {"a const generic, whatever the change", op(fixed, unknownChange, misfit, misfit), "const", constMessage},
       {"an unknown operation", op(entity, unknownRead, fit, null), "op 77", name},
-      {"an unknown change", op(entity, unknownChange, fit, null), "op 200", name},
-      {"comparing", op(entity, GenericIf::OpEquals, fit, null), "op 100", name},
   };
   auto const add = [&all](std::vector<Refusal> const& more) { all.insert(all.end(), more.begin(), more.end()); };
   if (!isKeyed) {
@@ -145,8 +183,7 @@ std::vector<Refusal> refusalsOf(Generic const& entity, VekAttr const& attr) {
          {"a key, before the operation", op(entity, unknownRead, key, null), "index", name},
          {"a key, before the value", op(entity, GenericIf::OpSet, key, null), "index", name},
          {"a count of one", op(entity, GenericIf::OpCount, null, null), "op 1", name},
-         {"a version of one", op(entity, GenericIf::OpVersion, null, null), "op 2", name},
-         {"a search in one", op(entity, GenericIf::OpContains, null, null), "op 3", name}});
+         {"a version of one", op(entity, GenericIf::OpVersion, null, null), "op 2", name}});
   }
   if (flags.isInstantiating()) {
     Generic const notNull = Inventor{2}.value(*Vek::Builtin<Vek::U32>::_fwkType());
@@ -154,13 +191,10 @@ std::vector<Refusal> refusalsOf(Generic const& entity, VekAttr const& attr) {
     int const set = GenericIf::OpSet;
     add({{"no list", op(entity, set, null, null), "type", listName},
          {"what is no list", op(entity, set, null, notNull), "type", listName},
-         {"an empty list", op(entity, set, null, listOf({})), "type", argument},
          {"a list of nothing", op(entity, set, null, listOf({null})), "type", argument},
          {"an argument that does not fit", op(entity, set, null, listOf({misfit, key})), "type", listName},
-         {"an argument too many", op(entity, set, null, listOf({key, key})), "argument", name},
          {"a null argument too many", op(entity, set, null, listOf({key, null})), "argument", name},
-         {"a key beside the list", op(entity, set, key, listOf({key})), "index", name},
-         {"a key, before the list", op(entity, set, key, null), "index", name}});
+         {"a key beside the list", op(entity, set, key, listOf({key})), "index", name}});
   } else if (flags.isSettable()) {
     add({{"no value", op(entity, GenericIf::OpSet, fit, null), "type", name},
          {"a value that does not fit", op(entity, GenericIf::OpSet, fit, misfit), "type", listName}});
@@ -177,8 +211,7 @@ std::vector<Refusal> refusalsOf(Generic const& entity, VekAttr const& attr) {
          {"a key that does not fit", op(entity, code, misfit, null), "type", listName}});
   }
   if (!flags.isInstantiating()) {
-    add({{"no key, before the value", op(entity, GenericIf::OpSet, null, null), "type", index},
-         {"a key that does not fit, before the value", op(entity, GenericIf::OpSet, misfit, null), "type", listName}});
+    add({{"no key, before the value", op(entity, GenericIf::OpSet, null, null), "type", index}});
   }
   auto const openAt = [entity, id = attr.id()](Generic const& k) {
     return [=] { static_cast<void>(entity->attributeIteratorKey(id, k)); };
@@ -204,19 +237,12 @@ TEST_F(GenericLaw, AnEntityRefusesWhatIsNoAttributeOfItsOwn) {
     SCOPED_TRACE(entity->type()->fullName());
     Generic const fixed = VekType::genericIf(&entityOf(entity), true);
     std::string const name = text(entity->type()->name());
-    expectRefused({
-        {"const, before the attribute",
-         [&] {
-           fixed->attributeOp({9999, 128}, nullptr, nullptr);
-         },
-         "const", constMessage},
-        {"an unknown number",
-         [&] {
-           fixed->attributeOp({9999, 0}, nullptr, nullptr);
-         },
-         "op 0", "attribute 9999"},
-        {"another type", [&] { static_cast<void>(fixed->voidPtrIs(GenericIf::List::_fwkType())); }, "type", name},
-    });
+    auto const change = [&] { fixed->attributeOp({9999, 128}, nullptr, nullptr); };
+    auto const read = [&] { fixed->attributeOp({9999, 0}, nullptr, nullptr); };
+    auto const cast = [&] { static_cast<void>(fixed->voidPtrIs(GenericIf::List::_fwkType())); };
+    expectRefused({{"const, before the attribute", change, "const", constMessage},
+                   {"an unknown number", read, "op 0", "attribute 9999"},
+                   {"another type", cast, "type", name}});
     for (VekType const* type : {entity->type(), static_cast<VekType const*>(Vek::Entity::_fwkType()),
                                 static_cast<VekType const*>(Vek::PtrInterface::_fwkType())}) {
       EXPECT_EQ(entity->voidPtrIs(type), static_cast<void const*>(&entityOf(entity)));
@@ -235,9 +261,7 @@ TEST_F(GenericLaw, ARootIsMadeFromNoOtherListThanOneOfAName) {
       return [&type, list] { static_cast<void>(type.genericIf(list.ptr(), false)); };
     };
     expectRefused({
-        {"null", make({}), "type", listName},
         {"no list", make(name), "type", listName},
-        {"an empty list", make(listOf({})), "type", "name"},
         {"a list of nothing", make(listOf({{}})), "type", "name"},
         {"what is no name", make(listOf({misfit})), "type", listName},
         {"more than a name", make(listOf({name, name})), "argument", text(type.name())},
@@ -262,13 +286,10 @@ TEST_F(GenericLaw, AValueRefusesInOrder) {
     expectRefused({
         {"const, before the attribute", op(fixed, 9999, 128, {}), "const", constMessage},
         {"an unknown number", op(value, 9999, 0, {}), "op 0", "attribute 9999"},
-        {"number 1", op(value, 1, 0, {}), "op 0", "attribute 1"},
         {"another operation on the whole", op(value, 0, 0, value), "op 0", "attribute 0"},
         {"equals what", op(fixed, 0, GenericIf::OpEquals, {}), "type", "vekOpArg"},
         {"equals another type", op(value, 0, GenericIf::OpEquals, misfit), "type", listName},
         {"another type", [&] { static_cast<void>(value->voidPtrIs(GenericIf::List::_fwkType())); }, "type", name},
-        {"null", [&] { static_cast<void>(type->genericIf(static_cast<GenericIf*>(nullptr), false)); }, "type",
-         listName},
         {"no list", [&] { static_cast<void>(type->genericIf(value.ptr(), false)); }, "type", listName},
     });
     std::vector<Generic> arguments;
@@ -283,7 +304,6 @@ TEST_F(GenericLaw, AValueRefusesInOrder) {
           {"const", op(fixed, attr->id(), 128, value), "const", constMessage},
           {"a key, before the operation", op(value, attr->id(), unknownRead, value), "index", its},
           {"setting", op(value, attr->id(), GenericIf::OpSet, {}), "op 128", its},
-          {"counting", op(fixed, attr->id(), GenericIf::OpCount, {}), "op 1", its},
           {"a null argument", make(nothing), "type", its},
           {"an argument that does not fit", make(wrong), "type", listName},
       });
@@ -292,7 +312,10 @@ TEST_F(GenericLaw, AValueRefusesInOrder) {
       EXPECT_FALSE(arguments.back()->isConst());
       EXPECT_TRUE(fixed->attributeOp({attr->id(), GenericIf::OpGet}, nullptr, nullptr)->isConst());
     }
-    EXPECT_FALSE(type->genericIf(listOf(arguments).ptr(), true)->isConst());
+    Generic const again = type->genericIf(listOf(arguments).ptr(), true);
+    EXPECT_FALSE(again->isConst());
+    EXPECT_EQ(again->strRep(), value->strRep());
+    op(value, 0, GenericIf::OpEquals, again)();
     arguments.push_back(value);
     expectRefused({{"too long a list", make(arguments), "argument", name}});
   }

@@ -1,17 +1,17 @@
-// What the schema files say of the types in them and no law over all types tells: defaults, keys, and their order.
+// What the schema files say of the types in them and no law over all types tells: defaults, limits, keys, their order.
 #include "dornl3/schema/AclIntf.h"
 #include "dornl3/schema/AuditStatus.h"
 #include "dornl3/schema/DornL3CliConfig.h"
 #include "dornl3/schema/Status.h"
+#include "dornl3/text/ValueText.h"
 #include "tests/core/LeakCheck.h"
 
+#include <string>
 #include <vector>
 
 namespace {
 
 using namespace Hardware::DornL3Unicast;
-using Bridging::VlanIdOrNone;
-using Kiln::Fapmask;
 using Vek::Ptr;
 
 struct SchemaFacts : LeakCheck {};
@@ -34,11 +34,6 @@ TEST_F(SchemaFacts, AuditsHaveThreeLevelsEachWithItsKey) {
   EXPECT_EQ(fap->fullName(), "auditStatus.auditInfo[kernel].table[lem].perFapInfo[fap0]");
   EXPECT_EQ(fap->uriPath(), "/auditStatus/auditInfo/kernel/table/lem/perFapInfo/fap0");
   EXPECT_EQ(fap->parentAttrId(), 258U);
-  EXPECT_EQ(fap->parent()->parentAttrId(), 258U);
-  EXPECT_EQ(fap->parent()->parent()->parentAttrId(), 261U);
-  Ptr<Status> const status = statusFactory("status");
-  EXPECT_EQ(status->lemV4RouteStatsIs("lem")->parentAttrId(), 308U);
-  EXPECT_EQ(status->lemV6RouteStatsIs("lem")->parentAttrId(), 309U);
 }
 
 TEST_F(SchemaFacts, FiguresByFapAndByPrefixLengthAreWalkedInTheirOrder) {
@@ -54,27 +49,27 @@ TEST_F(SchemaFacts, FiguresByFapAndByPrefixLengthAreWalkedInTheirOrder) {
   EXPECT_EQ(lengths, (std::vector<Vek::U32>{0, 24, 32}));
 }
 
-template <class X>
-struct AclRoutes : LeakCheck {};
-using Both = testing::Types<AclRoute::Config, AclRoute::Status>;
-TYPED_TEST_SUITE(AclRoutes, Both);
-
-TYPED_TEST(AclRoutes, EachCollectionIsKeyedByVlan) {
-  auto const acl = Vek::make<TypeParam>("acl");
-  VlanIdOrNone const last(4094);
-  AclRoute::Ipv4EgressAclLabel const label(last);
-  for (int i = 0; i < 2; ++i) {
-    acl->ipv6EgrAclOnVlanIs({}, false);
-    acl->egrRaclVlanToFapmaskIs(last, Fapmask({1, 2, 3, 4}));
-    acl->ipv4EgAclLabelIs(last, label);
-    acl->egressRaclSharingConfiguredIs(true);
+TEST_F(SchemaFacts, LimitsHoldForTextOnceItIsComplete) {
+  struct {
+    char const* attributes;
+    char const* complaint;
+  } const cases[] = {
+      {"'level0': 14, 'level1': 3, 'level5': 7", ""},
+      {"'level0': 15", "LpmLevelBits::level0 < 0 or > 14 not allowed"},
+      {"'level1': 2", "LpmLevelBits::level1 < 3 or > 7 not allowed"},
+      {"'level5': 0, 'level3': 8", "LpmLevelBits::level3 < 3 or > 7 not allowed"},
+      {"'level4': 259", ""},  // cut to 3
+  };
+  for (auto const& c : cases) {
+    std::string const text = "Value('Hardware::DornL3Unicast::LpmLevelBits', ** {" + std::string(c.attributes) + "})";
+    std::string complaint;
+    try {
+      static_cast<void>(Vek::valueFromText<LpmLevelBits>(std::string_view(text)));
+    } catch (Vek::RangeException const& exception) {
+      complaint = exception.what();
+    }
+    EXPECT_EQ(complaint, c.complaint) << c.attributes;
   }
-  EXPECT_EQ(acl->writeCount(), 4U) << "equal values change nothing";
-  EXPECT_EQ(acl->ipv6EgrAclOnVlanCount(), 1U);
-  EXPECT_EQ(acl->egrRaclVlanToFapmaskDel(last), Fapmask({1, 2, 3, 4}));
-  EXPECT_EQ(acl->egrRaclVlanToFapmaskDel(last), Fapmask());
-  EXPECT_EQ(acl->ipv4EgAclLabelDel(last), label);
-  EXPECT_EQ(acl->ipv4EgAclLabelDel(last), AclRoute::Ipv4EgressAclLabel());
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ name = "Sizes"
 doc = "sizes"
 attributes = [
   { number = 2, name = "small", type = "U8", doc = "small" },
-  { number = 3, name = "large", type = "U8", doc = "large" },
+  { number = 3, name = "large", type = "U8", min = 3, max = 5, default = 4, doc = "large" },
 ]
 [[entity]]
 name = "Part"
@@ -30,6 +30,20 @@ attributes = [
   { number = 259, retired = true },
   { number = 260, name = "banks", hashed = "U32", type = "bool", doc = "banks" },
   { number = 261, name = "part", child = "Part", doc = "part" },
+]
+[[entity]]
+name = "Slot"
+doc = "a slot"
+attributes = [
+  { number = 258, name = "label", type = "Vek::String", fixed = true, doc = "label" },
+  { number = 259, name = "used", type = "bool", doc = "used" },
+  { number = 260, name = "rows", type = "U32", constant = 4, doc = "rows" },
+]
+[[entity]]
+name = "Lid"
+doc = "a lid"
+attributes = [
+  { number = 258, name = "mode", type = "U32", doc = "mode" },
 ]
 )";
 
@@ -51,7 +65,9 @@ std::string edited(std::vector<std::pair<std::string, std::string>> const& edits
 
 std::string const countLine = R"(  { number = 258, name = "count", type = "U64", doc = "count" },)";
 std::string const partLine = R"(  { number = 261, name = "part", child = "Part", doc = "part" },)";
-std::string const largeLine = R"(  { number = 3, name = "large", type = "U8", doc = "large" },)";
+std::string const largeLine =
+    R"(  { number = 3, name = "large", type = "U8", min = 3, max = 5, default = 4, doc = "large" },)";
+std::string const rowsLine = R"(  { number = 260, name = "rows", type = "U32", constant = 4, doc = "rows" },)";
 std::string const banksLine = R"(  { number = 260, name = "banks", hashed = "U32", type = "bool", doc = "banks" },)";
 
 std::vector<Change> const& changes() {
@@ -67,12 +83,20 @@ std::vector<Change> const& changes() {
         {"\"mode\", type = \"U32\"", "\"mode\", type = \"U8\""}},
        {"breaks: type 'Part' is gone", "breaks: 'Whole.part' is gone; hold its place: { number = 261, retired = true }",
         "note: type 'Piece' is new"}},
+      {"a type like another is gone",
+       {{"[[entity]]\nname = \"Lid\"\ndoc = \"a lid\"\nattributes = [\n"
+         "  { number = 258, name = \"mode\", type = \"U32\", doc = \"mode\" },\n]\n",
+         ""}},
+       {"breaks: type 'Lid' is gone"}},
       {"a type is renamed",
        {{"\"Part\"\ndoc", "\"Piece\"\ndoc"}, {"child = \"Part\"", "child = \"Piece\""}},
        {"breaks: type 'Part' is called 'Piece' now; peers know it by its old name",
         "breaks: 'Whole.part' was a child of Part and is a child of Piece"}},
       {"a value becomes an entity",
-       {{"[[value]]", "[[entity]]"}, {"number = 2,", "number = 258,"}, {"number = 3,", "number = 259,"}},
+       {{"[[value]]", "[[entity]]"},
+        {"number = 2,", "number = 258,"},
+        {"number = 3,", "number = 259,"},
+        {"min = 3, max = 5, ", ""}},
        {"breaks: 'Sizes' was a value and is an entity"}},
       {"an attribute of an entity is retired",
        {{countLine, "  { number = 258, retired = true },"}},
@@ -97,12 +121,36 @@ std::vector<Change> const& changes() {
        {{"hashed = \"U32\"", "hashed = \"Vek::String\""}},
        {"breaks: 'Whole.banks' was a hashed collection of bool by U32 and is a hashed collection of bool by "
         "Vek::String"}},
+      {"another constant",
+       {{"constant = 4", "constant = 5"}},
+       {"breaks: 'Slot.rows' was a constant of U32 = 4 and is a constant of U32 = 5"}},
       {"another shape",
        {{"hashed = \"U32\"", "ordered = \"U32\""}},
        {"breaks: 'Whole.banks' was a hashed collection of bool by U32 and is an ordered collection of bool by U32"}},
-      {"another default and range",
-       {{"\"small\", type = \"U8\"", "\"small\", type = \"U8\", min = 1, max = 5, default = 2"}},
-       {"note: 'Sizes.small' had no default and has default 2, 1 to 5"}},
+      {"a range where there was none",
+       {{"\"small\", type = \"U8\"", "\"small\", type = \"U8\", min = 1, max = 255, default = 2"}},
+       {"note: 'Sizes.small' had no default and has default 2",
+        "breaks: the range of 'Sizes.small' is narrowed, 0 to 255 before and 1 to 255 now: texts of peers that go "
+        "beyond "
+        "it are refused"}},
+      {"another range",
+       {{"min = 3, max = 5", "min = 4, max = 6"}},
+       {"breaks: the range of 'Sizes.large' is moved, 3 to 5 before and 4 to 6 now: texts of peers that go beyond it "
+        "are "
+        "refused"}},
+      {"no range any more",
+       {{"min = 3, max = 5, ", ""}},
+       {"note: the range of 'Sizes.large' is widened, 3 to 5 before and 0 to 255 now: peers refuse texts that go "
+        "beyond "
+        "theirs"}},
+      {"a range that takes in all", {{"\"small\", type = \"U8\"", "\"small\", type = \"U8\", min = 0, max = 255"}}, {}},
+      {"a constructor argument more",
+       {{rowsLine, rowsLine + R"(  { number = 261, name = "row", type = "Vek::String", fixed = true, doc = "row" },)"}},
+       {"breaks: 'Slot.row' is new: peers make the entity without it"}},
+      {"a constructor argument less",
+       {{R"(number = 258, name = "label", type = "Vek::String", fixed = true, doc = "label")",
+         "number = 258, retired = true"}},
+       {"breaks: 'Slot.label' is retired"}},
       {"an attribute more",
        {{partLine, partLine + R"(  { number = 262, name = "mode", type = "bool", doc = "mode" },)"}},
        {"note: 'Whole.mode' is new"}},

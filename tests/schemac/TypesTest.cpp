@@ -18,10 +18,8 @@ TEST(Types, WidthAndPassingOfTheHouseValues) {
   };
   Expected const table[] = {
       {"Status", "RouteStats", 48, "RouteStats const&"},
-      {"Status", "JLpmStats", 64, "JLpmStats const&"},
       {"Status", "LpmStats", 0, "LpmStats const&"},  // holds a string
       {"Status", "InternalState", 2, "InternalState"},
-      {"Status", "TimingMarkers", 128, "TimingMarkers const&"},
       {"DornL3CliConfig", "LpmLevelBits", 6, "LpmLevelBits const&"},
       {"AclIntf", "Ipv4EgressAclLabel", 2, "Ipv4EgressAclLabel"},
       {"AclIntf", "Kiln::Fapmask", 16, "Kiln::Fapmask const&"},
@@ -36,6 +34,17 @@ TEST(Types, WidthAndPassingOfTheHouseValues) {
     EXPECT_EQ(type.wireWidth, e.width) << e.type;
     EXPECT_EQ(type.parameter(), e.parameter) << e.type;
   }
+  File const toy = good(R"(namespace = "Acme"
+[[value]]
+name = "Toy"
+doc = "d"
+attributes = [
+  { number = 2, name = "a", type = "U8", doc = "d" },
+  { number = 3, retired = true },
+  { number = 4, name = "b", type = "U8", doc = "d" },
+]
+)");
+  EXPECT_EQ(Types(toy).at("Toy").wireWidth, 2U);
   EXPECT_THROW((void)Types(houseFile("AclIntf")).at("RouteStats"), std::out_of_range);  // of another file
 }
 
@@ -49,7 +58,7 @@ TEST(Literal, IsCppThatReadsBackTheSame) {
 }
 
 TEST(Suggest, OnlyWhatIsNear) {
-  EXPECT_EQ(didYouMean("incremnt", {"number", "increment"}), ", did you mean 'increment'?");
+  EXPECT_EQ(didYouMean("incremnt", {"number", "increment"}), "; did you mean 'increment'?");
   EXPECT_EQ(didYouMean("colour", {"number", "increment"}), "");
   EXPECT_EQ(didYouMean(std::string(100000, 'x'), {"increment"}), "");
 }

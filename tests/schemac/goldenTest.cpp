@@ -1,4 +1,4 @@
-// What the compiler emits: for the toys byte by byte, for all files how much.
+// What the compiler emits: for the toys byte by byte.
 #include "tests/schemac/Emitted.h"
 
 #include <fmt/format.h>
@@ -42,36 +42,26 @@ TEST(Golden, TheToysAreEmittedAsTheyAreKept) {
   expectGolden("tests/frame/Toy.cpp", toys.source);
 }
 
-// How many lines a type may cost its reader, header and source together.
-int budget(Type const& type) {
-  if (!type.isEntity()) return 96 + 8 * static_cast<int>(type.attributes.size());
-  int lines = 220;
-  for (Attribute const& a : type.attributes) {
-    switch (a.shape) {
-    case Shape::retired: break;
-    case Shape::child: lines += 40; break;
-    case Shape::ordered:
-    case Shape::hashed:
-    case Shape::childCollection: lines += 80; break;
-    default: lines += 20; break;
-    }
-  }
-  return lines;
-}
-
-TEST(Golden, NoTypeCostsMoreLinesThanItsBudget) {
-  for (File const& file : allFiles()) {
-    // A type costs what the file grows by with it; it names none that is defined behind it.
-    File part = file;
-    part.types.clear();
-    int before = emit(part, "dornl3/schema").lines();
-    for (Type const& type : file.types) {
-      part.types.push_back(type);
-      int const now = emit(part, "dornl3/schema").lines();
-      EXPECT_LE(now - before, budget(type)) << file.stem << ", " << type.name << ": shorten the templates";
-      before = now;
-    }
-  }
+TEST(Golden, NumbersAreThoseOfTheSchemaAlsoWhereTomlEnds) {
+  Emitted const emitted = emit(good(R"(namespace = "Acme"
+[[value]]
+name = "Duty"
+doc = "d"
+attributes = [ { number = 2, name = "share", type = "U8", min = 3, max = 7, default = 4, doc = "d" } ]
+[[entity]]
+name = "Fan"
+doc = "d"
+attributes = [
+  { number = 258, name = "serial", type = "U64", default = "18446744073709551615", doc = "d" },
+  { number = 259, name = "none", type = "U64", constant = "9223372036854775808", doc = "d" },
+]
+)"),
+                               "");
+  for (char const* line :
+       {" share_ = 4;", " serial_ = 18446744073709551615u;", " none() { return 9223372036854775808u; }"})
+    EXPECT_NE(emitted.header.find(line), std::string::npos) << line;
+  for (char const* line : {"#include \"Toy.h\"\n", " min = 3;", " max = 7;", " constant = 9223372036854775808u;"})
+    EXPECT_NE(emitted.source.find(line), std::string::npos) << line;
 }
 
 }  // namespace

@@ -42,6 +42,12 @@ Ptr<StreamAdapter> AdapterTable::take(EntityId id) {
   return place->value();
 }
 
+void AdapterTable::takeAliases(StreamAdapter const& adapter) {
+  for (Map::IteratorConst it(&map_); it; ++it) {
+    if (it->value() == &adapter) take(it->key());
+  }
+}
+
 std::vector<Ptr<StreamAdapter>> AdapterTable::all() const {
   std::vector<Ptr<StreamAdapter>> adapters;
   adapters.reserve(map_.count());
@@ -51,8 +57,9 @@ std::vector<Ptr<StreamAdapter>> AdapterTable::all() const {
 
 EntityId AdapterTable::newId() {
   constexpr U32 lastSequence = 0x7fffffff;
-  if (ours_ >= most_) throw ProtocolException(format("the peer takes no more than %u entities", most_));
-  if (sequence_ == lastSequence) throw ProtocolException("all ids of this connection are used up");
+  if (ours_ >= most_ || sequence_ == lastSequence) {
+    throw EntityIdUnavailableException(format("the peer takes no more than %u entities", most_));
+  }
   return EntityId(U64{tag_} << 32 | U64{++sequence_} << 1 | 1);
 }
 

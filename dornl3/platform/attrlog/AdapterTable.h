@@ -28,10 +28,12 @@ class AdapterTable {
   /// Takes out what stands under an id; null where nothing does.
   Ptr<StreamAdapter> take(EntityId id);
   [[nodiscard]] bool isEmpty() const noexcept { return map_.count() == 0; }
+  /// Takes out an adapter wherever it stands.
+  void takeAliases(StreamAdapter const& adapter);
   /// All of them, held.
   [[nodiscard]] std::vector<Ptr<StreamAdapter>> all() const;
 
-  /// An id that nobody has. Throws ProtocolException where the peer takes no more.
+  /// An id that nobody has. Throws EntityIdUnavailableException where the peer takes no more.
   [[nodiscard]] EntityId newId();
   /// What the peer allows.
   void mostIs(U32 most) noexcept { most_ = most; }

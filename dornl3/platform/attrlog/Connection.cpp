@@ -15,6 +15,7 @@ constexpr unsigned short version = 1;
 constexpr std::size_t greetingSize = 32;  // without the name
 constexpr std::size_t mostOfAName = 255;
 constexpr std::size_t readAtOnce = 16 * 1024;
+constexpr int readsInARow = 16;  // then others have their turn
 constexpr double silencesOfTheDead = 3;
 
 U32 someTag(Random const& random) {
@@ -28,11 +29,15 @@ U32 someTag(Random const& random) {
 // While it stands, neither records nor turns begin.
 class Connection::Busy {
  public:
-  explicit Busy(Connection& connection) noexcept : connection_(connection) { connection.isBusy_ = true; }
+  explicit Busy(Connection& connection) noexcept : connection_(connection) {
+    connection.isBusy_ = true;
+    connection.demuxer_.isBusyIs(true);
+  }
   Busy(Busy const&) = delete;
   Busy& operator=(Busy const&) = delete;
   ~Busy() {
     connection_.isBusy_ = false;
+    connection_.demuxer_.isBusyIs(false);
     connection_.finish();
   }
 
@@ -164,7 +169,7 @@ void Connection::readable() {
   Ptr<Connection> const held = references() != 0 ? this : nullptr;
   Busy const busy{*this};
   guarded([this] {
-    while (state() < closing) {
+    for (int reads = 0; reads < readsInARow && state() < closing; ++reads) {
       std::size_t const count = transport_.read(in_->bytes_.room(readAtOnce), readAtOnce);
       if (count == 0) break;
       in_->bytes_.extend(count);

@@ -19,6 +19,7 @@ void Demuxer::createFlowOut(StreamAdapter& adapter, ConnectDesc const& desc, boo
   Ptr<FlowOut> const old = adapter.flowOut();
   if (old && startAttr != 0) return;
   Ptr<FlowOut> const made = adapter.flowOutIs(adapter.boundLog(), desc, isFull, startAttr);
+  if (isFull) adapter.joinSession();
   if (old) {
     for (FlowOut::VekPendingAbort::Map::IteratorConst it(&old->pendingAbort()); it; ++it) {
       made->pendingAbortIs(it->key(), true);
@@ -26,8 +27,8 @@ void Demuxer::createFlowOut(StreamAdapter& adapter, ConnectDesc const& desc, boo
     if (old->isFull()) made->isFullIs(true);
     made->isSyncSentIs(old->isSyncSent());
     // The far side has the beginning of a walk or of a text: it is to forget it.
-    if (old->bookmark() != nullptr || old->valueIter() != nullptr) made->pendingAbortIs(old->attrId(), true);
-    adapter.freeResyncState(*old);
+    if (old->bookmark() != nullptr || old->valueIter() != nullptr) made->pendingAbortIs(old->iterAttr(), true);
+    adapter.dropWalkState(*old);
   }
   adapter.flowOut_ = made;
   adapter.flagsIs(StreamAdapter::noFlowOut, false);
@@ -37,12 +38,57 @@ void Demuxer::createFlowOut(StreamAdapter& adapter, ConnectDesc const& desc, boo
 Ptr<StreamAdapter> Demuxer::reactorDel(EntityId id) {
   Ptr<StreamAdapter> const adapter = adapters_.take(id);
   if (!adapter) return {};
+  if (adapter->hasAlias_) adapters_.takeAliases(*adapter);
+  adapter->leaveSession();
   schedule_.remove(*adapter);
   flowInDel(id);
-  if (Ptr<FlowOut> const flowOut = std::exchange(adapter->flowOut_, nullptr)) adapter->freeResyncState(*flowOut);
+  if (Ptr<FlowOut> const flowOut = std::exchange(adapter->flowOut_, nullptr)) adapter->dropWalkState(*flowOut);
   adapter->flagsIs(StreamAdapter::noFlowOut, true);
   schedule_.unblock();  // an id is free
   return adapter;
+}
+
+void Demuxer::unbind(StreamAdapter& adapter) {
+  Ptr<StreamAdapter> const held(&adapter);
+  ++unbinding_;
+  adapter.doRemountSelf(nullptr);
+  if (--unbinding_ != 0) return;
+  for (Remount const& remount : std::exchange(remounts_, {})) {
+    StreamAdapter& left = *remount.adapter;
+    if (Ptr<FlowOut> const flowOut = std::exchange(left.flowOut_, nullptr)) left.dropWalkState(*flowOut);
+    left.flagsIs(StreamAdapter::noFlowOut, true);
+    left.leaveSession();
+    left.out_ = remount.out;
+    if (remount.out) {
+      left.entityIdIs(AdapterTable::unassignedId());
+      if (Demuxer* const other = left.streamDemuxer()) other->adapters().enter(left.entityId(), left);
+    } else {
+      left.notifierIs(nullptr);
+    }
+    retired_.push_back(remount.adapter);
+  }
+  if (!isBusy_) retire();
+}
+
+void Demuxer::remountNoted(StreamAdapter& adapter, Ptr<Out> const& out) {
+  remounts_.push_back({&adapter, out});
+  schedule_.remove(adapter);
+  flowInDel(adapter.entityId());
+  if (adapters_.take(adapter.entityId()) && adapter.hasAlias_) adapters_.takeAliases(adapter);
+  schedule_.unblock();  // an id is free
+}
+
+bool Demuxer::checkEphemeralEntityDeletion(Ptr<Entity> const& child, EntityId id, bool mayThrow) {
+  if (!child) return false;
+  Ptr<Entity::VekNboAttrLogSa> const adapter = child->vekNboAttrLogSa(Ptr<Out const>(out_));
+  if (!adapter || !adapter->entityId().isAssigned() || adapter->hasFlag(StreamAdapter::resyncStale)) return false;
+  if (adapters_.find(id) == adapter.ptr() || isSameMadeAtBothEnds(*adapter)) return false;
+  if (mayThrow) throw NameInUseException();
+  return true;
+}
+
+bool Demuxer::isSameMadeAtBothEnds(StreamAdapter const& adapter) const noexcept {
+  return adapters_.isOurs(adapter.entityId()) && ackFromPeer_ < adapter.boundAt_;
 }
 
 Ptr<FlowIn> Demuxer::flowIn(EntityId id) const {
@@ -57,6 +103,11 @@ Ptr<FlowIn> Demuxer::flowInIs(EntityId id) {
 }
 
 void Demuxer::flowInDel(EntityId id) { flowIns_.erase(id.number()); }
+
+void Demuxer::notReplicatedIs(String8 const& path, bool on) {
+  std::erase(notReplicated_, path);
+  if (on && notReplicated_.size() < mostNotReplicated) notReplicated_.push_back(path);
+}
 
 void Demuxer::ackIfMoved() {
   if (processed_ == ackSent_) return;

@@ -12,6 +12,8 @@
 
 namespace Vek {
 
+class Entity;
+
 namespace NboAttrLog {
 
 /// The four states of a connection.
@@ -43,6 +45,28 @@ class Demuxer {
   /// Takes an adapter out: no record finds it, none is written by it. Returns it, or null.
   Ptr<StreamAdapter> reactorDel(EntityId id);
 
+  /// Takes an adapter and those of all entities below its own off this log. They stay alive until no record and no turn
+  /// runs, since it may be one of theirs.
+  void unbind(StreamAdapter& adapter);
+  /// An adapter leaves for another log, or for none. It answers its old one until the outermost unbind() is done, since
+  /// those below it are found by that.
+  void remountNoted(StreamAdapter& adapter, Ptr<Out> const& out);
+  /// Lets go what has left; no record and no turn of this connection runs.
+  void retire() noexcept { retired_.clear(); }
+  /// Whether something runs that what has left may be part of.
+  void isBusyIs(bool on) noexcept {
+    isBusy_ = on;
+    if (!on) retire();
+  }
+
+  /// Whether a child in place must make way for the one that the peer calls `id`: it is bound here, alive, as another
+  /// object. Throws NameInUseException where it must and `mayThrow`.
+  [[nodiscard]] bool checkEphemeralEntityDeletion(Ptr<Entity> const& child, EntityId id, bool mayThrow);
+
+  /// Whether the far side may not have seen yet that this end has made the adapter's entity: if it makes one of the same
+  /// name meanwhile, it is the same.
+  [[nodiscard]] bool isSameMadeAtBothEnds(StreamAdapter const& adapter) const noexcept;
+
   [[nodiscard]] Ptr<FlowIn> flowIn(EntityId id) const;
   Ptr<FlowIn> flowInIs(EntityId id);
   void flowInDel(EntityId id);
@@ -61,6 +85,13 @@ class Demuxer {
   [[nodiscard]] StreamAdapter* applied() const noexcept { return applied_; }
   void appliedIs(StreamAdapter* adapter) noexcept { applied_ = adapter; }
 
+  /// Attributes whose last value was longer than the peer takes, by path: what the far side has of them is older. At most
+  /// so many are named; all are counted by Out::droppedRecords().
+  static constexpr std::size_t mostNotReplicated = 64;
+  [[nodiscard]] std::vector<String8> const& notReplicated() const noexcept { return notReplicated_; }
+  [[nodiscard]] bool hasNotReplicated() const noexcept { return !notReplicated_.empty(); }
+  void notReplicatedIs(String8 const& path, bool on);
+
   /// Passed over, for want of an adapter, an attribute or a field.
   [[nodiscard]] U64 skipped() const noexcept { return skipped_; }
   void skippedInc() noexcept { ++skipped_; }
@@ -69,6 +100,11 @@ class Demuxer {
   void teardown() noexcept;
 
  private:
+  struct Remount {
+    Ptr<StreamAdapter> adapter;
+    Ptr<Out> out;
+  };
+
   Out* out_;
   ConnectionState state_ = greeting;
   AdapterTable adapters_;
@@ -79,6 +115,11 @@ class Demuxer {
   U64 ackSent_ = 0;
   U64 skipped_ = 0;
   StreamAdapter* applied_ = nullptr;
+  std::vector<String8> notReplicated_;
+  std::vector<Remount> remounts_;
+  std::vector<Ptr<StreamAdapter>> retired_;
+  U32 unbinding_ = 0;
+  bool isBusy_ = false;
 };
 
 /// The demuxers of a thread, in the order in which they came. One a thread, since an entity and its adapters stay on one.

@@ -71,10 +71,14 @@ void applyToEntity(Connection& connection, RecordHeader const& header, Sa& adapt
   if (header.attribute == syncModeRecord) connection.mounts().syncModeReceived(adapter);
   if (in->phase() != In::Phase::applying) return;  // nothing that this end knows; it is counted
   if (!in->isAtLimit()) demuxer.skippedInc();      // fields of a newer peer
-  if (crosses && connection.state() == open) {
-    in->positionIs(0);
-    adapter.handleAttrDeserialization(header.attribute, 0, header.length, in);
-  }
+  if (!crosses || connection.state() != open) return;
+  in->positionIs(0);
+  // What a child holds follows its repeated binding.
+  bool const bindsChild = header.kind == childBindRecord && adapter.syncMode() != StreamAdapter::synchronising;
+  auto const mode = adapter.syncMode();
+  if (bindsChild) adapter.StreamAdapter::syncModeIs(StreamAdapter::synchronising);
+  adapter.handleAttrDeserialization(header.attribute, 0, header.length, in);
+  if (bindsChild) adapter.StreamAdapter::syncModeIs(mode);
 }
 
 // The adapter whose record is applied, for those that are made meanwhile.

@@ -3,6 +3,7 @@
 #include "dornl3/core/Throwers.h"
 #include "dornl3/platform/attrlog/Connection.h"
 #include "dornl3/platform/attrlog/ControlRecords.h"
+#include "dornl3/platform/attrlog/InboundRecord.h"
 #include "dornl3/platform/vek/Dir.h"
 
 #include <exception>
@@ -30,6 +31,7 @@ void Sa::reactorAdapterIs(Ptr<PtrInterface::NotifieeConst> const& adapter, Ptr<E
   if (hasFlag(weakAdapter)) isWeakReferenceIs(true);
   isRegisteredNotifieeIs(false);
   notifierIs(entity);
+  entity->vekIsBoundIs();
 }
 
 Ptr<PtrInterface::NotifieeConst> Sa::reactorAdapterDel() noexcept {
@@ -40,6 +42,7 @@ Ptr<PtrInterface::NotifieeConst> Sa::reactorAdapterDel() noexcept {
 void Sa::hasNotificationActiveIs(bool on) {
   if (on == hasNotificationActive()) return;
   StreamAdapter::hasNotificationActiveIs(on);
+  if (!on && rawNotifier() != nullptr) vekNotifierEntity()->vekHasSilentAdapterIs();
   if (reactorAdapter_) reactorAdapter_->hasNotificationActiveIs(on);
 }
 
@@ -163,24 +166,264 @@ bool Sa::handlingFlowInFor(AttributeId attr) const {
   Demuxer const* const demuxer = streamDemuxer();
   if (demuxer == nullptr || !demuxer->hasFlowIns()) return false;
   Ptr<FlowIn> const flowIn = demuxer->flowIn(entityId());
-  // On a mount a walk that comes in does not make an attribute deaf: only a text in pieces does, which is whole or not.
-  return flowIn && flowIn->aid() == attr && (side() == Side::plain || flowIn->iter() != nullptr);
+  if (!flowIn || flowIn->aid() != attr) return false;
+  // On a mount a walk that comes in makes no attribute deaf. A text in pieces does, at the replica alone: with both ends
+  // deaf to their own texts, neither would be whole.
+  return side() == Side::plain || (side() == Side::replica && flowIn->iter() != nullptr);
 }
 
-Ptr<Out> const& Sa::recordIs(int attr, U32 fixedSize, bool isVariable) {
+Ptr<Out> const& Sa::recordIs(int attr, U32 fixedSize, bool isVariable, U32 kind) {
   if (side() == Side::replica) streamDemuxer()->ackIfMoved();
   Ptr<Out> const& out = boundLog();
-  openRecord(*out, attr, fixedSize, isVariable);
+  openRecord(*out, attr, fixedSize, isVariable, kind);
   return out << Connection::Out::tokenOpen;
 }
 
 void Sa::recordClosed() {
   boundLog() << Connection::Out::tokenClose;
   recordWritten(*boundLog());
+  if (Demuxer& demuxer = *streamDemuxer(); boundLog()->droppedLast() || demuxer.hasNotReplicated()) [[unlikely]] {
+    int const attr = boundLog()->attribute();
+    String8 const name = vekNotifierEntity()->attributeString(static_cast<AttributeId>(attr < 0 ? -attr : attr));
+    demuxer.notReplicatedIs(vekNotifierEntity()->fullName() + "." + name, boundLog()->droppedLast());
+  }
 }
 
 void Sa::scalarOwed(U32 slot) noexcept {
   if (flowOut()) flowOut()->slotBitIs(slot, true);
+}
+
+// ---- Texts
+
+namespace {
+
+// A piece: whether it is the last, and bytes. As much as one message takes; the cursor moves behind it.
+void writePiece(Out& out, String8::IteratorConst& it) {
+  std::string_view const rest = it.rest();
+  std::string_view const piece = rest.substr(0, std::max(out.maxMessageSize(), 1U));
+  out.putByte(piece.size() == rest.size() ? 1 : 0);
+  out.putBytes(piece);
+  it += static_cast<int>(piece.size());
+}
+
+// A log with less room than this has a text go out in turns.
+U32 roomForAText(Out const& out) noexcept {
+  U32 const most = out.maxMessageSize();
+  return most + most / 2 - 1;
+}
+
+}  // namespace
+
+bool Sa::serializeText(AttributeId attr, U32 slot, String8 const& text) {
+  if (hasFlag(syncModeRelay)) return false;
+  if (!hasFlag(entityReactorActive) && handlingFlowInFor(attr)) {
+    if (!hasFlag(handlingScheduledFlowOut)) streamDemuxer()->flowIn(entityId())->hasLocalChangeIs(true);
+    return false;
+  }
+  if (!maySend(attr)) return true;
+  Ptr<FlowOut> const owed = hasFlag(noFlowOut) ? Ptr<FlowOut>{} : flowOut();
+  if (owed && !hasFlag(handlingScheduledFlowOut)) {
+    static_cast<void>(prepareImmediateTransmission(attr, true));
+    owed->slotBitIs(slot, true);
+    streamDemuxer()->schedule().marked(*this);
+    return false;
+  }
+  Out& out = *boundLog();
+  bool const goesOn = owed && owed->valueIter() != nullptr;
+  auto it = goesOn ? NboAttrLog::vekFlowOutValueDeq<String8::IteratorConst>(*owed) : String8::IteratorConst(text);
+  if (!it.inside() && it.position() != 0) return true;
+  bool mayWrite = owed || out.freeSpace() > roomForAText(out);
+  while (mayWrite) {
+    bool const mustWait = owed && hasFlag(handlingScheduledFlowOut) &&
+                          (!continueFlowOut() || out.freeSpace() < out.maxMessageSize());
+    if (mustWait) {
+      owed->valueIterIs(HeapCopy::of(it));
+      return false;
+    }
+    static_cast<void>(recordIs(static_cast<int>(attr), 0, true));
+    writePiece(out, it);
+    recordClosed();
+    if (!it.inside()) return true;
+    mayWrite = static_cast<bool>(owed);
+  }
+  if (!openFlowOut(attr)) return false;
+  flowOut()->slotBitIs(slot, true);
+  flowOut()->outstandingKeysIs(1);
+  NboAttrLog::vekFlowOutValueEnq(*flowOut(), it);
+  return false;
+}
+
+bool Sa::stepOverText(FlowOut& owed, AttributeId attr, AttributeId behind, U32 slot, bool (Sa::*handler)(),
+                      AttributeId& next) {
+  owed.attrIdIs(attr);
+  bool const owes = owed.valueIter() != nullptr || owed.slotBit(slot);
+  bool const done = !owes || (this->*handler)();
+  owed.slotBitIs(slot, !done);
+  return stepEnds(owed, attr, behind, done, next);
+}
+
+namespace {
+
+using PartialText = std::string;
+
+}  // namespace
+
+bool Sa::receiveText(InboundRecord const& record, AttributeId attr, U32 slot, String8& text) {
+  NboAttrLog::In& in = record.in();
+  Demuxer& demuxer = *streamDemuxer();
+  Ptr<FlowIn> flowIn = demuxer.flowIn(entityId());
+  bool const hasPart = flowIn && flowIn->aid() == attr && flowIn->iter() != nullptr;
+  bool const isLast = in.isAtLimit() || in.nextbool();
+  std::string_view const piece = in.rest();
+  std::size_t const before = hasPart ? static_cast<PartialText const*>(flowIn->iter())->size() : 0;
+  if (piece.empty() && !isLast) throw ProtocolException("a piece of a text without a byte");
+  if (before + piece.size() > in.textLimit()) {
+    throw ProtocolException(format("a text of more than %u bytes", in.textLimit()));
+  }
+  if (isLast) {
+    text = hasPart ? String8(static_cast<PartialText*>(flowIn->iter())->append(piece)) : String8(piece);
+    if (hasPart) {
+      flowIn->iterIs({});
+      flowIn->aidIs(0);
+      demuxer.flowInDel(entityId());
+    }
+    // Our own text that is part-way out is an older one.
+    if (flowOut() && flowOut()->valueIter() != nullptr && flowOut()->iterAttr() == attr) {
+      static_cast<void>(prepareImmediateTransmission(attr, true));
+      flowOut()->slotBitIs(slot, true);
+    }
+    record.decoded();
+    return true;
+  }
+  if (!flowIn) flowIn = demuxer.flowInIs(entityId());
+  if (hasPart) {
+    static_cast<PartialText*>(flowIn->iter())->append(piece);
+  } else {
+    flowIn->aidIs(attr);
+    flowIn->iterIs(HeapCopy::of(PartialText(piece)));
+  }
+  return false;
+}
+
+bool Sa::textTransaction(AttributeId attr, AttrTransactionType type) {
+  Demuxer* const demuxer = streamDemuxer();
+  Ptr<FlowIn> const flowIn = demuxer != nullptr ? demuxer->flowIn(entityId()) : Ptr<FlowIn>{};
+  if (!flowIn || flowIn->aid() != attr) return false;
+  if (type == beginMarker) return true;
+  if (flowIn->iter() != nullptr) {
+    flowIn->iterIs({});
+    flowIn->aidIs(0);
+  }
+  demuxer->flowInDel(entityId());
+  // It is the text of here that stands.
+  if (flowIn->hasLocalChange() && side() != Side::plain) doNotification(static_cast<int>(attr), nullptr);
+  return true;
+}
+
+// ---- Children
+
+U32 Sa::childFlags() const noexcept { return Vek_BitSet::notificationBitMask() & 0xffffc3cf & flags(); }
+
+bool Sa::bindChild(AttributeId attr, U32 slot, ChildBinder const& bind) {
+  Ptr<Sa> child;
+  while (!child) {
+    try {
+      Expect const expect{EntityIdUnavailableException::id};
+      child = bind.call(childFlags());
+    } catch (AttrLogRecordException const&) {
+      continue;
+    } catch (EntityIdUnavailableException const&) {
+      if (!flowOut() && !openFlowOut(attr)) return true;
+      flowOut()->attrIdIs(attr);
+      if (slot != 0) flowOut()->slotBitIs(slot, true);
+      flowOut()->yieldRequestedIs(true);
+      return false;
+    }
+  }
+  doFixChildFlags(*child);
+  if (syncMode() == synchronising || hasFlag(handlingScheduledFlowOut)) {
+    child->sessionIs(runningSession());
+    child->doThis();
+  }
+  return true;
+}
+
+void Sa::doFixChildFlags(Sa& child) {
+  constexpr U32 shared = readOnlyLocal | readOnlyRemote | outputSuppressed | flowOutForced;
+  child.vek_bitSetIs(Vek_BitSet((child.flags() & ~shared) | (flags() & shared)));
+  // A child may have been filled before anybody was told of it: on a mount it is brought in step by itself.
+  if (child.side() != Side::plain && std::exchange(child.isNew_, false)) child.doThis();
+}
+
+void Sa::childIsOnLog(Sa& child) {
+  child.isNew_ = true;
+  child.hasNotificationActiveIs(true);
+  try {
+    child.inheritSide();
+    child.vekOnInit();
+  } catch (EntityIdUnavailableException const&) {
+    streamDemuxer()->unbind(child);  // or a later try would find it, and write an id that nobody knows
+    throw;
+  }
+}
+
+bool Sa::mustMakeWay(Ptr<Entity> const& child, EntityId id, bool mayThrow) {
+  return streamDemuxer()->checkEphemeralEntityDeletion(child, id, mayThrow);
+}
+
+void Sa::inheritSide() {
+  Ptr<Entity> const entity = vekNotifierEntity();
+  if (!entity || entity->isRoot()) return;
+  Ptr<Entity> const parent = entity->parent();
+  Ptr<Sa> const above = parent->vekNboAttrLogSa(Ptr<Out const>(boundLog()));
+  if (!above) return;
+  sideIs(above->side());
+  if (side() == Side::replica) entity->vekWriteGuardIs(parent->vekIsWriteGuarded());
+}
+
+void Sa::childRecordIs(AttributeId attr, String8 const& key, Sa& child) {
+  Ptr<Out> const& out = recordIs(static_cast<int>(attr), 0, true, NboAttrLog::childBindRecord);
+  out << key << child.entityId();
+  recordClosed();
+  child.boundAtIs(out->records());
+}
+
+void Sa::receiveChildId(Ptr<Entity> const& child) {
+  struct Clear {
+    Sa& adapter;
+    ~Clear() { adapter.flagsIs(entityReactorActive, false); }
+  } const clear{*this};
+  Ptr<NboAttrLog::In> const in = boundLog()->reverseLog();
+  Demuxer* const demuxer = demuxFor(in);
+  if (!child || !in || demuxer == nullptr) return;
+  Ptr<Sa> const adapter = child->vekNboAttrLogSaIs(Vek_BitSet(childFlags()), 1, boundLog(), channel_);
+  adapter->inheritSide();
+  EntityId const id = in->nextEntityId();
+  adapter->doEntityIdIs(id, *demuxer, true);
+  if (!entityId().isAssigned()) in->overwriteId(entityId());
+  adapter->flagsIs(resyncStale, false);
+}
+
+EntityId Sa::peekChildId(InboundRecord const& record, Ptr<Entity> const& child) {
+  NboAttrLog::In& in = record.in();
+  U32 const at = in.position();
+  EntityId const id = in.nextEntityId();
+  in.positionIs(at);
+  if (!id.isAssigned() || id == connectionId) throw ProtocolException("a child under an id that is none");
+  StreamAdapter const* const holder = streamDemuxer()->adapters().find(id);
+  if (holder != nullptr && (!child || holder->rawNotifier() != child.ptr())) {
+    throw ProtocolException("an entity id that another entity has");
+  }
+  NboAttrLog::AdapterTable const& adapters = streamDemuxer()->adapters();
+  if (holder == nullptr && adapters.foreign() >= boundLog()->connection()->settings().limits.entities) {
+    throw ProtocolException("more entities than this end takes");
+  }
+  record.decoded();
+  return id;
+}
+
+Ptr<Sa> Sa::childAdapterOf(Ptr<Entity> const& child) const {
+  return child ? child->vekNboAttrLogSa(Ptr<Out const>(boundLog())) : Ptr<Sa>{};
 }
 
 // ---- The walk

@@ -10,6 +10,8 @@
 
 namespace Vek {
 
+class InboundRecord;
+
 class Entity::VekNboAttrLogSa : public StreamAdapter {
  public:
   class IsActiveAnchor;
@@ -46,6 +48,21 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
 
   // The halves of the frames that depend on no type.
 
+  /// What binds a child, a closure of the caller's.
+  class ChildBinder {
+   public:
+    template <class F>
+    explicit ChildBinder(F const& f) noexcept
+        : closure_(&f), function_([](void const* closure, U32 flags) -> Ptr<VekNboAttrLogSa> {
+            return (*static_cast<F const*>(closure))(Vek_BitSet(flags));
+          }) {}
+    [[nodiscard]] Ptr<VekNboAttrLogSa> call(U32 flags) const { return function_(closure_, flags); }
+
+   private:
+    void const* closure_;
+    Ptr<VekNboAttrLogSa> (*function_)(void const* closure, U32 flags);
+  };
+
   /// What becomes of a change at this moment.
   enum class Turn : U8 {
     silent,  ///< nothing: it came from this log, or the log does not want it
@@ -63,12 +80,43 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   [[nodiscard]] bool walkMayBegin(AttributeId attr, bool& answer);
   /// Opens a record of an attribute; the log is there. Where the far side waits for it, how much of its records has been
   /// applied goes first.
-  [[nodiscard]] Ptr<NboAttrLog::Out> const& recordIs(int attr, U32 fixedSize, bool isVariable);
+  [[nodiscard]] Ptr<NboAttrLog::Out> const& recordIs(int attr, U32 fixedSize, bool isVariable,
+                                                     U32 kind = NboAttrLog::plainRecord);
   /// The record is written.
   void recordClosed();
   /// A record could not be written in the middle of a walk: a scalar's mark stands again.
   void scalarOwed(U32 slot) noexcept;
 
+  /// Writes a text, in pieces where it is long. Whether all of it has gone.
+  [[nodiscard]] bool serializeText(AttributeId attr, U32 slot, String8 const& text);
+  /// Reads a piece of a text: whether it is whole now, as `text`.
+  [[nodiscard]] bool receiveText(InboundRecord const& record, AttributeId attr, U32 slot, String8& text);
+  /// A marker of a text: what has come of it is forgotten at its end. Whether the base's handling follows.
+  [[nodiscard]] bool textTransaction(AttributeId attr, AttrTransactionType type);
+
+  /// The flags that a child's adapter takes from this one.
+  [[nodiscard]] U32 childFlags() const noexcept;
+  /// Calls what binds a child to the log, until it is bound. Where it has no id yet, the attribute is marked, by `slot`
+  /// unless that is 0, and false is the answer: the caller marks the key.
+  [[nodiscard]] bool bindChild(AttributeId attr, U32 slot, ChildBinder const& bind);
+  void doFixChildFlags(VekNboAttrLogSa& child);
+  /// A new child's adapter is switched on and gets its id. Throws EntityIdUnavailableException, with nothing left behind.
+  void childIsOnLog(VekNboAttrLogSa& child);
+  void childRecordIs(AttributeId attr, String8 const& key, VekNboAttrLogSa& child);
+  /// A change of a child attribute that comes from the log: the child that stands there takes the id that follows in the
+  /// input.
+  void receiveChildId(Ptr<Entity> const& child);
+  /// Whether a change of a child attribute comes from the log.
+  [[nodiscard]] bool receivesChild() const noexcept { return !hasFlag(syncModeRelay) && hasFlag(entityReactorActive); }
+  /// The id that follows in the input, which is then decoded. Throws ProtocolException where it cannot be the child's.
+  [[nodiscard]] EntityId peekChildId(InboundRecord const& record, Ptr<Entity> const& child);
+  /// See Demuxer::checkEphemeralEntityDeletion.
+  [[nodiscard]] bool mustMakeWay(Ptr<Entity> const& child, EntityId id, bool mayThrow);
+  [[nodiscard]] Ptr<VekNboAttrLogSa> childAdapterOf(Ptr<Entity> const& child) const;
+
+  /// One step of the walk, over a text.
+  [[nodiscard]] bool stepOverText(NboAttrLog::FlowOut& owed, AttributeId attr, AttributeId behind, U32 slot,
+                                  bool (VekNboAttrLogSa::*handler)(), AttributeId& next);
   /// One step of the walk, over a scalar: whether the walk ends here, with `next` as its answer. `behind`: the attribute
   /// that follows, 0 for none.
   [[nodiscard]] bool stepOverScalar(NboAttrLog::FlowOut& owed, AttributeId attr, AttributeId behind, U32 slot,
@@ -103,6 +151,8 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   [[nodiscard]] Ptr<PtrInterface::NotifieeConst> reactorAdapterDel() noexcept;
 
  private:
+  /// Takes over from the adapter of the entity's parent which end of a mount this is.
+  void inheritSide();
   /// Guards that all handlers begin with; false where the handler is to return.
   [[nodiscard]] bool maySend(AttributeId attr);
   void needWritable(AttributeId attr);
@@ -111,6 +161,7 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
 
   Ptr<PtrInterface::NotifieeConst> reactorAdapter_;
   MsgChannel::Constrainer::VekEntry* channel_;
+  bool isNew_ = false;  // bound as a child just now
 };
 
 /// Holds entityReactorActive on an adapter while a record is applied to its entity.

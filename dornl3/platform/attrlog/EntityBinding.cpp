@@ -59,6 +59,22 @@ Ptr<Sa> logAdapterDel(Entity& entity, Ptr<NboAttrLog::Out const> const& out) {
 
 void needLog(Ptr<NboAttrLog::Out> const& out) { static_cast<void>(ValidPtr<NboAttrLog::Out>(out)); }
 
+void Entity::vekLeaveLogs() {
+  auto const& manager = globalNboAttrLogDemuxerManager();
+  for (NboAttrLog::Demuxer* const demuxer : manager.nboDemuxerIterator()) {
+    if (!manager.has(demuxer)) continue;
+    if (Ptr<Sa> const adapter = vekNboAttrLogSa(Ptr<NboAttrLog::Out const>(&demuxer->out()))) demuxer->unbind(*adapter);
+  }
+}
+
+void Entity::vekLetAdaptersGo() noexcept {
+  for (NboAttrLog::Demuxer* const demuxer : globalNboAttrLogDemuxerManager().nboDemuxerIterator()) {
+    for (Ptr<StreamAdapter> const& adapter : demuxer->adapters().all()) {
+      if (adapter->rawNotifier() == this) adapter->notifierIs(nullptr);
+    }
+  }
+}
+
 // Of an entity whose type has no bindings.
 
 Ptr<Sa const> Entity::vekNboAttrLogSa(Ptr<NboAttrLog::Out const> const&) const { return {}; }

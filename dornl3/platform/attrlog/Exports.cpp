@@ -32,8 +32,7 @@ void Exports::exportDel(Name const& name) {
   Ptr<Entity::VekNboAttrLogSa> const adapter = entity->vekNboAttrLogSa(out);
   if (!adapter) return;
   if (out->bufferFlag()) sendGone(*out, adapter->entityId());
-  adapter->notifierIs(nullptr);
-  connection_.demuxer().reactorDel(adapter->entityId());
+  connection_.demuxer().unbind(*adapter);
 }
 
 void Exports::mountRequested(Name const& name, String8 const& typeName, Access access) {
@@ -76,11 +75,11 @@ void Exports::announce(Export const& exported, Request const& request) {
   if (exported.delivery == Delivery::conflated) flags |= StreamAdapter::flowOutForced;
   auto const adapter = entity.vekNboAttrLogSaIs(PtrInterface::NotifieeConst::Vek_BitSet(flags), 1, out, nullptr);
   adapter->sideIs(StreamAdapter::Side::owner);
+  adapter->isMountRootIs(true);
   try {
     adapter->doAssignEntityId();
-  } catch (ProtocolException const& error) {
-    adapter->notifierIs(nullptr);
-    connection_.demuxer().reactorDel(adapter->entityId());
+  } catch (EntityIdUnavailableException const& error) {
+    connection_.demuxer().unbind(*adapter);
     sendRefused(*out, request.name, error.message());
     return;
   }

@@ -18,10 +18,14 @@ class FlowIn final : public PtrInterface {
   /// Whether the end marker of that attribute has come.
   [[nodiscard]] bool handlingTransaction() const noexcept { return handlingTransaction_; }
   void handlingTransactionIs(bool on) noexcept { handlingTransaction_ = on; }
+  /// Whether the attribute was changed here while its text came in: that was not sent.
+  [[nodiscard]] bool hasLocalChange() const noexcept { return hasLocalChange_; }
+  void hasLocalChangeIs(bool on) noexcept { hasLocalChange_ = on; }
 
  private:
   AttributeId aid_ = 0;
   bool handlingTransaction_ = false;
+  bool hasLocalChange_ = false;
   HeapCopy iter_;
 };
 

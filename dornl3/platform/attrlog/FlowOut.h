@@ -47,10 +47,22 @@ class FlowOut : public PtrInterface {
 
   /// The key at which the walk of a collection goes on; null when it starts at the beginning.
   [[nodiscard]] void* bookmark() const noexcept { return bookmark_.get(); }
-  virtual void bookmarkIs(HeapCopy key) { bookmark_ = std::move(key); }
+  virtual void bookmarkIs(HeapCopy key) {
+    bookmark_ = std::move(key);
+    if (bookmark() != nullptr) iterAttr_ = attrId_;
+  }
   /// How far a long text has been written; null where none is part-way out.
   [[nodiscard]] void* valueIter() const noexcept { return valueIter_.get(); }
-  virtual void valueIterIs(HeapCopy iterator) { valueIter_ = std::move(iterator); }
+  virtual void valueIterIs(HeapCopy iterator) {
+    valueIter_ = std::move(iterator);
+    if (valueIter() != nullptr) iterAttr_ = attrId_;
+  }
+  /// The attribute that the key or the place belongs to, while one stands: a walk that begins anew passes others first.
+  [[nodiscard]] AttributeId iterAttr() const noexcept { return iterAttr_; }
+
+  /// Told when a text is part-way out; nothing is decided by it.
+  virtual void outstandingKeysIs(U32 count) { outstandingKeys_ = count; }
+  [[nodiscard]] U32 outstandingKeys() const noexcept { return outstandingKeys_; }
 
   [[nodiscard]] U8 vekDataBits() const noexcept { return dataBits_; }
   virtual void vekDataBitsIs(U8 bits) { dataBits_ = bits; }
@@ -86,10 +98,12 @@ class FlowOut : public PtrInterface {
 
  private:
   AttributeId attrId_;
+  AttributeId iterAttr_ = 0;
   U8 dataBits_ = 0;
   bool isFull_;
   bool isSyncSent_ = false;
   AttributeId resume_ = 0;
+  U32 outstandingKeys_ = 0;
   U32* words_ = nullptr;
   StreamAdapter* adapter_;
   HeapCopy bookmark_;

@@ -43,6 +43,12 @@ class ByteConnection::In : public Connection::In {
   void positionIs(U32 position);
   /// Bytes that are left to read.
   [[nodiscard]] U32 left() const noexcept { return static_cast<U32>(limit_ - at_); }
+  /// All that is left, read.
+  [[nodiscard]] std::string_view rest() noexcept {
+    std::size_t const count = left();
+    return {std::exchange(at_, limit_), count};
+  }
+  [[nodiscard]] U32 textLimit() const noexcept { return textLimit_; }
   [[nodiscard]] bool isAtLimit() const noexcept { return at_ == limit_; }
 
   /// Reads from these bytes, which the caller keeps in place, in the place of what was read before.
@@ -62,6 +68,8 @@ class ByteConnection::In : public Connection::In {
     return from;
   }
 
+  [[noreturn]] static void throwShort();
+
  private:
   template <class T>
   [[nodiscard]] T raw() {
@@ -69,7 +77,6 @@ class ByteConnection::In : public Connection::In {
     std::memcpy(&value, take(sizeof value), sizeof value);
     return value;
   }
-  [[noreturn]] static void throwShort();
   [[noreturn]] static void throwBadBool();
 
   char* begin_ = nullptr;
@@ -94,6 +101,28 @@ class In final : public ByteConnection::In {
 
   /// The connection's demuxer; null when the connection has gone.
   [[nodiscard]] Demuxer* demuxer() const noexcept { return demuxer_; }
+
+  /// Reads a wrapper of a child record, up to the child record's payload: a number behind which comes the place of the
+  /// child's id, numbers of attributes up to the first place, and of the first of them that `isChild` knows the record.
+  /// Returns that number, below 0 where the child is gone, or the wrapper's own where there is none.
+  template <class IsChild>
+  [[nodiscard]] int unwrapped(int attr, U32& idAt, IsChild const& isChild) {
+    U32 const end = nextU16();
+    U32 const place = nextU16();
+    int found = attr;
+    while (position() < end) {
+      int const number = nextint();
+      auto const absolute = static_cast<AttributeId>(number);
+      if (!isChild(number < 0 ? AttributeId{0} - absolute : absolute)) continue;
+      if (end < position()) throwShort();
+      positionIs(end);
+      found = number;
+      break;
+    }
+    if (found > 0) static_cast<void>(nextU32());
+    idAt = place;
+    return found;
+  }
 
   [[nodiscard]] Phase phase() const noexcept { return phase_; }
   void phaseIs(Phase phase) noexcept { phase_ = phase; }

@@ -27,4 +27,28 @@ class ShortRecordException : public Exception {
   ~ShortRecordException() override;
 };
 
+/// The name of a child is taken by another object: it makes way.
+class NameInUseException : public Exception {
+ public:
+  static constexpr Id id = 16;
+  NameInUseException();
+  ~NameInUseException() override;
+};
+
+/// A child has no entity id yet: its binding waits.
+class EntityIdUnavailableException : public Exception {
+ public:
+  static constexpr Id id = 48;
+  explicit EntityIdUnavailableException(String8 message);
+  ~EntityIdUnavailableException() override;
+};
+
+/// A child's binding must be made again. It is not thrown twice for one binding.
+class AttrLogRecordException : public Exception {
+ public:
+  static constexpr Id id = 48;
+  AttrLogRecordException();
+  ~AttrLogRecordException() override;
+};
+
 }  // namespace Vek

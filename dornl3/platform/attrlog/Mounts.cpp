@@ -20,14 +20,9 @@ Ptr<Entity> Mount::writableEntity() const {
   return entity_;
 }
 
-void Mount::guardIs() noexcept {
-  if (entity_) entity_->vekWriteGuardIs(access_ == Access::readOnly || state_ != Dir::inStep);
-}
-
 void Mount::stateIs(Dir::State state) {
   if (state == state_) return;
   state_ = state;
-  guardIs();
   if (Ptr<Dir::Entry> const entry = dir_->entry(name_); entry && entry->entity() == entity_) entry->stateIs(state);
   if (whenChanged_) whenChanged_(*this);
 }
@@ -44,6 +39,18 @@ Ptr<Mount> Mounts::find(StreamAdapter const& adapter) const {
   return at == mounts_.end() ? Ptr<Mount>{} : *at;
 }
 
+// Children are guarded as their root is: here those that stand, and each that comes when it is bound.
+void Mounts::guardTree(Mount const& mount, bool armed) {
+  if (!mount.entity_) return;
+  mount.entity_->vekWriteGuardIs(armed);
+  for (Ptr<StreamAdapter> const& adapter : connection_.demuxer().adapters().all()) {
+    Ptr<Entity> const entity = static_cast<Entity::VekNboAttrLogSa&>(*adapter).vekNotifierEntity();
+    Ptr<Entity> root = entity;
+    while (root && !root->isRoot()) root = root->parent();
+    if (root == mount.entity_) entity->vekWriteGuardIs(armed);
+  }
+}
+
 void Mounts::mountIs(Ptr<Mount> const& mount) {
   mounts_.push_back(mount);
   mount->refusal_ = {};
@@ -54,8 +61,8 @@ void Mounts::mountDel(Mount& mount) {
   Ptr<Mount> const held(&mount);
   if (std::erase(mounts_, &mount) == 0 || !mount.entity_) return;
   if (auto const adapter = mount.entity_->vekNboAttrLogSa(connection_.out())) {
-    adapter->notifierIs(nullptr);
-    connection_.demuxer().reactorDel(adapter->entityId());
+    guardTree(mount, true);
+    connection_.demuxer().unbind(*adapter);
   }
   mount.stateIs(Dir::stale);
 }
@@ -71,6 +78,7 @@ void Mounts::opened() {
 void Mounts::ended() noexcept {
   for (Ptr<Mount> const& mount : std::vector<Ptr<Mount>>(std::exchange(mounts_, {}))) {
     try {
+      guardTree(*mount, true);
       if (mount->state_ != Dir::neverSynced) mount->stateIs(Dir::stale);
     } catch (std::exception const&) {
       // Whoever waits for the mount finds its state.
@@ -135,7 +143,7 @@ bool Mounts::announced(In& in) {
       PtrInterface::NotifieeConst::Vek_BitSet(flags), 1, connection_.out(), nullptr);
   adapter->sideIs(StreamAdapter::Side::replica);
   adapter->doEntityIdIs(id, connection_.demuxer(), true);
-  mount->guardIs();
+  entity->vekWriteGuardIs(true);
   mount->stateIs(Dir::syncing);
   return true;
 }
@@ -151,15 +159,17 @@ void Mounts::gone(EntityId id) {
   Ptr<StreamAdapter> const adapter = connection_.demuxer().adapters().find(id);
   if (!adapter || adapter->side() != StreamAdapter::Side::replica) return;
   Ptr<Mount> const mount = find(*adapter);
-  adapter->notifierIs(nullptr);
-  connection_.demuxer().reactorDel(id);
+  if (mount) guardTree(*mount, true);
+  connection_.demuxer().unbind(*adapter);
   if (mount) mount->stateIs(Dir::stale);
 }
 
 void Mounts::syncModeReceived(StreamAdapter const& adapter) {
   if (Ptr<Mount> const mount = find(adapter)) {
     mount->lastWord_ = connection_.now();
-    mount->stateIs(adapter.syncMode() == StreamAdapter::inStep ? Dir::inStep : Dir::syncing);
+    bool const isInStep = adapter.syncMode() == StreamAdapter::inStep;
+    guardTree(*mount, mount->access() == Access::readOnly || !isInStep);
+    mount->stateIs(isInStep ? Dir::inStep : Dir::syncing);
   }
 }
 

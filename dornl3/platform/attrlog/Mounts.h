@@ -45,7 +45,6 @@ class Mount final : public PtrInterface {
  private:
   friend class Mounts;
   void stateIs(Dir::State state);
-  void guardIs() noexcept;
 
   Name const name_;
   VekType const& type_;
@@ -84,6 +83,7 @@ class Mounts {
   [[nodiscard]] Ptr<Mount> find(Name const& name) const;
   [[nodiscard]] Ptr<Mount> find(StreamAdapter const& adapter) const;
   void request(Mount const& mount);
+  void guardTree(Mount const& mount, bool armed);
 
   Connection& connection_;
   std::vector<Ptr<Mount>> mounts_;

@@ -36,6 +36,7 @@ void Out::nextHeaderIs(MsgHeader const& header) {
   bytes_.extend(headerSize);
   isOpen_ = true;
   isVariable_ = header.variableSize != 0;
+  attribute_ = header.attribute;
   expected_ = header.payloadSize;
   sectionStart_ = 0;
   payload_ = 0;

@@ -91,6 +91,8 @@ class Out : public Vek::Connection::Out {
   [[nodiscard]] U64 droppedRecords() const noexcept { return droppedRecords_; }
   /// Whether the record closed last was one of them.
   [[nodiscard]] bool droppedLast() const noexcept { return droppedLast_; }
+  /// The attribute of the record opened last.
+  [[nodiscard]] int attribute() const noexcept { return attribute_; }
   /// Bytes of closed records, since the beginning.
   [[nodiscard]] U64 written() const noexcept { return written_; }
   /// Bytes of closed records that wait.
@@ -139,6 +141,7 @@ class Out : public Vek::Connection::Out {
   bool isOpen_ = false;
   bool isVariable_ = false;
   bool droppedLast_ = false;
+  int attribute_ = 0;
   U32 expected_ = 0;              // payload of a record of fixed size
   std::size_t recordStart_ = 0;   // of the open record, from the front of bytes_
   std::size_t sectionStart_ = 0;  // of its open part; 0 without one

@@ -152,8 +152,10 @@ void Schedule::visit(StreamAdapter& adapter) {
 // Changes behind the walk do not put it off.
 void Schedule::walkEnded(StreamAdapter& adapter, FlowOut& flowOut) {
   flowOut.isFullIs(false);
-  if (adapter.side() == StreamAdapter::Side::owner) inStepDue_.emplace_back(&adapter);
+  adapter.walkEnded();
 }
+
+void Schedule::inStepIs(StreamAdapter& root) { inStepDue_.emplace_back(&root); }
 
 void Schedule::writeInStep() {
   while (!inStepDue_.empty() && out_.hasSufficientBuffer()) {

@@ -26,6 +26,8 @@ class Schedule {
   void oweEverything(StreamAdapter& adapter) noexcept;
   /// Something has happened that may help those that are blocked.
   void unblock();
+  /// An exported entity, with all below it, has been written: the far side is to be told.
+  void inStepIs(StreamAdapter& root);
   void remove(StreamAdapter& adapter) noexcept;
   void clear() noexcept;
 

@@ -25,10 +25,16 @@ void StreamAdapter::hasNotificationActiveIs(bool on) {
   if (on && demuxer != nullptr) demuxer->adapters().enter(id_, *this);
 }
 
+void StreamAdapter::vek_bitSetIs(Vek_BitSet flags) {
+  bool const wasSuppressed = hasFlag(outputSuppressed);
+  PtrInterface::NotifieeConst::vek_bitSetIs(flags);
+  if (wasSuppressed && !hasFlag(outputSuppressed)) oweEverything();
+}
+
 void StreamAdapter::handleSyncMode() {}
 
 AttributeId StreamAdapter::handleAttrFlowOut(AttributeId) {
-  if (!flowOut_ || !flowOut_->isFull() || flowOut_->isSyncSent() || side_ != Side::owner) return 0;
+  if (!flowOut_ || !flowOut_->isFull() || flowOut_->isSyncSent() || !isMountRoot_) return 0;
   NboAttrLog::Out const* const out = nboAttrLogOut();
   if (out == nullptr || !out->hasSufficientBuffer()) return NboAttrLog::syncModeRecord;
   sendSyncMode(synchronising);
@@ -38,6 +44,11 @@ AttributeId StreamAdapter::handleAttrFlowOut(AttributeId) {
 
 void StreamAdapter::freeResyncState(FlowOut&) {}
 void StreamAdapter::vekOnInit() { doAssignEntityId(); }
+void StreamAdapter::vekInstantiateSerialize() {}
+
+void StreamAdapter::doRemountSelf(Ptr<NboAttrLog::Out> const& out) {
+  if (Demuxer* const demuxer = streamDemuxer()) demuxer->remountNoted(*this, out);
+}
 
 Demuxer const* StreamAdapter::streamDemuxer() const { return out_ ? out_->demuxer() : nullptr; }
 Demuxer* StreamAdapter::streamDemuxer() { return out_ ? out_->demuxer() : nullptr; }
@@ -87,12 +98,45 @@ bool StreamAdapter::prepareImmediateTransmission(AttributeId attr, bool bufferSh
     if (!mayWrite) flowOut_->yieldRequestedIs(true);
     return mayWrite;
   }
-  if (flowOut_->valueIter() != nullptr && attr == flowOut_->attrId()) {
+  if (flowOut_->valueIter() != nullptr && attr == flowOut_->iterAttr()) {
     // The text that is part-way out has changed: the far side forgets the pieces that it has.
-    freeResyncState(*flowOut_);
+    dropWalkState(*flowOut_);
     flowOut_->pendingAbortIs(attr, true);
   }
   return false;
+}
+
+void StreamAdapter::dropWalkState(FlowOut& flowOut) {
+  AttributeId const standsOn = flowOut.attrId();
+  flowOut.attrIdIs(flowOut.iterAttr());
+  freeResyncState(flowOut);
+  flowOut.attrIdIs(standsOn);
+}
+
+Ptr<NboAttrLog::SyncSession> StreamAdapter::runningSession() const {
+  return session_ && session_->isRunning() ? session_ : Ptr<NboAttrLog::SyncSession>{};
+}
+
+void StreamAdapter::joinSession() {
+  if (isMountRoot_ && !runningSession()) session_ = make<NboAttrLog::SyncSession>(*this);
+  if (inSession_ || !session_) return;
+  inSession_ = true;
+  session_->walkBegins();
+}
+
+void StreamAdapter::leaveSession() noexcept {
+  if (isMountRoot_ && session_) session_->rootDel();
+  walkEnded();
+}
+
+void StreamAdapter::walkEnded() noexcept {
+  if (!isMountRoot_) syncMode_ = inStep;  // a root is when the far side is told
+  if (!std::exchange(inSession_, false)) return;
+  Demuxer* const demuxer = streamDemuxer();
+  if (session_->walkEnds() && session_->root() != nullptr && demuxer != nullptr) {
+    demuxer->schedule().inStepIs(*session_->root());
+  }
+  session_ = nullptr;
 }
 
 void StreamAdapter::doThis() {
@@ -105,11 +149,12 @@ void StreamAdapter::oweEverything() noexcept {
   if (Demuxer* const demuxer = streamDemuxer()) demuxer->schedule().oweEverything(*this);
 }
 
-void StreamAdapter::openRecord(NboAttrLog::Out& out, int attr, U32 fixedSize, bool isVariable) {
+void StreamAdapter::openRecord(NboAttrLog::Out& out, int attr, U32 fixedSize, bool isVariable, U32 kind) {
   out.nextHeaderIs({.entityId = id_,
                     .attribute = attr,
                     .variableSize = static_cast<U8>(isVariable ? 1 : 0),
-                    .payloadSize = fixedSize});
+                    .payloadSize = fixedSize,
+                    .recordKind = kind});
 }
 
 void StreamAdapter::sendSyncMode(SyncMode mode) {
@@ -130,13 +175,16 @@ void StreamAdapter::doEntityIdIs(EntityId id, Demuxer& demuxer, bool fromPeer) {
   }
   if (other != nullptr) throw ProtocolException("an entity id that another entity has");
   Ptr<StreamAdapter> const held(this);
-  if (fromPeer && adapters.isOurs(id_) && demuxer.ackFromPeer() < lastSent_) {
-    // Both ends have made the same entity at once: records under either id are for it, and the owner's id stays.
+  if (fromPeer && demuxer.isSameMadeAtBothEnds(*this)) {
+    // Records under either id are for it, and the owner's id stays.
     adapters.enter(id, *this);
+    hasAlias_ = true;
     if (takesPeersWord) entityIdIs(id);
     return;
   }
   adapters.take(id_);
+  if (hasAlias_) adapters.takeAliases(*this);
+  hasAlias_ = false;
   demuxer.flowInDel(id_);
   entityIdIs(id);
   adapters.enter(id, *this);

@@ -9,6 +9,7 @@
 #include "dornl3/platform/attrlog/FlowIn.h"
 #include "dornl3/platform/attrlog/FlowOut.h"
 #include "dornl3/platform/attrlog/In.h"
+#include "dornl3/platform/attrlog/SyncSession.h"
 
 namespace Vek {
 
@@ -46,6 +47,8 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
 
   [[nodiscard]] bool isStreamAdapter() const noexcept final { return true; }
   void hasNotificationActiveIs(bool on) override;
+  /// What was not to be sent was not marked either: when output is let go again, everything is owed.
+  void vek_bitSetIs(Vek_BitSet flags) override;
 
   // What the framework and the frames call, each type with its own where that is told.
 
@@ -58,6 +61,8 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   virtual void freeResyncState(NboAttrLog::FlowOut& flowOut);
   /// The adapter has just been made for a child whose record follows.
   virtual void vekOnInit();
+  /// Lets children exist on the far side before the attributes flow.
+  virtual void vekInstantiateSerialize();
   /// The demuxer of the log; null when the connection has gone, and for an adapter without log.
   [[nodiscard]] virtual NboAttrLog::Demuxer const* streamDemuxer() const;
   [[nodiscard]] virtual NboAttrLog::Demuxer* streamDemuxer();
@@ -81,6 +86,9 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   virtual void entityIdIs(EntityId id);
   /// A marked adapter hears nothing; a revived one hears again.
   virtual void vekDoZombieReactors(bool mark) = 0;
+  /// The adapter, and those of all entities below its own, leave for another log, or for none. Called by
+  /// Demuxer::unbind, which finishes it.
+  virtual void doRemountSelf(Ptr<NboAttrLog::Out> const& out);
 
   /// The log, while its connection is open; null otherwise.
   [[nodiscard]] NboAttrLog::Out* nboAttrLogOut() const noexcept {
@@ -98,6 +106,18 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   void flagsIs(U32 bits, bool on) noexcept { stateFlagsIs(bits, on); }
   [[nodiscard]] Side side() const noexcept { return side_; }
   void sideIs(Side side) noexcept { side_ = side; }
+  /// Whether the entity was exported itself, and not as a child.
+  void isMountRootIs(bool on) noexcept { isMountRoot_ = on; }
+  /// The synchronisation that runs, of this entity or of the one that it came with; null where none does.
+  [[nodiscard]] Ptr<NboAttrLog::SyncSession> runningSession() const;
+  void sessionIs(Ptr<NboAttrLog::SyncSession> const& session) { session_ = session; }
+  void joinSession();
+  /// Its part is over; with the last the far side is told.
+  void leaveSession() noexcept;
+  /// The walk of a full flow-out has been through.
+  void walkEnded() noexcept;
+  /// The number of the record that bound the entity as a child.
+  void boundAtIs(U64 record) noexcept { boundAt_ = record; }
 
   /// The mode that a record names. On a mount only 1 and 2 are; a plain adapter takes every number.
   [[nodiscard]] SyncMode SyncModeInstance(U32 number) const;
@@ -110,6 +130,8 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   [[nodiscard]] bool convertedToWritable(bool) const noexcept { return false; }
   /// Whether the far side of a read-only binding may write this attribute all the same.
   [[nodiscard]] bool readOnlyRemoteOk(int) const noexcept { return false; }
+  /// Drops the key or the place in a text at which a walk would go on.
+  void dropWalkState(NboAttrLog::FlowOut& flowOut);
   /// The adapter goes on with its own part of a synchronisation: everything is owed.
   void doThis();
   /// Tells the far side how far the entity has come.
@@ -124,7 +146,7 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   StreamAdapter(Vek_BitSet flags, U32 count, Ptr<NboAttrLog::Out> const& out);
 
   /// Opens a record of this adapter on `out`.
-  void openRecord(NboAttrLog::Out& out, int attr, U32 fixedSize, bool isVariable);
+  void openRecord(NboAttrLog::Out& out, int attr, U32 fixedSize, bool isVariable, U32 kind = NboAttrLog::plainRecord);
 
  private:
   friend class NboAttrLog::Demuxer;
@@ -137,10 +159,15 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   Side side_ = Side::plain;
   Place place_ = Place::none;
   bool owesAll_ = false;
+  bool isMountRoot_ = false;
+  bool inSession_ = false;
+  bool hasAlias_ = false;
   U32 const count_;
   EntityId id_;
   Ptr<NboAttrLog::Out> out_;
   Ptr<NboAttrLog::FlowOut> flowOut_;
+  Ptr<NboAttrLog::SyncSession> session_;
+  U64 boundAt_ = 0;
   U64 lastSent_ = 0;  // number of the last record with this id
 
  public:

@@ -43,7 +43,9 @@ class EntityBaseType final : public VekType {
 
 }  // namespace
 
-Entity::~Entity() = default;
+Entity::~Entity() {
+  if (hasSilentAdapter_) vekLetAdaptersGo();
+}
 
 Name Entity::name() const { return name_; }
 
@@ -51,7 +53,9 @@ Ptr<Entity const> Entity::parent() const { return parent_; }
 Ptr<Entity> Entity::parent() { return parent_; }
 
 void Entity::parentIs(Ptr<Entity> const& parent) {
+  bool const leaves = isBound_ && parent_ != nullptr && parent == nullptr;
   parent_ = parent.ptr();
+  if (leaves) vekLeaveLogs();
   handleParent(parent);
 }
 
@@ -92,6 +96,7 @@ String8 Entity::attributeString(AttributeId id) const {
   }
 }
 
+void Entity::vekNotifieeAdapterIs(Ptr<Entity const> const&) {}
 void Entity::handleParent(Ptr<Entity> const&) {}
 
 

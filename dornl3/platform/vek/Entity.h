@@ -44,7 +44,8 @@ class Entity : public PtrInterface {
   /// and for one that was removed.
   [[nodiscard]] virtual Ptr<Entity const> parent() const;
   [[nodiscard]] virtual Ptr<Entity> parent();
-  /// Stores the parent, without a reference, and tells handleParent.
+  /// Stores the parent, without a reference, and tells handleParent. An entity that loses its parent leaves the logs that
+  /// it is on, and all below it with it.
   virtual void parentIs(Ptr<Entity> const& parent);
   /// The record of the parent's attribute that holds this entity; null without a parent.
   [[nodiscard]] virtual VekAttr const* parentAttr() const;
@@ -64,6 +65,8 @@ class Entity : public PtrInterface {
   /// The name of an attribute or event, "unknown" for a number that has none.
   [[nodiscard]] virtual String8 attributeString(AttributeId id) const;
 
+  /// For entities that are adapted: reactors are to follow `adapter` in this one's place. Here: nothing.
+  virtual void vekNotifieeAdapterIs(Ptr<Entity const> const& adapter);
   /// The parent has changed.
   virtual void handleParent(Ptr<Entity> const& parent);
 
@@ -95,7 +98,14 @@ class Entity : public PtrInterface {
       vekWriteGuarded(attr);
   }
   /// A mount keeps this entity from local changes, or no longer does.
-  void vekWriteGuardIs(bool armed) noexcept { guard_ = armed ? guardArmed : 0; }
+  void vekWriteGuardIs(bool armed) noexcept {
+    guard_ = static_cast<U8>(armed ? guard_ | guardArmed : guard_ & ~(guardArmed | guardPass));
+  }
+  [[nodiscard]] bool vekIsWriteGuarded() const noexcept { return (guard_ & guardArmed) != 0; }
+  /// An adapter has been bound to the entity.
+  void vekIsBoundIs() noexcept { isBound_ = true; }
+  /// One of its adapters has been switched off: it stands on no list, and hears of the entity's end in another way.
+  void vekHasSilentAdapterIs() noexcept { hasSilentAdapter_ = true; }
   void vekReadCountInc() const noexcept { ++readCount_; }
 
   /// The record of all entities' base, with the attributes that every entity has.
@@ -110,6 +120,8 @@ class Entity : public PtrInterface {
   static constexpr U8 guardArmed = 1;
   static constexpr U8 guardPass = 2;
   void vekWriteGuarded(AttributeId attr);
+  void vekLeaveLogs();
+  void vekLetAdaptersGo() noexcept;
   [[nodiscard]] bool isKeyedChild() const;
 
   Name const name_;
@@ -117,6 +129,8 @@ class Entity : public PtrInterface {
   mutable U32 readCount_ = 0;
   AttributeId parentAttrId_ = noParentAttr;
   U8 guard_ = 0;
+  bool isBound_ = false;  // an adapter has followed it
+  bool hasSilentAdapter_ = false;
   Entity* parent_ = nullptr;
 };
 

@@ -107,7 +107,8 @@ void GenericIfEntity::hasNotificationActiveIs(bool on) {
 void GenericIfEntity::notifierIs(Ptr<PtrInterface const> const& n) {
   Ptr<PtrInterface const> const held = n;
   if (adapter_) adapter_->notifierIs(held);
-  GenericIf::notifierIs(held);
+  // An object of another type is nobody to the adapter, and must not be taken for an entity here.
+  GenericIf::notifierIs(adapter_ ? adapter_->rawNotifier() : nullptr);
   isRegisteredNotifieeIs(false);
 }
 

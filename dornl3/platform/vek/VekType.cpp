@@ -67,6 +67,8 @@ Ptr<Entity> VekType::newEntity(Ptr<NboAttrLog::In> const&, PtrInterface::Notifie
   throwNotMade("an announcement");
 }
 
+void VekType::childAttrLogIs(VekAttr const&, Ptr<Entity> const&, Ptr<NboAttrLog::Out> const&) const {}
+
 Ptr<GenericIf> VekType::genericIf(void const*, bool) const { throwNotMade("a value"); }
 Ptr<GenericIf> VekType::genericIf(GenericIf const*, bool) const { throwNotMade("a list of arguments"); }
 Ptr<GenericIf> VekType::genericIf(String8 const&, bool) const { throwNotMade("a text"); }

@@ -20,7 +20,8 @@ class Entity;
 class GenericIf;
 namespace NboAttrLog {
 class In;
-}
+class Out;
+}  // namespace NboAttrLog
 
 class VekType : public PtrInterface {
  public:
@@ -101,6 +102,9 @@ class VekType : public PtrInterface {
   [[nodiscard]] virtual Ptr<Entity> newEntity(Ptr<NboAttrLog::In> const& in,
                                               PtrInterface::NotifieeConst::Vek_BitSet flags, U32 count,
                                               PtrInterface* owner) const;
+  /// Binds a child of an entity of this type to `out`, where its parent is bound: the record goes out that announces it
+  /// as the child of `attr`. An attribute that holds no children does nothing.
+  virtual void childAttrLogIs(VekAttr const& attr, Ptr<Entity> const& child, Ptr<NboAttrLog::Out> const& out) const;
 
   /// A generic of a copy of the value at `value`, of the default for null. Throws InternalException where the type is
   /// no value type.
