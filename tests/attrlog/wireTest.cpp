@@ -226,6 +226,21 @@ TEST_F(Wire, PeersOfOtherSchemasAgreeOnTheFieldsThatBothKnow) {
   EXPECT_EQ(scene.demuxer().skipped(), 1U);
 }
 
+TEST_F(Wire, TextsComeWholeOrNotAtAll) {
+  Scene scene;
+  scene.peer.says(record(toyId, 261, std::string("\0ab", 3)) + record(toyId, 261, "\1cd"));
+  EXPECT_EQ(scene.toy()->text(), "abcd");
+  scene.peer.says(record(toyId, 261, std::string("\0xy", 3)) + marker(toyId, 261, 1));
+  EXPECT_EQ(scene.toy()->text(), "abcd");
+  scene.peer.says(record(toyId, 261, "\1z"));
+  EXPECT_EQ(scene.toy()->text(), "z");
+  scene.peer.says(record(toyId, 261, ""));
+  EXPECT_EQ(scene.toy()->text(), "");
+  EXPECT_EQ(scene.demuxer().skipped(), 0U);
+  scene.peer.says(record(toyId, 261, std::string(1, '\0')));
+  EXPECT_EQ(scene.reason(), "a piece of a text without a byte");
+}
+
 TEST_F(Wire, RecordsThatThePeerDoesNotTakeAreDroppedWholeAndCounted) {
   Limits small;
   small.recordBytes = 2048;
