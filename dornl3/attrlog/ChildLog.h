@@ -92,7 +92,8 @@ void serializeChild(Sa& adapter, typename A::Key const& key, Ptr<typename A::Chi
   };
   if (turn == Turn::mark) {
     mark();
-    adapter.keyMarked(A::dirty(detail::owedBy(adapter)).count(), A::field(entityOn<typename A::Owner>(adapter)).count());
+    auto const members = A::field(entityOn<typename A::Owner>(adapter)).count();
+    adapter.keyMarked(A::dirty(detail::owedBy(adapter)).count(), members);
     return;
   }
   if (!adapter.hasFlag(StreamAdapter::noFlowOut)) dirtyKeyDel(A::dirty(detail::owedBy(adapter)), key);

@@ -24,6 +24,7 @@ LawOptions someOptions(Joined joined, Access access) {
   options.joined = joined;
   options.access = access;
   options.pair.limits.outBytes = *rc::gen::element(1U, 40U, 90U, 300U, 65536U);
+  options.pair.limits.marks = *rc::gen::element(0U, 1U, 1024U);
   options.pair.limits.messageBytes = *rc::gen::element(1U, 3U, 30U, 200U);
   options.pair.turnBytes = *rc::gen::element(1U, 50U, 400U, 65536U);
   options.pair.capacity = *rc::gen::element<std::size_t>(1, 30, 200, 100000);

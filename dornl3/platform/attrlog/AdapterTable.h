@@ -40,6 +40,8 @@ class AdapterTable {
   [[nodiscard]] U32 tag() const noexcept { return tag_; }
   /// Whether an id was given out by this end.
   [[nodiscard]] bool isOurs(EntityId id) const noexcept { return id.isAssigned() && id.tag() == tag_; }
+  /// Whether it is one that this end has given out, whatever has become of it.
+  [[nodiscard]] bool wasGivenOut(EntityId id) const noexcept { return isOurs(id) && id.hash() - 1 < sequence_; }
   [[nodiscard]] U32 foreign() const noexcept { return foreign_; }
 
   /// An even id, unique in the process, for an adapter that has none yet.

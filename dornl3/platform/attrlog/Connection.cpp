@@ -122,12 +122,18 @@ bool Connection::takeGreeting() {
                                    theirVersion, version));
   }
   if (tag == 0 || tag == demuxer_.adapters().tag()) throw ProtocolException("both ends have drawn the same mark");
+  if (std::min(theirs.recordBytes, theirs.textBytes) < leastLimit) {
+    throw ProtocolException(format("the peer takes records of %u bytes and texts of %u, and %u are the least that will do",
+                                   theirs.recordBytes, theirs.textBytes, leastLimit));
+  }
   if (nameLength > mostOfAName) throw ProtocolException("the peer's name is too long");
   if (in_->left() < nameLength) return false;
   peerTag_ = tag;
   peerHeartbeat_ = std::max(heartbeat, 1U) / 1000.0;
   out_->peerName_ = Name(come.substr(greetingSize, nameLength));
   out_->limits_.recordBytes = std::min(out_->limits_.recordBytes, theirs.recordBytes);
+  out_->limits_.messageBytes = std::min(out_->limits_.messageBytes, theirs.recordBytes - 1);  // a piece, and its mark
+  out_->limits_.textBytes = std::min(out_->limits_.textBytes, theirs.textBytes);
   demuxer_.adapters().mostIs(std::min(settings_.limits.entities, theirs.entities));
   bytes.consume(greetingSize + nameLength);
   out_->bufferFlag_ = true;

@@ -1,5 +1,6 @@
 // ControlRecords: what the connection says for itself, under id 1. They are written whatever room there is: each is
-// small, and there is at most one for each request, entity and heartbeat.
+// small, and there is at most one for each request, entity and heartbeat. A peer that asks and does not read the answers
+// is cut off: see Exports.
 #pragma once
 
 #include "dornl3/platform/attrlog/In.h"

@@ -80,8 +80,9 @@ void applyToEntity(Connection& connection, RecordHeader const& header, Sa& adapt
   bool const crosses = isOwner && (demuxer.ackFromPeer() < adapter.lastSent() || adapter.flowOut());
   adapter.handleAttrDeserialization(header.attribute, 0, header.length, nullptr);
   if (header.attribute == syncModeRecord) connection.mounts().syncModeReceived(adapter);
-  if (!in->isAtLimit()) demuxer.skippedInc();  // fields of a newer peer
-  if (!crosses || in->phase() != In::Phase::applying || connection.state() != open) return;
+  if (in->phase() != In::Phase::applying) return;  // nothing that this end knows; it is counted
+  if (!in->isAtLimit()) demuxer.skippedInc();      // fields of a newer peer
+  if (!crosses || connection.state() != open) return;
   in->positionIs(0);
   // What a child holds follows its repeated binding.
   bool const bindsChild = header.kind == childBindRecord && adapter.syncMode() != StreamAdapter::synchronising;
@@ -114,7 +115,8 @@ void dispatch(Connection& connection, RecordHeader const& header) {
       return;
     }
     Ptr<Sa> const adapter = static_cast<Sa*>(demuxer.adapters().find(header.id));
-    if (!adapter || !header.id.isAssigned() || adapter->rawNotifier() == nullptr) {
+    bool const isKnownKind = header.kind == plainRecord || header.kind == childBindRecord;
+    if (!isKnownKind || !adapter || !header.id.isAssigned() || adapter->rawNotifier() == nullptr) {
       demuxer.skippedInc();
       return;
     }

@@ -166,6 +166,12 @@ Sa::Turn Sa::keyTurn(AttributeId attr) {
   return Turn::mark;
 }
 
+void Sa::keyMarked(U32 marks, U32 members) {
+  if (side() != Side::owner || hasFlag(handlingScheduledFlowOut)) return;
+  if (marks <= U64{2} * members + boundLog()->limits().marks) return;
+  streamDemuxer()->createFlowOut(*this, ConnectDesc(EntityUriPath(), EntityUriPath()), false, 0);
+}
+
 bool Sa::handlingFlowInFor(AttributeId attr) const {
   Demuxer const* const demuxer = streamDemuxer();
   if (demuxer == nullptr || !demuxer->hasFlowIns()) return false;
@@ -402,6 +408,9 @@ EntityId Sa::peekChildId(InboundRecord const& record, Ptr<Entity> const& child) 
     throw ProtocolException("an entity id that another entity has");
   }
   NboAttrLog::AdapterTable const& adapters = streamDemuxer()->adapters();
+  // An owner says a child again under the id that it had from here. One that is still to be given out would be met later.
+  bool const isPeers = side() == Side::plain || id.tag() == boundLog()->connection()->peerTag();
+  if (!isPeers && !adapters.wasGivenOut(id)) throw ProtocolException("a child under an id that is not the peer's");
   if (holder == nullptr && adapters.foreign() >= boundLog()->connection()->settings().limits.entities) {
     throw ProtocolException("more entities than this end takes");
   }

@@ -103,6 +103,9 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   [[nodiscard]] Turn scalarTurn(AttributeId attr, U32 slot);
   /// Decides for a key. The caller marks it in the flow-out, or clears its mark there.
   [[nodiscard]] Turn keyTurn(AttributeId attr);
+  /// A key has been marked, and so many are of a collection of so many members. Keys that come and go under a peer that
+  /// does not read are not kept without end: beyond the limit the owner owes everything in place of them.
+  void keyMarked(U32 marks, U32 members);
   /// The first guards of a walk: false where the handler returns `answer`.
   [[nodiscard]] bool walkMayBegin(AttributeId attr, bool& answer);
   /// Opens a record of an attribute; the log is there. Where the far side waits for it, how much of its records has been

@@ -50,11 +50,16 @@ void Exports::exportDel(Name const& name) {
 }
 
 void Exports::mountRequested(Name const& name, String8 const& typeName, Access access) {
+  // Records that were begun with room stay below this; beyond it are answers that the peer does not read.
+  Limits const& limits = connection_.settings().limits;
+  if (connection_.out()->unsent() > std::size_t{limits.outBytes} + limits.recordBytes) {
+    throw ProtocolException("more mounts are asked for than answers are read");
+  }
   auto const at = exports_.find(name);
   if (at != exports_.end()) {
     Export const exported = at->second;
     announce(exported, {name, typeName, access});
-  } else if (waiting_.size() >= connection_.settings().limits.waitingMounts) {
+  } else if (waiting_.size() >= limits.waitingMounts) {
     sendRefused(*connection_.out(), name, "too many mounts wait for an entity that is not there");
   } else {
     std::erase_if(waiting_, [&name](Request const& request) { return request.name == name; });

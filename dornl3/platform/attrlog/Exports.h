@@ -29,7 +29,7 @@ class Exports {
   /// Takes it back; the far side keeps what it has, and is told.
   void exportDel(Name const& name);
 
-  /// The peer asks for an entity.
+  /// The peer asks for an entity. Throws ProtocolException where it asks and does not read the answers.
   void mountRequested(Name const& name, String8 const& typeName, Access access);
   void ended() noexcept;
 

@@ -116,14 +116,22 @@ bool Mounts::announced(In& in) {
   String8 typeName;
   EntityId id;
   U32 arguments = 0;
+  U32 argumentsEnd = 0;
+  auto const needInside = [&in](U32 end) {
+    if (in.position() > end) throw ProtocolException("a part of a record that is shorter than its fields");
+  };
   while (!in.isAtLimit()) {
     U8 const section = in.nextU8();
     U32 const length = in.nextU32();
     U32 const begin = in.position();
     if (length > in.left()) throw ProtocolException("a part of a record that is longer than the record");
     if (section == typeSection) typeName = in.nextString();
-    if (section == argumentsSection) arguments = begin;
+    if (section == argumentsSection) {
+      arguments = begin;
+      argumentsEnd = begin + length;
+    }
     if (section == idSection) id = in.nextEntityId();
+    needInside(begin + length);
     in.positionIs(begin + length);
   }
   if (arguments == 0) throw ProtocolException("an entity that is announced without a name");
@@ -132,6 +140,7 @@ bool Mounts::announced(In& in) {
   }
   in.positionIs(arguments);
   Name const name(in.nextString());
+  needInside(argumentsEnd);
   Ptr<Mount> const mount = find(name);
   if (!mount || !(typeName == String8(mount->type().fullName()))) return false;
   AdapterTable const& adapters = connection_.demuxer().adapters();
@@ -147,6 +156,7 @@ bool Mounts::announced(In& in) {
   if (!entity || entity->fwkType() != &mount->type()) {
     in.positionIs(arguments);
     entity = mount->type().newEntity(connection_.in(), {}, 1, nullptr);
+    needInside(argumentsEnd);
     in.phaseIs(In::Phase::applying);
     mount->dir_->entryIs(entity);
   }

@@ -2,6 +2,8 @@
 
 #include "dornl3/platform/attrlog/Connection.h"
 
+#include <algorithm>
+
 namespace Vek::NboAttrLog {
 
 namespace {
@@ -42,12 +44,16 @@ void Out::putBytes(std::string_view bytes) {
   if (payload_ <= mostPayload()) bytes_.append(bytes.data(), bytes.size());
 }
 
+void Out::putText(std::string_view text) {
+  putInteger(static_cast<U32>(text.size()));
+  putBytes(text);
+  if (text.size() > limits_.textBytes) payload_ = std::max(payload_, mostPayload() + 1);
+}
+
 Ptr<In> Out::reverseLog() const { return connection_ != nullptr ? connection_->in() : Ptr<In>{}; }
 
 OutPtr const& operator<<(OutPtr const& out, String8 text) {
-  std::string_view const bytes = text.view();
-  out->putInteger(static_cast<U32>(bytes.size()));
-  out->putBytes(bytes);
+  out->putText(text.view());
   return out;
 }
 

@@ -2,8 +2,8 @@
 // A record is a header and a payload between two tokens. It begins with nextHeaderIs() and nobody sees it until its
 // closing token is written: a record that is left in the middle, by an exception say, is dropped by the next one.
 // Bounded: a record is begun only where hasSufficientBuffer() says that there is room, and then may go beyond the limit
-// by its own length. One whose payload is longer than the peer takes is dropped whole and counted, and the connection
-// goes on: whoever wrote it must treat it as sent, or it would come back for ever.
+// by its own length. One whose payload, or a text in it, is longer than the peer takes is dropped whole and counted, and
+// the connection goes on: whoever wrote it must treat it as sent, or it would come back for ever.
 // Owner: its connection, and each adapter that writes to it. Thread: the connection's.
 #pragma once
 
@@ -125,6 +125,9 @@ class Out : public Vek::Connection::Out {
   [[nodiscard]] Connection* connection() const noexcept { return connection_; }
   [[nodiscard]] Name const& peerName() const noexcept { return peerName_; }
 
+  /// What both ends take.
+  [[nodiscard]] Limits const& limits() const noexcept { return limits_; }
+
   /// Records closed so far, the connection's own among them.
   [[nodiscard]] U64 records() const noexcept { return records_; }
   /// Records that were longer than the peer takes.
@@ -159,6 +162,8 @@ class Out : public Vek::Connection::Out {
   }
   void putId(EntityId id) { id.write(static_cast<char*>(space(8))); }
   void putBytes(std::string_view bytes);
+  /// Its length in four bytes, and its bytes. A record with a text that is longer than the peer takes is dropped.
+  void putText(std::string_view text);
 
  private:
   friend class Connection;

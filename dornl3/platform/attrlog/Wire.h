@@ -83,6 +83,9 @@ inline void putNumber(char* at, void const* number, std::size_t size) noexcept {
   }
 }
 
+/// The least that a peer must take, as the payload of a record and as a text: mounts, refusals and farewells fit.
+inline constexpr U32 leastLimit = 1024;
+
 /// What each end allows the other, and itself. Announced in the greeting: neither sends what the other would refuse.
 struct Limits {
   U32 outBytes = 64 * 1024;      ///< unsent bytes, but for one record that was begun with room
@@ -91,6 +94,7 @@ struct Limits {
   U32 textBytes = 16 * 1024 * 1024;
   U32 entities = 64 * 1024;    ///< ids that the peer may assign
   U32 waitingMounts = 64;      ///< mounts that wait for an entity that is not exported
+  U32 marks = 1024;            ///< keys of one collection that are owed, beyond twice its members
   double heartbeatSeconds = 10;  ///< after this long without a word one is sent; thrice as long without one is death
 };
 
