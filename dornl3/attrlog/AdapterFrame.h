@@ -5,6 +5,7 @@
 #pragma once
 
 #include "dornl3/attrlog/Sweep.h"
+#include "dornl3/platform/attrlog/Demuxer.h"
 #include "dornl3/platform/attrlog/EntityBinding.h"
 
 namespace Vek {
@@ -112,17 +113,21 @@ void notifyLog(Sa& adapter, int attr, void const* key) {
 /// See StreamAdapter::doRemountSelf: the children follow, each with no log to go to.
 template <class Attr, class X, class Sa>
 void remountWithChildren(Sa& adapter, Ptr<NboAttrLog::Out> const& out) {
-  adapter.StreamAdapter::doRemountSelf(out);
+  NboAttrLog::Demuxer* const demuxer = adapter.streamDemuxer();
+  if (demuxer == nullptr) return;
   Ptr<Entity> const held = adapter.vekNotifierEntity();
-  if (!held) return;
-  auto& entity = static_cast<X&>(*held);
-  forEach(typename Attr::All{}, [&](auto attribute) {
-    using A = decltype(attribute);
-    if constexpr (holdsChildrenByKey<A>) {
-      for (typename A::Child::Map::Iterator it(&A::field(entity)); it; ++it) (adapter.*A::logRemount)(it.ptr());
-    } else if constexpr (holdsOneChild<A>) {
-      if (Ptr<typename A::Child> const child = A::field(entity)) (adapter.*A::logRemount)(child);
-    }
+  demuxer->remount([&] {
+    adapter.StreamAdapter::doRemountSelf(out);
+    if (!held) return;
+    auto& entity = static_cast<X&>(*held);
+    forEach(typename Attr::All{}, [&](auto attribute) {
+      using A = decltype(attribute);
+      if constexpr (holdsChildrenByKey<A>) {
+        for (typename A::Child::Map::Iterator it(&A::field(entity)); it; ++it) (adapter.*A::logRemount)(it.ptr());
+      } else if constexpr (holdsOneChild<A>) {
+        if (Ptr<typename A::Child> const child = A::field(entity)) (adapter.*A::logRemount)(child);
+      }
+    });
   });
 }
 
