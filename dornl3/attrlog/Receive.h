@@ -227,7 +227,7 @@ void receiveRecord(Sa& adapter, int attr, StreamAdapter::DeserializationOptions 
   InboundRecord const record{adapter, attr, in};
   if (!record) return;
   if (attr == NboAttrLog::syncModeRecord) {
-    adapter.receiveSyncMode(record.in());
+    if (record.applies()) adapter.receiveSyncMode(record.in());
     return;
   }
   U32 idAt = 0;
