@@ -271,7 +271,7 @@ bool Sa::receiveText(InboundRecord const& record, AttributeId attr, U32 slot, St
   }
   if (isLast) {
     text = hasPart ? String8(static_cast<PartialText*>(flowIn->iter())->append(piece)) : String8(piece);
-    if (hasPart) {
+    if (flowIn) {
       flowIn->iterIs({});
       flowIn->aidIs(0);
       demuxer.flowInDel(entityId());
