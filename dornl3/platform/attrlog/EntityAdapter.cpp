@@ -350,7 +350,7 @@ void Sa::childIsOnLog(Sa& child) {
   try {
     child.inheritSide();
     child.vekOnInit();
-  } catch (EntityIdUnavailableException const&) {
+  } catch (...) {
     streamDemuxer()->unbind(child);  // or a later try would find it, and write an id that nobody knows
     throw;
   }
