@@ -100,7 +100,9 @@ Ptr<Entity::VekNboAttrLogSa> bindToLog(X& entity, PtrInterface::NotifieeConst::V
 /// Reports an attribute, or a key of a collection, as if it had changed.
 template <class Attr, class Sa>
 void notifyLog(Sa& adapter, int attr, void const* key) {
-  visit(typename Attr::All{}, static_cast<AttributeId>(attr < 0 ? -attr : attr), [&](auto attribute) {
+  if (adapter.rawNotifier() == nullptr) return;
+  auto const number = static_cast<AttributeId>(attr);
+  visit(typename Attr::All{}, attr < 0 ? AttributeId{0} - number : number, [&](auto attribute) {
     using A = decltype(attribute);
     if constexpr (holdsKeys<A>) {
       (adapter.*A::logHandler)(*static_cast<typename A::Key const*>(key));
