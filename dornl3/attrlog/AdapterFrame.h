@@ -4,6 +4,7 @@
 #pragma once
 
 #include "dornl3/attrlog/Sweep.h"
+#include "dornl3/platform/attrlog/Demuxer.h"
 #include "dornl3/platform/attrlog/EntityBinding.h"
 
 namespace Vek {
@@ -91,7 +92,9 @@ Ptr<Entity::VekNboAttrLogSa> bindToLog(X& entity, PtrInterface::NotifieeConst::V
 /// Reports an attribute, or a key of a collection, as if it had changed.
 template <class Attr, class Sa>
 void notifyLog(Sa& adapter, int attr, void const* key) {
-  visit(typename Attr::All{}, static_cast<AttributeId>(attr < 0 ? -attr : attr), [&](auto attribute) {
+  if (adapter.rawNotifier() == nullptr) return;
+  auto const number = static_cast<AttributeId>(attr);
+  visit(typename Attr::All{}, attr < 0 ? AttributeId{0} - number : number, [&](auto attribute) {
     using A = decltype(attribute);
     if constexpr (holdsKeys<A>) {
       (adapter.*A::logHandler)(*static_cast<typename A::Key const*>(key));
@@ -104,17 +107,21 @@ void notifyLog(Sa& adapter, int attr, void const* key) {
 /// See StreamAdapter::doRemountSelf: the children follow, each with no log to go to.
 template <class Attr, class X, class Sa>
 void remountWithChildren(Sa& adapter, Ptr<NboAttrLog::Out> const& out) {
-  adapter.StreamAdapter::doRemountSelf(out);
+  NboAttrLog::Demuxer* const demuxer = adapter.streamDemuxer();
+  if (demuxer == nullptr) return;
   Ptr<Entity> const held = adapter.vekNotifierEntity();
-  if (!held) return;
-  auto& entity = static_cast<X&>(*held);
-  forEach(typename Attr::All{}, [&](auto attribute) {
-    using A = decltype(attribute);
-    if constexpr (holdsChildrenByKey<A>) {
-      for (typename A::Child::Map::Iterator it(&A::field(entity)); it; ++it) (adapter.*A::logRemount)(it.ptr());
-    } else if constexpr (holdsOneChild<A>) {
-      if (Ptr<typename A::Child> const child = A::field(entity)) (adapter.*A::logRemount)(child);
-    }
+  demuxer->remount([&] {
+    adapter.StreamAdapter::doRemountSelf(out);
+    if (!held) return;
+    auto& entity = static_cast<X&>(*held);
+    forEach(typename Attr::All{}, [&](auto attribute) {
+      using A = decltype(attribute);
+      if constexpr (holdsChildrenByKey<A>) {
+        for (typename A::Child::Map::Iterator it(&A::field(entity)); it; ++it) (adapter.*A::logRemount)(it.ptr());
+      } else if constexpr (holdsOneChild<A>) {
+        if (Ptr<typename A::Child> const child = A::field(entity)) (adapter.*A::logRemount)(child);
+      }
+    });
   });
 }
 

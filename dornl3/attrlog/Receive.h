@@ -128,6 +128,7 @@ void receiveChildAtKey(Sa& adapter, InboundRecord const& record, U32 idAt) {
   EntityId const id = adapter.peekChildId(record, present);
   try {
     static_cast<void>(adapter.mustMakeWay(present, id, true));
+    MsgChannel::DeserializingEidAnchor const anchor{id, record.entity()};
     childAtKeyIs<A>(adapter, entity, key);
   } catch (NameInUseException const&) {
     childAtKeyIsReplaced<A>(adapter, entity, key);
@@ -148,6 +149,7 @@ void receiveOneChild(Sa& adapter, InboundRecord const& record, U32 idAt) {
   bool const sameName = present && present->name() == name;
   EntityId const id = adapter.peekChildId(record, sameName ? present : Ptr<typename A::Child>{});
   {
+    MsgChannel::DeserializingEidAnchor const anchor{id, record.entity()};
     WritePass const pass{entity};
     childIs<A>(entity, name);
   }
@@ -190,11 +192,14 @@ template <class Attr, class A, class Sa>
   } else if constexpr (holdsChildren<A>) {
     if (negative) {
       receiveChildGone<A>(adapter, record);
-    } else if constexpr (holdsKeys<A>) {
+      return true;
+    }
+    if constexpr (holdsKeys<A>) {
       receiveChildAtKey<A>(adapter, record, idAt);
     } else {
       receiveOneChild<A>(adapter, record, idAt);
     }
+    if (record.applies() && adapter.channel() != nullptr) adapter.channel()->modeIs(1);
     return true;
   } else if constexpr (holdsKeys<A>) {
     receiveKey<typename A::Value>(adapter, valuesRow<A>, record, negative);
@@ -238,7 +243,7 @@ void receiveRecord(Sa& adapter, int attr, StreamAdapter::DeserializationOptions 
   InboundRecord const record{adapter, attr, in};
   if (!record) return;
   if (attr == NboAttrLog::syncModeRecord) {
-    adapter.receiveSyncMode(record.in());
+    if (record.applies()) adapter.receiveSyncMode(record.in());
     return;
   }
   U32 idAt = 0;

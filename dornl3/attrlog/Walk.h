@@ -60,6 +60,7 @@ void instantiateChildren(Sa& adapter) {
 /// See StreamAdapter::handleAttrFlowOut.
 template <class Attr, class Sa>
 AttributeId walkAttributes(Sa& adapter, AttributeId from) {
+  if (adapter.rawNotifier() == nullptr) return 0;
   Ptr<NboAttrLog::FlowOut> const owed = static_cast<StreamAdapter&>(adapter).flowOut();
   Entity::VekNboAttrLogSa::HandlingScheduledFlowOutAnchor const anchor{adapter};
   if (adapter.walkEndsEarly(owed.ptr(), firstLogged<Attr>, from)) return from;

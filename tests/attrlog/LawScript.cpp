@@ -2,6 +2,7 @@
 
 #include "dornl3/generic/Digest.h"
 
+#include <algorithm>
 #include <memory>
 #include <sstream>
 
@@ -28,8 +29,22 @@ class Seen {
   }
   // What stands before the first call counts as seen.
   void is(std::string const& what, std::string const& value) { values_[what] = value; }
+  // What stands otherwise than it was last told.
+  [[nodiscard]] std::string missed(Seen const& present) const {
+    for (auto const* const some : {&values_, &present.values_}) {
+      for (auto const& [what, value] : *some) {
+        if (valueOf(what) != present.valueOf(what)) return what + " was not told: it is " + present.valueOf(what);
+      }
+    }
+    return {};
+  }
 
  private:
+  [[nodiscard]] std::string valueOf(std::string const& what) const {
+    auto const at = values_.find(what);
+    return at == values_.end() ? std::string() : at->second;
+  }
+
   std::string& complaint_;
   std::map<std::string, std::string> values_;
 };
@@ -115,6 +130,16 @@ Vek::Ptr<Ear> listening(Vek::Ptr<Vek::Entity> const& entity, std::string& compla
   return ear;
 }
 
+// What a reactor was not told of.
+template <class Ear>
+std::string missedBy(Vek::Ptr<Ear> const& ear) {
+  std::string none;
+  auto const present = listening<Ear>(Vek::Ptr<Vek::Entity>(ear->notifier()), none);
+  std::string const what = ear->seen.missed(present->seen);
+  present->notifierIs(nullptr);
+  return what;
+}
+
 }  // namespace
 
 std::ostream& operator<<(std::ostream& os, Act const& act) {
@@ -162,6 +187,11 @@ class LawScript::Replica {
     }
     if (!toyEar_ && dir->entity("toy")) toyEar_ = listening<ToyEar>(dir->entity("toy"), heard_);
     if (!boxEar_ && dir->entity("box")) boxEar_ = listening<BoxEar>(dir->entity("box"), heard_);
+  }
+
+  [[nodiscard]] std::string missed() const {
+    std::string const what = missedBy(toyEar_);
+    return what.empty() ? missedBy(boxEar_) : what;
   }
 
   LogPair link;
@@ -267,13 +297,21 @@ void LawScript::act(Act const& act) {
   }
 }
 
-void LawScript::play(std::vector<Act> const& acts) {
+void LawScript::playOn(std::vector<Act> const& acts) {
   lookRound();
   for (Act const& each : acts) {
     act(each);
     lookRound();
   }
+}
+
+void LawScript::play(std::vector<Act> const& acts) {
+  playOn(acts);
   settle();
+}
+
+bool LawScript::isAtRest() const {
+  return std::all_of(replicas_.begin(), replicas_.end(), [](auto const& replica) { return replica->link.isAtRest(); });
 }
 
 std::string LawScript::complaint() {
@@ -282,6 +320,7 @@ std::string LawScript::complaint() {
     for (auto const& mount : {replica->toyMount, replica->boxMount}) {
       std::string const name(mount->name().view());
       if (mount->state() != Vek::Dir::inStep) return "the mount of the " + name + " is not in step";
+      if (std::string const missed = replica->missed(); !missed.empty()) return missed;
       if (Vek::digest(*home_->entity(mount->name())) != Vek::digest(*mount->entity())) return "the " + name + " differs";
     }
     bool const hasOneWriter = options_.access == Access::readOnly;

@@ -68,7 +68,11 @@ class LawScript {
   LawScript(LawScript const&) = delete;
   LawScript& operator=(LawScript const&) = delete;
 
+  /// Plays acts, and lets all come to rest.
   void play(std::vector<Act> const& acts);
+  /// Plays acts alone.
+  void playOn(std::vector<Act> const& acts);
+  [[nodiscard]] bool isAtRest() const;
   /// What does not hold after all has come to rest; empty where all does.
   [[nodiscard]] std::string complaint();
 

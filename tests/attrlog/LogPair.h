@@ -81,11 +81,13 @@ class LogPair {
   void settle() {
     for (int rounds = 0; rounds < 100000; ++rounds) {
       step();
-      bool const idle = !owner().wantsWrite() && !reader().wantsWrite() && owner_->transport.incoming().empty() &&
-                        reader_->transport.incoming().empty();
-      if (idle) return;
+      if (isAtRest()) return;
     }
     ADD_FAILURE() << "the connection does not come to rest";
+  }
+  [[nodiscard]] bool isAtRest() const {
+    return !owner_->connection->wantsWrite() && !reader_->connection->wantsWrite() &&
+           owner_->transport.incoming().empty() && reader_->transport.incoming().empty();
   }
 
   [[nodiscard]] Connection& owner() { return *owner_->connection; }

@@ -50,9 +50,10 @@ Ptr<StreamAdapter> Demuxer::reactorDel(EntityId id) {
 
 void Demuxer::unbind(StreamAdapter& adapter) {
   Ptr<StreamAdapter> const held(&adapter);
-  ++unbinding_;
-  adapter.doRemountSelf(nullptr);
-  if (--unbinding_ != 0) return;
+  remount([&adapter] { adapter.doRemountSelf(nullptr); });
+}
+
+void Demuxer::remountDone() {
   for (Remount const& remount : std::exchange(remounts_, {})) {
     StreamAdapter& left = *remount.adapter;
     if (Ptr<FlowOut> const flowOut = std::exchange(left.flowOut_, nullptr)) left.dropWalkState(*flowOut);

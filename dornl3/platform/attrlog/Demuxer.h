@@ -48,9 +48,21 @@ class Demuxer {
   /// Takes an adapter and those of all entities below its own off this log. They stay alive until no record and no turn
   /// runs, since it may be one of theirs.
   void unbind(StreamAdapter& adapter);
-  /// An adapter leaves for another log, or for none. It answers its old one until the outermost unbind() is done, since
+  /// An adapter leaves for another log, or for none. It answers its old one until the outermost remount() is done, since
   /// those below it are found by that.
   void remountNoted(StreamAdapter& adapter, Ptr<Out> const& out);
+  /// Runs `step`, in which adapters leave, and lets them go when the outermost such step is done.
+  template <class Step>
+  void remount(Step const& step) {
+    ++remounting_;
+    try {
+      step();
+    } catch (...) {
+      --remounting_;
+      throw;
+    }
+    if (--remounting_ == 0) remountDone();
+  }
   /// Lets go what has left; no record and no turn of this connection runs.
   void retire() noexcept { retired_.clear(); }
   /// Whether something runs that what has left may be part of.
@@ -100,6 +112,8 @@ class Demuxer {
   void teardown() noexcept;
 
  private:
+  void remountDone();
+
   struct Remount {
     Ptr<StreamAdapter> adapter;
     Ptr<Out> out;
@@ -118,7 +132,7 @@ class Demuxer {
   std::vector<String8> notReplicated_;
   std::vector<Remount> remounts_;
   std::vector<Ptr<StreamAdapter>> retired_;
-  U32 unbinding_ = 0;
+  U32 remounting_ = 0;
   bool isBusy_ = false;
 };
 

@@ -275,7 +275,7 @@ bool Sa::receiveText(InboundRecord const& record, AttributeId attr, U32 slot, St
   }
   if (isLast) {
     text = hasPart ? String8(static_cast<PartialText*>(flowIn->iter())->append(piece)) : String8(piece);
-    if (hasPart) {
+    if (flowIn) {
       flowIn->iterIs({});
       flowIn->aidIs(0);
       demuxer.flowInDel(entityId());
@@ -354,7 +354,7 @@ void Sa::childIsOnLog(Sa& child) {
   try {
     child.inheritSide();
     child.vekOnInit();
-  } catch (EntityIdUnavailableException const&) {
+  } catch (...) {
     streamDemuxer()->unbind(child);  // or a later try would find it, and write an id that nobody knows
     throw;
   }

@@ -88,7 +88,12 @@ void Entity::vekLeaveLogs() {
 void Entity::vekLetAdaptersGo() noexcept {
   for (NboAttrLog::Demuxer* const demuxer : globalNboAttrLogDemuxerManager().nboDemuxerIterator()) {
     for (Ptr<StreamAdapter> const& adapter : demuxer->adapters().all()) {
-      if (adapter->rawNotifier() == this) adapter->notifierIs(nullptr);
+      if (adapter->rawNotifier() != this) continue;
+      try {
+        static_cast<Sa&>(*adapter).onZeroReferences();
+      } catch (std::exception const&) {
+        // It has let the entity go; what the far side was not told it hears at the end of the connection.
+      }
     }
   }
 }

@@ -47,7 +47,8 @@ void StreamAdapter::vekOnInit() { doAssignEntityId(); }
 void StreamAdapter::vekInstantiateSerialize() {}
 
 void StreamAdapter::doRemountSelf(Ptr<NboAttrLog::Out> const& out) {
-  if (Demuxer* const demuxer = streamDemuxer()) demuxer->remountNoted(*this, out);
+  Demuxer* const demuxer = streamDemuxer();
+  if (demuxer != nullptr) demuxer->remount([&] { demuxer->remountNoted(*this, out); });
 }
 
 Demuxer const* StreamAdapter::streamDemuxer() const { return out_ ? out_->demuxer() : nullptr; }

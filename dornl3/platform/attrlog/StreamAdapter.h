@@ -86,8 +86,8 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   virtual void entityIdIs(EntityId id);
   /// A marked adapter hears nothing; a revived one hears again.
   virtual void vekDoZombieReactors(bool mark) = 0;
-  /// The adapter, and those of all entities below its own, leave for another log, or for none. Called by
-  /// Demuxer::unbind, which finishes it.
+  /// The adapter leaves for another log, or for none; those of all entities below its own leave for none. All answer the
+  /// old one until the outermost call returns.
   virtual void doRemountSelf(Ptr<NboAttrLog::Out> const& out);
 
   /// The log, while its connection is open; null otherwise.
