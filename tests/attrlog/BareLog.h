@@ -91,7 +91,7 @@ struct BareLog : LeakCheck {
 };
 
 /// The digits of a text, and of an entity id of the peer's.
-inline std::string text(std::string_view raw) {
+inline std::string textHex(std::string_view raw) {
   return hex(std::string{0, 0, 0, static_cast<char>(raw.size())} + std::string(raw));
 }
 inline constexpr char const* peersId = "0000020000000003";

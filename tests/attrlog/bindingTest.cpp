@@ -151,9 +151,9 @@ TEST_F(Binding, ReportsAnAttributeByItsNumber) {
       {*box, 258, &missing, {"-258~:00000004"}},
       {*box, -260, &missing, {"-260:00000004"}},
       {*box, 264, nullptr, {}},
-      {*box, 265, nullptr, {"265~#151:" + text("lid") + "0100019300000007"}},
+      {*box, 265, nullptr, {"265~#151:" + textHex("lid") + "0100019300000007"}},
       {*box, -265, nullptr, {}},
-      {*box, -266, &shelf, {"266~#151:" + text("s") + "0100019300000009"}},
+      {*box, -266, &shelf, {"266~#151:" + textHex("s") + "0100019300000009"}},
   };
   for (auto const& each : cases) {
     SCOPED_TRACE(each.number);

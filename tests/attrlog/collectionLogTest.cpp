@@ -114,7 +114,7 @@ TEST_F(Collections, ChildrenThatAreGone) {
     for (auto const& record : said()) all.push_back(record);
   }
   std::sort(all.begin(), all.end());
-  EXPECT_EQ(all, (Records{"-265:", "-266~:" + text("s"), "-266~:" + text("t")}));
+  EXPECT_EQ(all, (Records{"-265:", "-266~:" + textHex("s"), "-266~:" + textHex("t")}));
 }
 
 TEST_F(Collections, AChildBoundAgain) {
@@ -185,7 +185,7 @@ TEST_F(Collections, ABindingThatFails) {
 
   child->whenFound = again;
   bind();
-  EXPECT_EQ(said(), (Records{"266~#151:" + text("s") + "0100019300000005"}));
+  EXPECT_EQ(said(), (Records{"266~#151:" + textHex("s") + "0100019300000005"}));
   EXPECT_EQ(adapter->references(), before);
   child->parentIs(nullptr);
 }
@@ -205,8 +205,8 @@ TEST_F(FewIds, AChildWithoutOneWaitsUntilOneIsFree) {
     Vek::AttributeId attr;
     std::string record;
   } const cases[] = {
-      {[this] { box->shelvesIs("s"); }, 266, "266~#151:" + text("s")},
-      {[this] { box->lidIs("lid"); }, 265, "265~#151:" + text("lid")},
+      {[this] { box->shelvesIs("s"); }, 266, "266~#151:" + textHex("s")},
+      {[this] { box->lidIs("lid"); }, 265, "265~#151:" + textHex("lid")},
   };
   for (auto const& each : cases) {
     SCOPED_TRACE(each.attr);
@@ -256,8 +256,8 @@ TEST_F(InOneGo, ChildrenBeforeAttributesWithoutAMarker) {
   box->shelvesIs("s");
   said();
   adapter->vekInstantiateSerialize();
-  EXPECT_EQ(said(),
-            (Records{"265~#151:" + text("lid") + "0100019300000005", "266~#151:" + text("s") + "0100019300000007"}));
+  EXPECT_EQ(said(), (Records{"265~#151:" + textHex("lid") + "0100019300000005",
+                             "266~#151:" + textHex("s") + "0100019300000007"}));
 }
 
 }  // namespace

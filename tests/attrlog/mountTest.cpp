@@ -216,7 +216,7 @@ TEST_F(MountTest, AChainKnowsThatItsBeginningIsCut) {
 
 TEST_F(MountTest, WhatIsTooLongForThePeerIsNamedAndTheRestGoesOn) {
   PairOptions options;
-  options.limits.recordBytes = 1000;
+  options.limits.recordBytes = 1024;
   LogPair narrow(options);
   toy->placeIs({1, 2, Vek::String8(std::string_view(std::string(2000, 'x')))});
   narrow.owner().exports().exportIs(toy, Access::readOnly);

@@ -76,11 +76,11 @@ TEST_F(Receiving, PassesOverAndSendsWhatStands) {
       {*boxes, 258, "0000000100000077", {"258~:0000000100000010"}},
       {*boxes, -258, "00000001", {"258~:0000000100000010"}},
       {*boxes, 258, "0000000900000077", {"-258~:00000009"}},
-      {*boxes, 265, text("lid") + peersId, {"-265:"}},
+      {*boxes, 265, textHex("lid") + peersId, {"-265:"}},
       {*boxes, -265, "", {"-265:"}},
-      {*boxes, 266, text("t") + peersId, {"-266~:" + text("t")}},
-      {*boxes, -266, text("s"), {"266~#151:" + text("s") + "0100019300000007"}},
-      {*boxes, 144, "000800000000010a00000000" + text("t") + peersId, {"-266~:" + text("t")}},
+      {*boxes, 266, textHex("t") + peersId, {"-266~:" + textHex("t")}},
+      {*boxes, -266, textHex("s"), {"266~#151:" + textHex("s") + "0100019300000007"}},
+      {*boxes, 144, "000800000000010a00000000" + textHex("t") + peersId, {"-266~:" + textHex("t")}},
   };
   for (auto const& each : cases) {
     SCOPED_TRACE(each.attr);
@@ -118,10 +118,10 @@ TEST_F(Receiving, WhatCannotBeReadIsNotApplied) {
       {-263, "0fff", "VlanIdOrNone::value > 4094 not allowed"},
       {259, "ffff0000000000000001", "FapId::value < FapId::min or > FapId::null not allowed"},
       {258, "00000001000000", "a record that ends inside a field"},
-      {266, text("s") + "00000000", "a record that ends inside a field"},
-      {266, text("s") + "0000000000000002", "a child under an id that is none"},
-      {144, "00ff00000000010a" + text("s") + peersId, "a record that ends inside a field"},
-      {144, "000800ff0000010a00000000" + text("s") + peersId, "a record that ends inside a field"},
+      {266, textHex("s") + "00000000", "a record that ends inside a field"},
+      {266, textHex("s") + "0000000000000002", "a child under an id that is none"},
+      {144, "00ff00000000010a" + textHex("s") + peersId, "a record that ends inside a field"},
+      {144, "000800ff0000010a00000000" + textHex("s") + peersId, "a record that ends inside a field"},
       {144, "00", "a record that ends inside a field"},
   };
   auto const ear = Toys::listen<Toys::BoxListener>(box, calls, "L");
@@ -142,13 +142,13 @@ TEST_F(Receiving, WrappersOfChildRecords) {
     std::string digits;
     U32 shelves, passedOver;
   } const cases[] = {
-      {"a child", 144, "000800000000010a00000000" + text("s") + peersId, 1, 0},
-      {"gone", -144, "00080000fffffef6" + text("s"), 0, 0},
+      {"a child", 144, "000800000000010a00000000" + textHex("s") + peersId, 1, 0},
+      {"gone", -144, "00080000fffffef6" + textHex("s"), 0, 0},
       {"behind another number, the id after a gap", 144,
-       "000c0018000001020000010a00000000" + text("s") + "ffffff" + peersId, 1, 0},
-      {"gone, in the form of one that is not", 144, "00080000fffffef6" + text("s"), 0, 0},
-      {"not of this type", 144, "000800000000010200000000" + text("s") + peersId, 0, 1},
-      {"not of this type, gone", -144, "00080000fffffefe" + text("s"), 0, 1},
+       "000c0018000001020000010a00000000" + textHex("s") + "ffffff" + peersId, 1, 0},
+      {"gone, in the form of one that is not", 144, "00080000fffffef6" + textHex("s"), 0, 0},
+      {"not of this type", 144, "000800000000010200000000" + textHex("s") + peersId, 0, 1},
+      {"not of this type, gone", -144, "00080000fffffefe" + textHex("s"), 0, 1},
       {"of none", 144, "0004000000000000", 0, 1},
   };
   for (auto const& each : cases) {
@@ -192,7 +192,7 @@ TEST_F(Receiving, ChildrenTakeTheirIdAndMakeWayForOthers) {
         before->vekNboAttrLogSa(Ptr<Vek::NboAttrLog::Out const>(log().out()))->flagsIs(Sa::resyncStale, each.stale);
       if (before) before->vekMarkedForDeletionIs(attr == 266);
       calls.clear();
-      receive(*boxes, attr, text("s") + each.id);
+      receive(*boxes, attr, textHex("s") + each.id);
       Ptr<Vek::Entity> now;
       if (attr == 266) now = box->shelves("s");
       if (attr == 265) now = box->lid();
@@ -205,7 +205,7 @@ TEST_F(Receiving, ChildrenTakeTheirIdAndMakeWayForOthers) {
       EXPECT_TRUE(log().in()->isAtLimit()) << "the id is read";
       before = now;
     }
-    receive(*boxes, attr == 266 ? -266 : -265, attr == 266 ? text("s") : "");
+    receive(*boxes, attr == 266 ? -266 : -265, attr == 266 ? textHex("s") : "");
   }
   EXPECT_EQ(said(), Records{}) << "nothing of it goes back";
 }
@@ -215,8 +215,8 @@ TEST_F(Receiving, ARelayOfAChildOnALogWhereItsParentHasNoIdYet) {
   auto const adapter = other->vekNboAttrLogSaIs({}, 1, log().out(), nullptr);
   std::string id(8, '\0');
   adapter->entityId().write(id.data());
-  receive(*adapter, 266, text("s") + peersId);
-  EXPECT_EQ(hex(payload()), text("s") + hex(id));
+  receive(*adapter, 266, textHex("s") + peersId);
+  EXPECT_EQ(hex(payload()), textHex("s") + hex(id));
 }
 
 TEST_F(Receiving, AChannelHearsOfChildrenAndModes) {
@@ -245,9 +245,9 @@ TEST_F(Receiving, AChannelHearsOfChildrenAndModes) {
     std::string digits;
     U32 mode;
   } const cases[] = {
-      {266, text("s") + peersId, 1},
+      {266, textHex("s") + peersId, 1},
       {135, "00000002", 3},
-      {265, text("l") + othersId, 1},
+      {265, textHex("l") + othersId, 1},
       {258, "0000000100000001", 0},
   };
   for (auto const& each : cases) {

@@ -79,10 +79,10 @@ TEST_F(Sweeping, SurvivesReactorsThatChangeTheCollection) {
 }
 
 TEST_F(Sweeping, ChildrenThatAreStaleOrWereNotBound) {
-  receive(*adapter, 266, text("a") + peersId);
-  receive(*adapter, 266, text("b") + othersId);
+  receive(*adapter, 266, textHex("a") + peersId);
+  receive(*adapter, 266, textHex("b") + othersId);
   marker(266, Sa::beginMarker);
-  receive(*adapter, 266, text("a") + peersId);
+  receive(*adapter, 266, textHex("a") + peersId);
   adapter->flagsIs(Sa::outputSuppressed, true);
   box->shelvesIs("c");
   adapter->flagsIs(Sa::outputSuppressed, false);
@@ -97,14 +97,14 @@ TEST_F(Sweeping, ChildrenThatAreStaleOrWereNotBound) {
 }
 
 TEST_F(Sweeping, ASingleChildIsSilentUntilItComes) {
-  receive(*adapter, 265, text("lid") + peersId);
+  receive(*adapter, 265, textHex("lid") + peersId);
   marker(265, Sa::beginMarker);
   marker(265, Sa::endMarker);
   auto const lid = box->lid();
   ASSERT_NE(lid, nullptr);
   lid->openIs(false);
   EXPECT_EQ(said(), Records{});
-  receive(*adapter, 265, text("lid") + peersId);
+  receive(*adapter, 265, textHex("lid") + peersId);
   lid->openIs(true);
   EXPECT_EQ(said(), (Records{"258:01"}));
 }
@@ -143,9 +143,9 @@ TEST_F(Sweeping, AnAnnouncementTellsWhatTheConstructorTakes) {
   auto const shelf = Vek::make<Toys::Shelf>("s");
   bound(drawer)->doSerializeOrphan();
   bound(shelf)->doSerializeOrphan();
-  EXPECT_EQ(said(), (Records{"136~:" + section("01", text("Toys::Drawer")) + section("03", text("d") + text("label")) +
-                                 section("04", "0100019300000005"),
-                             "136~:" + section("01", text("Toys::Shelf")) + section("03", text("s")) +
+  EXPECT_EQ(said(), (Records{"136~:" + section("01", textHex("Toys::Drawer")) +
+                                 section("03", textHex("d") + textHex("label")) + section("04", "0100019300000005"),
+                             "136~:" + section("01", textHex("Toys::Shelf")) + section("03", textHex("s")) +
                                  section("04", "0100019300000007")}));
 }
 
@@ -211,12 +211,12 @@ TEST_F(Sweeping, AReactorThatThrowsLeavesAllAsItWas) {
       {"a text", [&] { receive(*toys, 261, "0161"); }},
       {"a key", [&] { receive(*adapter, 258, "0000000100000009"); }},
       {"a key gone", [&] { receive(*adapter, -258, "00000001"); }},
-      {"a child by key", [&] { receive(*adapter, 266, text("n") + peersId); }},
-      {"a child gone", [&] { receive(*adapter, -266, text("n")); }},
-      {"a child by key once more", [&] { receive(*adapter, 266, text("n") + peersId); }},
-      {"another one", [&] { receive(*adapter, 266, text("n") + othersId); }},
-      {"a child", [&] { receive(*adapter, 265, text("lid") + peersId); }},
-      {"another child", [&] { receive(*adapter, 265, text("lid") + othersId); }},
+      {"a child by key", [&] { receive(*adapter, 266, textHex("n") + peersId); }},
+      {"a child gone", [&] { receive(*adapter, -266, textHex("n")); }},
+      {"a child by key once more", [&] { receive(*adapter, 266, textHex("n") + peersId); }},
+      {"another one", [&] { receive(*adapter, 266, textHex("n") + othersId); }},
+      {"a child", [&] { receive(*adapter, 265, textHex("lid") + peersId); }},
+      {"another child", [&] { receive(*adapter, 265, textHex("lid") + othersId); }},
       {"an end marker", [&] { marker(258, Sa::endMarker); }},
       {"a mode", [&] { receive(*adapter, 135, "00000001"); }},
   };
