@@ -4,7 +4,6 @@
 
 namespace Vek {
 
-using NboAttrLog::Demuxer;
 using NboAttrLog::Out;
 using Sa = Entity::VekNboAttrLogSa;
 
