@@ -124,7 +124,8 @@ int runReplicate(bool local) {
   Show::Replicated const replicated = Show::replicateLocal(kernel);
   for (std::string const& notice : replicated.notices) complain(notice);
   int const status = print(replicated.output);
-  if (!replicated.areEqual) complain("What came over the log is not what was sent. This is a fault of dornl3: tell us.");
+  if (!replicated.areEqual)
+    complain("What came over the log is not what was sent. This is a fault of dornl3: tell us.");
   return replicated.areEqual ? status : failed;
 }
 

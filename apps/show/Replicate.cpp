@@ -71,7 +71,9 @@ Replicated replicateLocal(Kernel::MessageSource& source) {
     bool const isEqual = isInStep && here == there;
     result.areEqual = result.areEqual && isEqual;
     result.output += fmt::format("{:<24} {:016x} {:016x}{}\n", root->name().view(), here, there,
-                                 isEqual ? "" : isInStep ? "  differs" : "  is not in step");
+                                 isEqual    ? ""
+                                 : isInStep ? "  differs"
+                                            : "  is not in step");
   }
   result.output += fmt::format("{} records, {} bytes.\n", link.owner->out()->records(), link.owner->out()->written());
   return result;

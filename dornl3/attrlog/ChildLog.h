@@ -1,9 +1,9 @@
-// ChildLog: attributes that hold children go out. A child has an adapter of its own, and its records travel under its own
-// id: what the parent's log carries is a record that binds the child to that id, or says that it is gone. What an
+// ChildLog: attributes that hold children go out. A child has an adapter of its own, and its records travel under its
+// own id: what the parent's log carries is a record that binds the child to that id, or says that it is gone. What an
 // X::VekNboAttrLogSa defines itself are one-line calls of these.
-// A change that comes from the log takes the other way here: the child that the setter has just made, or found, takes the
-// id that follows in the input.
-// Thread: the entity's. Re-entrancy: calls nobody. Throws ReadOnlyException, and std::bad_alloc.
+// A change that comes from the log takes the other way here: the child that the setter has just made, or found, takes
+// the id that follows in the input. Thread: the entity's. Re-entrancy: calls nobody. Throws ReadOnlyException, and
+// std::bad_alloc.
 #pragma once
 
 #include "dornl3/attrlog/CollectionLog.h"
@@ -12,10 +12,9 @@ namespace Vek {
 
 /// Binds a child to the log: its adapter is found or made, and a record with its key and id is written.
 template <class A>
-Ptr<typename A::Child::VekNboAttrLogSa> bindChildRecord(Entity::VekNboAttrLogSa& adapter,
-                                                        PtrInterface::NotifieeConst::Vek_BitSet flags,
-                                                        Ptr<typename A::Child> const& child, U32 count,
-                                                        PtrInterface* channel) {
+Ptr<typename A::Child::VekNboAttrLogSa>
+bindChildRecord(Entity::VekNboAttrLogSa& adapter, PtrInterface::NotifieeConst::Vek_BitSet flags,
+                Ptr<typename A::Child> const& child, U32 count, PtrInterface* channel) {
   using ChildSa = typename A::Child::VekNboAttrLogSa;
   Ptr<ChildSa> bound = ptrCast<ChildSa>(adapter.childAdapterOf(child));
   if (bound) {

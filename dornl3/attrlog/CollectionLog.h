@@ -22,8 +22,7 @@ template <class Dirty>
 void sendKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, typename Dirty::Key const& key,
              void const* value) {
   using Sa = Entity::VekNboAttrLogSa;
-  Sa::KeyRecord const record{
-      row.number, row.isFixed, &key, &writeField<typename Dirty::Key>, value, row.writeValue};
+  Sa::KeyRecord const record{row.number, row.isFixed, &key, &writeField<typename Dirty::Key>, value, row.writeValue};
   if (adapter.logKey(record)) return;
   Sa::Turn const turn = adapter.keyTurn(row.number);
   if (turn == Sa::Turn::silent) return;
@@ -62,11 +61,11 @@ inline constexpr KeyedRow<DirtyOf<A>> childrenRow{A::number, &RowOf<A>::dirty, &
 template <class A>
 inline constexpr ValuesRow<DirtyOf<A>> valuesRow{
     {A::number, &RowOf<A>::dirty, &RowOf<A>::count, &RowOf<A>::walk, &sendValue<A>},
-                                                 hasFixedKeyRecord<A>,
-                                                 &RowOf<A>::find,
-                                                 &RowOf<A>::set,
-                                                 &RowOf<A>::remove,
-                                                 &writeField<typename A::Value>};
+    hasFixedKeyRecord<A>,
+    &RowOf<A>::find,
+    &RowOf<A>::set,
+    &RowOf<A>::remove,
+    &writeField<typename A::Value>};
 
 template <class A>
 void sendValue(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key) {

@@ -1,5 +1,5 @@
-// LogSlots: which attributes travel on a log, and the bit of each in a flow-out: bit 1 for the first, and so on by rising
-// number, without gaps. A scalar's bit says that it is owed, a collection's that it has been walked.
+// LogSlots: which attributes travel on a log, and the bit of each in a flow-out: bit 1 for the first, and so on by
+// rising number, without gaps. A scalar's bit says that it is owed, a collection's that it has been walked.
 #pragma once
 
 #include "dornl3/frame/Attribute.h"

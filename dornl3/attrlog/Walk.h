@@ -1,6 +1,5 @@
-// Walk: writes what a flow-out owes, attribute by attribute in rising number. It is the one place that makes progress on
-// a flow-out.
-// Thread: the entity's. Re-entrancy: nests; calls nobody but the adapter's own handlers.
+// Walk: writes what a flow-out owes, attribute by attribute in rising number. It is the one place that makes progress
+// on a flow-out. Thread: the entity's. Re-entrancy: nests; calls nobody but the adapter's own handlers.
 #pragma once
 
 #include "dornl3/attrlog/ChildLog.h"

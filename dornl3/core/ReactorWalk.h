@@ -15,8 +15,8 @@ namespace Vek {
   return object.references() != 0 ? &object : nullptr;
 }
 
-/// Where no memory is left to hold the reactors of a change: the adapters of logs, which stand first, are told that they
-/// have missed it, by onNotificationException, inside the handling of the exception. Lets none out.
+/// Where no memory is left to hold the reactors of a change: the adapters of logs, which stand first, are told that
+/// they have missed it, by onNotificationException, inside the handling of the exception. Lets none out.
 void tellLogsOfMissedChange(ReactorChain const& reactors, AttributeId attribute) noexcept;
 
 [[nodiscard]] inline HeldReactors heldFor(ReactorChain const& reactors, AttributeId attribute) {

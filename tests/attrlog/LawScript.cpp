@@ -13,10 +13,10 @@ using Toys::ToyBox;
 
 namespace {
 
-constexpr char const* kindNames[] = {"size",      "broken", "played",   "place", "counts", "countsDel", "countsDelAll",
-                                     "faps",      "wanted", "wantedDel", "notes", "notesDel", "vlans",
-                                     "text",      "lid",    "lidDel", "lidOpen", "shelf", "shelfDel", "drawer",
-                                     "drawerDel", "things", "step",      "settle", "cut"};
+constexpr char const* kindNames[] = {"size",   "broken", "played",    "place", "counts",   "countsDel", "countsDelAll",
+                                     "faps",   "wanted", "wantedDel", "notes", "notesDel", "vlans",     "text",
+                                     "lid",    "lidDel", "lidOpen",   "shelf", "shelfDel", "drawer",    "drawerDel",
+                                     "things", "step",   "settle",    "cut"};
 
 // What a reactor last saw; complains where it is told of what it has seen.
 class Seen {
@@ -254,7 +254,8 @@ void LawScript::change(Toy& toy, ToyBox& box, Act const& act) {
   case Act::notes: return box.notesIs(name, {key, value / 2.0, name});
   case Act::notesDel: return static_cast<void>(box.notesDel(name));
   case Act::vlans: return box.vlansIs(Bridging::VlanIdOrNone(id), Kiln::Fapmask({value, 0, 0, key}));
-  case Act::text: return toy.textIs(Vek::String8(std::string_view(std::string(key * key * 10, static_cast<char>('a' + value)))));
+  case Act::text:
+    return toy.textIs(Vek::String8(std::string_view(std::string(key * key * 10, static_cast<char>('a' + value)))));
   case Act::lid: return static_cast<void>(box.lidIs(value == 0 ? "flap" : "lid"));
   case Act::lidDel: return static_cast<void>(box.lidDel());
   case Act::lidOpen:
@@ -321,7 +322,8 @@ std::string LawScript::complaint() {
       std::string const name(mount->name().view());
       if (mount->state() != Vek::Dir::inStep) return "the mount of the " + name + " is not in step";
       if (std::string const missed = replica->missed(); !missed.empty()) return missed;
-      if (Vek::digest(*home_->entity(mount->name())) != Vek::digest(*mount->entity())) return "the " + name + " differs";
+      if (Vek::digest(*home_->entity(mount->name())) != Vek::digest(*mount->entity()))
+        return "the " + name + " differs";
     }
     bool const hasOneWriter = options_.access == Access::readOnly;
     if (hasOneWriter && replica->link.reader().demuxer().skipped() != 0) return "a record was passed over";

@@ -1,5 +1,5 @@
-// Whatever the history, the buffers, the budget of a turn, the slices of the stream and the cuts: the replica ends as its
-// owner is, and nobody was told of what had not changed.
+// Whatever the history, the buffers, the budget of a turn, the slices of the stream and the cuts: the replica ends as
+// its owner is, and nobody was told of what had not changed.
 #include "tests/attrlog/LawScript.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/core/Property.h"
@@ -8,14 +8,13 @@ namespace LogTest {
 namespace {
 
 rc::Gen<Act> anAct(int replicaShare) {
-  return rc::gen::map(
-      rc::gen::tuple(rc::gen::inRange(0, Act::end + 6), rc::gen::inRange(0, 10), rc::gen::inRange(0, 6),
-                     rc::gen::inRange(0, 4)),
-      [replicaShare](std::tuple<int, int, int, int> const& t) {
-        int const kind = std::get<0>(t) < Act::end ? std::get<0>(t) : static_cast<int>(Act::step);
-        return Act{static_cast<Act::Kind>(kind), std::get<1>(t) < replicaShare, static_cast<Vek::U32>(std::get<2>(t)),
-                   static_cast<Vek::U32>(std::get<3>(t))};
-      });
+  return rc::gen::map(rc::gen::tuple(rc::gen::inRange(0, Act::end + 6), rc::gen::inRange(0, 10), rc::gen::inRange(0, 6),
+                                     rc::gen::inRange(0, 4)),
+                      [replicaShare](std::tuple<int, int, int, int> const& t) {
+                        int const kind = std::get<0>(t) < Act::end ? std::get<0>(t) : static_cast<int>(Act::step);
+                        return Act{static_cast<Act::Kind>(kind), std::get<1>(t) < replicaShare,
+                                   static_cast<Vek::U32>(std::get<2>(t)), static_cast<Vek::U32>(std::get<3>(t))};
+                      });
 }
 
 // Of any size down to logs that hold one record and streams that take one byte.
@@ -72,11 +71,29 @@ TEST_F(Convergence, OfHistoriesThatOnceFailed) {
   Act const step{Act::step, false, 0, 0};
   Act const settle{Act::settle, false, 0, 0};
   Kept const kept[] = {
-      {"a change behind a walk whose end is due to be told", 300, 30, 400, 100000, 100000, Access::readOnly,
+      {"a change behind a walk whose end is due to be told",
+       300,
+       30,
+       400,
+       100000,
+       100000,
+       Access::readOnly,
        {step, step, step, step, {Act::counts, false, 0, 0}}},
-      {"a text that changes while it is part-way out", 90, 3, 400, 200, 100000, Access::readOnly,
+      {"a text that changes while it is part-way out",
+       90,
+       3,
+       400,
+       200,
+       100000,
+       Access::readOnly,
        {settle, {Act::text, false, 1, 0}, {Act::text, false, 0, 0}}},
-      {"texts in pieces that cross", 1, 1, 50, 100000, 1, Access::writable,
+      {"texts in pieces that cross",
+       1,
+       1,
+       50,
+       100000,
+       1,
+       Access::writable,
        {settle, {Act::text, true, 1, 0}, {Act::text, false, 1, 1}}},
   };
   for (Kept const& history : kept) {

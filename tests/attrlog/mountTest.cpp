@@ -1,9 +1,8 @@
 // Exports and mounts: an entity is announced, comes in step, follows its owner, and survives a cut.
+#include "dornl3/generic/Digest.h"
 #include "tests/attrlog/LogPair.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/frame/Listener.h"
-
-#include "dornl3/generic/Digest.h"
 
 namespace LogTest {
 namespace {

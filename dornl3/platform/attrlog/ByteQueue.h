@@ -1,7 +1,7 @@
 // ByteQueue: bytes that wait to be sent, or to be read, in one piece of memory: a record is written and read without a
-// seam. What has been consumed makes room at the front; the rest moves there when the memory is used up to its end, which
-// costs a copy of at most as many bytes as were consumed before.
-// Owner: one end of a connection. Thread: the connection's.
+// seam. What has been consumed makes room at the front; the rest moves there when the memory is used up to its end,
+// which costs a copy of at most as many bytes as were consumed before. Owner: one end of a connection. Thread: the
+// connection's.
 #pragma once
 
 #include <cstddef>

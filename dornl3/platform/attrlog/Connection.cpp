@@ -123,8 +123,9 @@ bool Connection::takeGreeting() {
   }
   if (tag == 0 || tag == demuxer_.adapters().tag()) throw ProtocolException("both ends have drawn the same mark");
   if (std::min(theirs.recordBytes, theirs.textBytes) < leastLimit) {
-    throw ProtocolException(format("the peer takes records of %u bytes and texts of %u, and %u are the least that will do",
-                                   theirs.recordBytes, theirs.textBytes, leastLimit));
+    throw ProtocolException(
+        format("the peer takes records of %u bytes and texts of %u, and %u are the least that will do",
+               theirs.recordBytes, theirs.textBytes, leastLimit));
   }
   if (nameLength > mostOfAName) throw ProtocolException("the peer's name is too long");
   if (in_->left() < nameLength) return false;

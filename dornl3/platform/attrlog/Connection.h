@@ -1,13 +1,12 @@
 // Connection: one duplex stream to one peer, and the entities that are exported and mounted over it.
 // It owns no thread, no timer and no socket. A loop calls readable() when bytes have come, writable() when the stream
-// takes bytes and wantsWrite() says so, and tick() at the latest at deadline(). Both ends greet each other first, with a
-// form, a version and limits; a difference that matters ends the connection with a sentence.
-// A peer that breaks the form or a limit costs its own connection and nothing else. A new connection to the same peer is
-// a new object: nothing of the old one is used again, but mounts keep their entities.
-// Owner: the loop. Entities outlive it and it outlives nothing. Thread: one, that of the entities.
-// Re-entrancy: reactors run inside readable() and writable(). They may change, export and mount anything, and close this
-// connection, which then ends when the call returns; they must not destroy it. Calls of readable() and writable() from
-// inside do nothing.
+// takes bytes and wantsWrite() says so, and tick() at the latest at deadline(). Both ends greet each other first, with
+// a form, a version and limits; a difference that matters ends the connection with a sentence. A peer that breaks the
+// form or a limit costs its own connection and nothing else. A new connection to the same peer is a new object: nothing
+// of the old one is used again, but mounts keep their entities. Owner: the loop. Entities outlive it and it outlives
+// nothing. Thread: one, that of the entities. Re-entrancy: reactors run inside readable() and writable(). They may
+// change, export and mount anything, and close this connection, which then ends when the call returns; they must not
+// destroy it. Calls of readable() and writable() from inside do nothing.
 #pragma once
 
 #include "dornl3/platform/attrlog/Demuxer.h"

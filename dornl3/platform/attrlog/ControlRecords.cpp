@@ -19,9 +19,7 @@ void send(Out& out, int control, Field const&... fields) {
 void sendMount(Out& out, Name const& name, String8 const& typeName, bool writable) {
   send(out, mountRecord, String8(name), typeName, writable);
 }
-void sendRefused(Out& out, Name const& name, String8 const& reason) {
-  send(out, refusedRecord, String8(name), reason);
-}
+void sendRefused(Out& out, Name const& name, String8 const& reason) { send(out, refusedRecord, String8(name), reason); }
 void sendGone(Out& out, EntityId id) { send(out, goneRecord, id); }
 void sendState(Out& out, EntityId id, bool isInStep) { send(out, stateRecord, id, isInStep); }
 void sendAlive(Out& out) { send(out, aliveRecord); }

@@ -1,6 +1,6 @@
 // ControlRecords: what the connection says for itself, under id 1. They are written whatever room there is: each is
-// small, and there is at most one for each request, entity and heartbeat. A peer that asks and does not read the answers
-// is cut off: see Exports.
+// small, and there is at most one for each request, entity and heartbeat. A peer that asks and does not read the
+// answers is cut off: see Exports.
 #pragma once
 
 #include "dornl3/platform/attrlog/In.h"
@@ -19,12 +19,9 @@ struct RecordHeader {
   /// The header whose bytes stand at `at`.
   [[nodiscard]] static RecordHeader read(char const* at) noexcept {
     auto const flags = takeNumber<U32>(at + 16);
-    return {EntityId::read(at),
-            static_cast<int>(takeNumber<U32>(at + 8)),
-            takeNumber<U32>(at + 12),
-            flags >> 16,
-            static_cast<U8>(flags >> 8),
-            static_cast<U8>(flags)};
+    return {EntityId::read(at),          static_cast<int>(takeNumber<U32>(at + 8)),
+            takeNumber<U32>(at + 12),    flags >> 16,
+            static_cast<U8>(flags >> 8), static_cast<U8>(flags)};
   }
 };
 

@@ -135,8 +135,8 @@ bool DemuxerManager::has(Demuxer const* demuxer) const noexcept {
 }  // namespace NboAttrLog
 
 NboAttrLog::DemuxerManager& globalNboAttrLogDemuxerManager() {
-  // It is never destroyed: what has static storage may let entities go after the objects of the thread have gone. Without
-  // demuxers it owns nothing.
+  // It is never destroyed: what has static storage may let entities go after the objects of the thread have gone.
+  // Without demuxers it owns nothing.
   union Lasting {
     constexpr Lasting() noexcept : manager() {}
     constexpr ~Lasting() {}
@@ -146,8 +146,6 @@ NboAttrLog::DemuxerManager& globalNboAttrLogDemuxerManager() {
   return lasting.manager;
 }
 
-NboAttrLog::Demuxer* demuxFor(Ptr<NboAttrLog::In const> const& in) {
-  return in == nullptr ? nullptr : in->demuxer();
-}
+NboAttrLog::Demuxer* demuxFor(Ptr<NboAttrLog::In const> const& in) { return in == nullptr ? nullptr : in->demuxer(); }
 
 }  // namespace Vek

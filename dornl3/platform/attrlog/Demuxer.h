@@ -39,8 +39,8 @@ class Demuxer {
   [[nodiscard]] Schedule& schedule() noexcept { return schedule_; }
   [[nodiscard]] Schedule const& schedule() const noexcept { return schedule_; }
 
-  /// Leaves the adapter with a flow-out of its own type, and queues it. `startAttr`: what is owed from the beginning, see
-  /// FlowOut. One that stands is replaced only by one that owes everything.
+  /// Leaves the adapter with a flow-out of its own type, and queues it. `startAttr`: what is owed from the beginning,
+  /// see FlowOut. One that stands is replaced only by one that owes everything.
   void createFlowOut(StreamAdapter& adapter, ConnectDesc const& desc, bool isFull, AttributeId startAttr);
   /// Takes an adapter out: no record finds it, none is written by it. Returns it, or null.
   Ptr<StreamAdapter> reactorDel(EntityId id);
@@ -48,8 +48,8 @@ class Demuxer {
   /// Takes an adapter and those of all entities below its own off this log. They stay alive until no record and no turn
   /// runs, since it may be one of theirs.
   void unbind(StreamAdapter& adapter);
-  /// An adapter leaves for another log, or for none. It answers its old one until the outermost remount() is done, since
-  /// those below it are found by that.
+  /// An adapter leaves for another log, or for none. It answers its old one until the outermost remount() is done,
+  /// since those below it are found by that.
   void remountNoted(StreamAdapter& adapter, Ptr<Out> const& out);
   /// Runs `step`, in which adapters leave, and lets them go when the outermost such step is done.
   template <class Step>
@@ -75,8 +75,8 @@ class Demuxer {
   /// object. Throws NameInUseException where it must and `mayThrow`.
   [[nodiscard]] bool checkEphemeralEntityDeletion(Ptr<Entity> const& child, EntityId id, bool mayThrow);
 
-  /// Whether the far side may not have seen yet that this end has made the adapter's entity: if it makes one of the same
-  /// name meanwhile, it is the same.
+  /// Whether the far side may not have seen yet that this end has made the adapter's entity: if it makes one of the
+  /// same name meanwhile, it is the same.
   [[nodiscard]] bool isSameMadeAtBothEnds(StreamAdapter const& adapter) const noexcept;
 
   [[nodiscard]] Ptr<FlowIn> flowIn(EntityId id) const;
@@ -97,8 +97,8 @@ class Demuxer {
   [[nodiscard]] StreamAdapter* applied() const noexcept { return applied_; }
   void appliedIs(StreamAdapter* adapter) noexcept { applied_ = adapter; }
 
-  /// Attributes whose last value was longer than the peer takes, by path: what the far side has of them is older. At most
-  /// so many are named; all are counted by Out::droppedRecords().
+  /// Attributes whose last value was longer than the peer takes, by path: what the far side has of them is older. At
+  /// most so many are named; all are counted by Out::droppedRecords().
   static constexpr std::size_t mostNotReplicated = 64;
   [[nodiscard]] std::vector<String8> const& notReplicated() const noexcept { return notReplicated_; }
   [[nodiscard]] bool hasNotReplicated() const noexcept { return !notReplicated_.empty(); }
@@ -136,7 +136,8 @@ class Demuxer {
   bool isBusy_ = false;
 };
 
-/// The demuxers of a thread, in the order in which they came. One a thread, since an entity and its adapters stay on one.
+/// The demuxers of a thread, in the order in which they came. One a thread, since an entity and its adapters stay on
+/// one.
 class DemuxerManager {
  public:
   void demuxerIs(Demuxer& demuxer) { demuxers_.push_back(&demuxer); }

@@ -177,8 +177,8 @@ bool Sa::handlingFlowInFor(AttributeId attr) const {
   if (demuxer == nullptr || !demuxer->hasFlowIns()) return false;
   Ptr<FlowIn> const flowIn = demuxer->flowIn(entityId());
   if (!flowIn || flowIn->aid() != attr) return false;
-  // On a mount a walk that comes in makes no attribute deaf. A text in pieces does, at the replica alone: with both ends
-  // deaf to their own texts, neither would be whole.
+  // On a mount a walk that comes in makes no attribute deaf. A text in pieces does, at the replica alone: with both
+  // ends deaf to their own texts, neither would be whole.
   return side() == Side::plain || (side() == Side::replica && flowIn->iter() != nullptr);
 }
 
@@ -227,8 +227,8 @@ bool Sa::serializeText(AttributeId attr, U32 slot, String8 const& text) {
   if (!it.inside() && it.position() != 0) return true;
   bool mayWrite = owed || out.freeSpace() > roomForAText(out);
   while (mayWrite) {
-    bool const mustWait = owed && hasFlag(handlingScheduledFlowOut) &&
-                          (!continueFlowOut() || out.freeSpace() < out.maxMessageSize());
+    bool const mustWait =
+        owed && hasFlag(handlingScheduledFlowOut) && (!continueFlowOut() || out.freeSpace() < out.maxMessageSize());
     if (mustWait) {
       owed->valueIterIs(HeapCopy::of(it));
       return false;
@@ -408,7 +408,8 @@ EntityId Sa::peekChildId(InboundRecord const& record, Ptr<Entity> const& child) 
     throw ProtocolException("an entity id that another entity has");
   }
   NboAttrLog::AdapterTable const& adapters = streamDemuxer()->adapters();
-  // An owner says a child again under the id that it had from here. One that is still to be given out would be met later.
+  // An owner says a child again under the id that it had from here. One that is still to be given out would be met
+  // later.
   bool const isPeers = side() == Side::plain || id.tag() == boundLog()->connection()->peerTag();
   if (!isPeers && !adapters.wasGivenOut(id)) throw ProtocolException("a child under an id that is not the peer's");
   if (holder == nullptr && adapters.foreign() >= boundLog()->connection()->settings().limits.entities) {

@@ -80,8 +80,8 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
     mark,    ///< it is marked in the flow-out, which stands
     write,   ///< it is written now
   };
-  /// Writes the field of a scalar, or marks the scalar; nothing where there is no field. It is sent as a number of `size`
-  /// bytes, which it has in memory too.
+  /// Writes the field of a scalar, or marks the scalar; nothing where there is no field. It is sent as a number of
+  /// `size` bytes, which it has in memory too.
   void logNumber(AttributeId attr, U32 slot, void const* field, U32 size);
   /// Writes a field, given where it lies.
   using FieldWriter = void (*)(NboAttrLog::OutPtr const& out, void const* field);
@@ -108,8 +108,8 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   void keyMarked(U32 marks, U32 members);
   /// The first guards of a walk: false where the handler returns `answer`.
   [[nodiscard]] bool walkMayBegin(AttributeId attr, bool& answer);
-  /// Opens a record of an attribute; the log is there. Where the far side waits for it, how much of its records has been
-  /// applied goes first.
+  /// Opens a record of an attribute; the log is there. Where the far side waits for it, how much of its records has
+  /// been applied goes first.
   [[nodiscard]] Ptr<NboAttrLog::Out> const& recordIs(int attr, U32 fixedSize, bool isVariable,
                                                      U32 kind = NboAttrLog::plainRecord);
   /// The record is written.
@@ -130,11 +130,12 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   /// unless that is 0, and false is the answer: the caller marks the key.
   [[nodiscard]] bool bindChild(AttributeId attr, U32 slot, ChildBinder const& bind);
   void doFixChildFlags(VekNboAttrLogSa& child);
-  /// A new child's adapter is switched on and gets its id. Throws EntityIdUnavailableException, with nothing left behind.
+  /// A new child's adapter is switched on and gets its id. Throws EntityIdUnavailableException, with nothing left
+  /// behind.
   void childIsOnLog(VekNboAttrLogSa& child);
   void childRecordIs(AttributeId attr, String8 const& key, VekNboAttrLogSa& child);
-  /// A change of a child attribute that comes from the log: the child that stands there takes the id that follows in the
-  /// input.
+  /// A change of a child attribute that comes from the log: the child that stands there takes the id that follows in
+  /// the input.
   void receiveChildId(Ptr<Entity> const& child);
   /// Whether a change of a child attribute comes from the log.
   [[nodiscard]] bool receivesChild() const noexcept { return !hasFlag(syncModeRelay) && hasFlag(entityReactorActive); }
@@ -147,8 +148,8 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   /// One step of the walk, over a text.
   [[nodiscard]] bool stepOverText(NboAttrLog::FlowOut& owed, AttributeId attr, AttributeId behind, U32 slot,
                                   bool (VekNboAttrLogSa::*handler)(), AttributeId& next);
-  /// One step of the walk, over a scalar: whether the walk ends here, with `next` as its answer. `behind`: the attribute
-  /// that follows, 0 for none.
+  /// One step of the walk, over a scalar: whether the walk ends here, with `next` as its answer. `behind`: the
+  /// attribute that follows, 0 for none.
   [[nodiscard]] bool stepOverScalar(NboAttrLog::FlowOut& owed, AttributeId attr, AttributeId behind, U32 slot,
                                     void (VekNboAttrLogSa::*handler)(), AttributeId& next);
   /// The end of the step of a collection.

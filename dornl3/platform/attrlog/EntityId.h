@@ -1,7 +1,7 @@
 // EntityId: the name of an entity on one attribute log.
-// An assigned id is a tag of 32 bits, drawn by the process that assigned it, a sequence number of 31 bits, and a low bit
-// that is set. Ids of both ends of a connection therefore never collide. Id 1 is the connection itself. An adapter whose
-// id is not assigned has an even one, unique in its process, so that it can be told from others all the same.
+// An assigned id is a tag of 32 bits, drawn by the process that assigned it, a sequence number of 31 bits, and a low
+// bit that is set. Ids of both ends of a connection therefore never collide. Id 1 is the connection itself. An adapter
+// whose id is not assigned has an even one, unique in its process, so that it can be told from others all the same.
 #pragma once
 
 #include "dornl3/core/BitReverse.h"

@@ -25,7 +25,8 @@ bool isMountedReadOnly(Entity& entity) {
 
 void Exports::exportIs(Ptr<Entity> const& entity, Access access, Delivery delivery) {
   if (!entity->isRoot() || !entity->vekHasAttrLogInterface()) {
-    throwInternalException(format("%s cannot be exported: only entities without parent are", entity->fullName().charPtr()));
+    throwInternalException(
+        format("%s cannot be exported: only entities without parent are", entity->fullName().charPtr()));
   }
   Export& exported = exports_[entity->name()];
   exported = {entity, access, delivery};
@@ -72,8 +73,7 @@ void Exports::announce(Export const& exported, Request const& request) {
   Entity& entity = *exported.entity;
   String8 const typeName(entity.fwkType()->fullName());
   if (!(typeName == request.typeName)) {
-    sendRefused(*out, request.name,
-                format("it is a %s, not a %s", typeName.charPtr(), request.typeName.charPtr()));
+    sendRefused(*out, request.name, format("it is a %s, not a %s", typeName.charPtr(), request.typeName.charPtr()));
     return;
   }
   bool const isReadOnly = exported.access == Access::readOnly || isMountedReadOnly(entity);

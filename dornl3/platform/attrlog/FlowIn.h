@@ -2,8 +2,8 @@
 // Owner: the demuxer, by entity id. Thread: the demuxer's.
 #pragma once
 
-#include "dornl3/platform/attrlog/HeapCopy.h"
 #include "dornl3/core/Ptr.h"
+#include "dornl3/platform/attrlog/HeapCopy.h"
 
 namespace Vek::NboAttrLog {
 

@@ -1,5 +1,5 @@
-// FlowOut: what one stream adapter still owes its log, and where a walk over its entity stopped. Values are never copied
-// into it: what is owed is read from the entity when it is written, so that a burst sends its last value.
+// FlowOut: what one stream adapter still owes its log, and where a walk over its entity stopped. Values are never
+// copied into it: what is owed is read from the entity when it is written, so that a burst sends its last value.
 // X::VekNboAttrLogSa::FlowOut adds a bit for each attribute, and the keys owed of each collection.
 // Owner: its adapter. It knows the adapter by a raw pointer, since a counted one would keep both alive.
 // Thread: the adapter's. It tells nobody of its changes.
@@ -69,7 +69,9 @@ class FlowOut : public PtrInterface {
   [[nodiscard]] bool yieldRequested() const noexcept { return (dataBits_ & yieldRequestedBit) != 0; }
   [[nodiscard]] bool keysOnly() const noexcept { return (dataBits_ & keysOnlyBit) != 0; }
   /// Stops the walk: it comes back at the same attribute.
-  void yieldRequestedIs(bool on) { vekDataBitsIs(static_cast<U8>(on ? dataBits_ | yieldRequestedBit : dataBits_ & ~yieldRequestedBit)); }
+  void yieldRequestedIs(bool on) {
+    vekDataBitsIs(static_cast<U8>(on ? dataBits_ | yieldRequestedBit : dataBits_ & ~yieldRequestedBit));
+  }
 
   [[nodiscard]] VekPendingAbort::Map const& pendingAbort() const noexcept { return pendingAbort_; }
   virtual void pendingAbortDel(AttributeId attr);

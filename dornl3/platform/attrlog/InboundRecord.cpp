@@ -5,7 +5,10 @@
 namespace Vek {
 
 InboundRecord::InboundRecord(Sa& adapter, int attr, Ptr<NboAttrLog::In> const& in)
-    : adapter_(&adapter), entity_(const_cast<Entity*>(static_cast<Entity const*>(adapter.rawNotifier()))), input_(in), applies_(!in) {
+    : adapter_(&adapter),
+      entity_(const_cast<Entity*>(static_cast<Entity const*>(adapter.rawNotifier()))),
+      input_(in),
+      applies_(!in) {
   if (!input_ && adapter.nboAttrLogOut() != nullptr) input_ = adapter.boundLog()->reverseLog();
   if (!input_ || !entity_) {
     input_ = nullptr;

@@ -10,8 +10,8 @@ class InboundRecord {
  public:
   using Sa = Entity::VekNboAttrLogSa;
 
-  /// `in`: as in StreamAdapter::handleAttrDeserialization. Throws InternalException where another record is being applied
-  /// on the adapter, and where the far side may not write.
+  /// `in`: as in StreamAdapter::handleAttrDeserialization. Throws InternalException where another record is being
+  /// applied on the adapter, and where the far side may not write.
   InboundRecord(Sa& adapter, int attr, Ptr<NboAttrLog::In> const& in);
   InboundRecord(InboundRecord const&) = delete;
   InboundRecord& operator=(InboundRecord const&) = delete;

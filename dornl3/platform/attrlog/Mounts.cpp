@@ -165,8 +165,8 @@ bool Mounts::announced(In& in) {
   mount->lastWord_ = connection_.now();
   U32 flags = StreamAdapter::weakAdapter;
   if (mount->access() == Access::readOnly) flags |= StreamAdapter::readOnlyLocal;
-  Ptr<Entity::VekNboAttrLogSa> const adapter = entity->vekNboAttrLogSaIs(
-      PtrInterface::NotifieeConst::Vek_BitSet(flags), 1, connection_.out(), nullptr);
+  Ptr<Entity::VekNboAttrLogSa> const adapter =
+      entity->vekNboAttrLogSaIs(PtrInterface::NotifieeConst::Vek_BitSet(flags), 1, connection_.out(), nullptr);
   adapter->sideIs(StreamAdapter::Side::replica);
   adapter->doEntityIdIs(id, connection_.demuxer(), true);
   entity->vekWriteGuardIs(true);

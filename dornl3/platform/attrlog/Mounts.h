@@ -1,7 +1,7 @@
-// Mounts: entities of another process, kept in step here. A Mount is what a process wants: an entity of a name and type,
-// in a directory. Connections come and go; the entity that was made for a mount stays and is brought in step again, and
-// reactors on it hear only of what is different then.
-// Owner: a Mount belongs to whoever made it; the connection holds those that were given to it. Thread: the connection's.
+// Mounts: entities of another process, kept in step here. A Mount is what a process wants: an entity of a name and
+// type, in a directory. Connections come and go; the entity that was made for a mount stays and is brought in step
+// again, and reactors on it hear only of what is different then. Owner: a Mount belongs to whoever made it; the
+// connection holds those that were given to it. Thread: the connection's.
 #pragma once
 
 #include "dornl3/platform/attrlog/EntityId.h"

@@ -2,19 +2,18 @@
 // A record is a header and a payload between two tokens. It begins with nextHeaderIs() and nobody sees it until its
 // closing token is written: a record that is left in the middle, by an exception say, is dropped by the next one.
 // Bounded: a record is begun only where hasSufficientBuffer() says that there is room, and then may go beyond the limit
-// by its own length. One whose payload, or a text in it, is longer than the peer takes is dropped whole and counted, and
-// the connection goes on: whoever wrote it must treat it as sent, or it would come back for ever.
-// Owner: its connection, and each adapter that writes to it. Thread: the connection's.
+// by its own length. One whose payload, or a text in it, is longer than the peer takes is dropped whole and counted,
+// and the connection goes on: whoever wrote it must treat it as sent, or it would come back for ever. Owner: its
+// connection, and each adapter that writes to it. Thread: the connection's.
 #pragma once
 
+#include "dornl3/core/Name.h"
+#include "dornl3/core/Ptr.h"
 #include "dornl3/platform/attrlog/ByteQueue.h"
 #include "dornl3/platform/attrlog/EntityId.h"
 #include "dornl3/platform/attrlog/Wire.h"
-#include "dornl3/core/Name.h"
-#include "dornl3/core/Ptr.h"
 
 #include <cassert>
-
 
 namespace Vek {
 
@@ -41,9 +40,9 @@ namespace NboAttrLog {
 /// What opens a record.
 struct MsgHeader {
   EntityId entityId;
-  int attribute = 0;       ///< the attribute's number; below 0 what it names is gone
-  U8 variableSize = 0;     ///< 1: the payload's size is not known ahead
-  U32 payloadSize = 0;     ///< in bytes without the tokens, where variableSize is 0
+  int attribute = 0;    ///< the attribute's number; below 0 what it names is gone
+  U8 variableSize = 0;  ///< 1: the payload's size is not known ahead
+  U32 payloadSize = 0;  ///< in bytes without the tokens, where variableSize is 0
   U32 recordKind = plainRecord;
   U8 headerTail = 0;
 };

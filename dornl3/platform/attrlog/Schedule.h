@@ -1,8 +1,8 @@
-// Schedule: whose turn it is to write. Adapters that owe something stand in a queue and are visited in turn, each as long
-// as there is room and budget, so that none starves another. One that could neither write nor step on is set aside until
-// something has happened that may help it: a visit that changes nothing would be repeated for ever.
-// Owner: the demuxer. It holds the adapters that wait. Thread: the connection's. Re-entrancy: a turn does not begin inside
-// a turn, nor inside the handling of a record.
+// Schedule: whose turn it is to write. Adapters that owe something stand in a queue and are visited in turn, each as
+// long as there is room and budget, so that none starves another. One that could neither write nor step on is set aside
+// until something has happened that may help it: a visit that changes nothing would be repeated for ever. Owner: the
+// demuxer. It holds the adapters that wait. Thread: the connection's. Re-entrancy: a turn does not begin inside a turn,
+// nor inside the handling of a record.
 #pragma once
 
 #include "dornl3/platform/attrlog/AdapterTable.h"

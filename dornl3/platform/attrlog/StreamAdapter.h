@@ -86,8 +86,8 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   virtual void entityIdIs(EntityId id);
   /// A marked adapter hears nothing; a revived one hears again.
   virtual void vekDoZombieReactors(bool mark) = 0;
-  /// The adapter leaves for another log, or for none; those of all entities below its own leave for none. All answer the
-  /// old one until the outermost call returns.
+  /// The adapter leaves for another log, or for none; those of all entities below its own leave for none. All answer
+  /// the old one until the outermost call returns.
   virtual void doRemountSelf(Ptr<NboAttrLog::Out> const& out);
 
   /// The log, while its connection is open; null otherwise.
@@ -177,7 +177,6 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
  protected:
   /// A record of this adapter has been closed.
   void recordWritten(NboAttrLog::Out const& out) noexcept { lastSent_ = out.records(); }
-
 };
 
 }  // namespace Vek

@@ -1,6 +1,6 @@
 // SyncSession: how far an exported entity, with all below it, has been brought in step at the far side. It counts the
-// walks that stand: that of the root, and those of the children that it came to. When all have ended the far side is told.
-// Owner: the adapters that take part. Thread: the connection's.
+// walks that stand: that of the root, and those of the children that it came to. When all have ended the far side is
+// told. Owner: the adapters that take part. Thread: the connection's.
 #pragma once
 
 #include "dornl3/core/Ptr.h"

@@ -31,8 +31,8 @@ enum Control : int {
   stateRecord = 166,        ///< of the connection: whether an entity is in step where its owner mounts it from
 };
 
-/// Parts of an orphan record. Each is a byte with its number and four with its length, so that a reader passes over what
-/// it does not want.
+/// Parts of an orphan record. Each is a byte with its number and four with its length, so that a reader passes over
+/// what it does not want.
 enum PayloadSection : U8 {
   typeSection = 1,
   argumentsSection = 3,
@@ -92,9 +92,9 @@ struct Limits {
   U32 recordBytes = 256 * 1024;  ///< payload of one record
   U32 messageBytes = 32 * 1024;  ///< what is free in a log that has room; the longest piece of a text
   U32 textBytes = 16 * 1024 * 1024;
-  U32 entities = 64 * 1024;    ///< ids that the peer may assign
-  U32 waitingMounts = 64;      ///< mounts that wait for an entity that is not exported
-  U32 marks = 1024;            ///< keys of one collection that are owed, beyond twice its members
+  U32 entities = 64 * 1024;      ///< ids that the peer may assign
+  U32 waitingMounts = 64;        ///< mounts that wait for an entity that is not exported
+  U32 marks = 1024;              ///< keys of one collection that are owed, beyond twice its members
   double heartbeatSeconds = 10;  ///< after this long without a word one is sent; thrice as long without one is death
 };
 

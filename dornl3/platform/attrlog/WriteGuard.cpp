@@ -33,9 +33,9 @@ void Entity::vekWriteGuarded(AttributeId attr) {
     throw ReadOnlyException(
         format("%s is mounted read-only here. Mount it writable, or change it where it lives.", what.charPtr()));
   }
-  throw ReadOnlyException(format(
-      "%s is not in step with its owner, who would not hear of the change. Try again when the mount is in step.",
-      what.charPtr()));
+  throw ReadOnlyException(
+      format("%s is not in step with its owner, who would not hear of the change. Try again when the mount is in step.",
+             what.charPtr()));
 }
 
 }  // namespace Vek

@@ -1,7 +1,6 @@
-// WriteGuard: what keeps a replica from local changes that its owner would never hear of, or would take back. A read-only
-// mount is guarded for good, a writable one as long as it is not in step. A guarded entity refuses a change before
-// anything is stored, counted or told; what comes from the owner passes.
-// Thread: the entity's.
+// WriteGuard: what keeps a replica from local changes that its owner would never hear of, or would take back. A
+// read-only mount is guarded for good, a writable one as long as it is not in step. A guarded entity refuses a change
+// before anything is stored, counted or told; what comes from the owner passes. Thread: the entity's.
 #pragma once
 
 #include "dornl3/platform/vek/Entity.h"

@@ -1,6 +1,6 @@
 // Dir: root entities by name, and how far each has come that was mounted from another process.
-// Owner: whoever holds a reference. A directory holds its entries, and each entry its entity; it is their parent as long
-// as they stand in it. Thread: the entities'. Re-entrancy: what an entity's end sets off may use the directory.
+// Owner: whoever holds a reference. A directory holds its entries, and each entry its entity; it is their parent as
+// long as they stand in it. Thread: the entities'. Re-entrancy: what an entity's end sets off may use the directory.
 #pragma once
 
 #include "dornl3/platform/vek/Entity.h"

@@ -99,7 +99,6 @@ String8 Entity::attributeString(AttributeId id) const {
 void Entity::vekNotifieeAdapterIs(Ptr<Entity const> const&) {}
 void Entity::handleParent(Ptr<Entity> const&) {}
 
-
 VekType* Entity::_fwkType() {
   static VekType& type = []() -> VekType& {
     Ptr<VekType> const made = new EntityBaseType;

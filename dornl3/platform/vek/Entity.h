@@ -40,12 +40,12 @@ class Entity : public PtrInterface {
   /// The constructor's argument; never changes.
   [[nodiscard]] virtual Name name() const;
 
-  /// The entity that holds this one through an attribute, or the directory in which it is; null for one that is in none,
-  /// and for one that was removed.
+  /// The entity that holds this one through an attribute, or the directory in which it is; null for one that is in
+  /// none, and for one that was removed.
   [[nodiscard]] virtual Ptr<Entity const> parent() const;
   [[nodiscard]] virtual Ptr<Entity> parent();
-  /// Stores the parent, without a reference, and tells handleParent. An entity that loses its parent leaves the logs that
-  /// it is on, and all below it with it.
+  /// Stores the parent, without a reference, and tells handleParent. An entity that loses its parent leaves the logs
+  /// that it is on, and all below it with it.
   virtual void parentIs(Ptr<Entity> const& parent);
   /// The record of the parent's attribute that holds this entity; null without a parent.
   [[nodiscard]] virtual VekAttr const* parentAttr() const;
