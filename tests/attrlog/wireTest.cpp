@@ -246,12 +246,17 @@ TEST_F(Wire, RecordsThatThePeerDoesNotTakeAreDroppedWholeAndCounted) {
   small.recordBytes = 2048;
   small.textBytes = 1024;
   Scene scene(small);
+  Vek::Ptr<Toy> const toy = Toys::toyFactory("a toy");
+  scene.peer.connection->exports().exportIs(toy, Access::readOnly);
+  scene.peer.says(mountOf("a toy", "Toys::Toy", false));
+  scene.peer.hears();
   std::string const longest(1024, 'x');
+  toy->textIs(std::string_view(longest + 'x'));
   scene.ours->notesIs("a", {1, 2, std::string_view(longest + 'x')});                  // a text too long
   scene.ours->notesIs(std::string_view(longest), {1, 2, std::string_view(longest)});  // a record too long
   scene.ours->countsIs(1, 2);
   scene.peer.connection->writable();
-  EXPECT_EQ(scene.peer.connection->out()->droppedRecords(), 2U);
+  EXPECT_EQ(scene.peer.connection->out()->droppedRecords(), 3U);
   EXPECT_EQ(hex(scene.peer.hears()), hex(record(oursId, 258, bytes("00000001 00000002"))));
   EXPECT_EQ(scene.reason(), "");
 }

@@ -222,6 +222,10 @@ bool Sa::serializeText(AttributeId attr, U32 slot, String8 const& text) {
     return false;
   }
   Out& out = *boundLog();
+  if (text.length() > out.limits().textBytes) {
+    out.droppedInc();
+    return true;
+  }
   bool const goesOn = owed && owed->valueIter() != nullptr;
   auto it = goesOn ? NboAttrLog::vekFlowOutValueDeq<String8::IteratorConst>(*owed) : String8::IteratorConst(text);
   if (!it.inside() && it.position() != 0) return true;

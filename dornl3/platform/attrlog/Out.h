@@ -131,6 +131,8 @@ class Out : public Vek::Connection::Out {
   [[nodiscard]] U64 records() const noexcept { return records_; }
   /// Records that were longer than the peer takes.
   [[nodiscard]] U64 droppedRecords() const noexcept { return droppedRecords_; }
+  /// One was not even begun.
+  void droppedInc() noexcept { ++droppedRecords_; }
   /// Whether the record closed last was one of them.
   [[nodiscard]] bool droppedLast() const noexcept { return droppedLast_; }
   /// The attribute of the record opened last.
