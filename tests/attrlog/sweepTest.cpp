@@ -132,7 +132,7 @@ struct Noting final : ToyBox::VekNboAttrLogSa {
 
 TEST_F(Sweeping, AModeBeginsOrEndsAllInOrder) {
   auto const some = Toys::toyBoxFactory("some");
-  auto const noting = Vek::make<Noting>(Sa::Vek_BitSet{}, some, 1, log().out(), nullptr);
+  auto const noting = Vek::make<Noting>(Sa::Vek_BitSet{}, some, U32{1}, log().out(), nullptr);
   noting->hasNotificationActiveIs(true);
   noting->doAssignEntityId();
   receive(*noting, 135, "00000002");
