@@ -113,6 +113,21 @@ TEST_F(Convergence, OfHistoriesThatOnceFailed) {
         settle,
         {Act::text, true, 3, 0}},
        Joined::chain},
+      {"a child taken away below a relay that is out of step",
+       40,
+       30,
+       50,
+       100000,
+       100000,
+       Access::writable,
+       {{Act::lid, false, 0, 0},
+        {Act::lidOpen, false, 0, 0},
+        settle,
+        {Act::lidDel, true, 3, 0},
+        {Act::cut, true, 0, 0},
+        step,
+        step},
+       Joined::chain},
   };
   for (Kept const& history : kept) {
     SCOPED_TRACE(history.what);
