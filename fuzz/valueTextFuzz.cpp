@@ -43,7 +43,7 @@ void readReference(String8 const& text) {
   require(entered);
   try {
     auto const status = Vek::strepToValue(text, static_cast<Vek::Ptr<Status>*>(nullptr));
-    if (status) require(Vek::Dir::root().entry(status->name()) == status);
+    if (status) require(Vek::Dir::root().entity(status->name()) == status);
   } catch (Vek::RangeException const& e) {
     require(!e.message().empty());
   }

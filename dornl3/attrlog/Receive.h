@@ -79,8 +79,10 @@ void receiveKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, I
 
 template <class Attr, class A, class Sa>
 void receiveLongText(Sa& adapter, InboundRecord const& record) {
-  if (!record.applies()) {
-    (adapter.*A::logHandler)();
+  if (!record.applies() || adapter.passesOverText(A::number)) {
+    bool const isOver = adapter.textPassedOver(record, A::number);
+    if (record.applies()) adapter.flagsIs(StreamAdapter::entityReactorActive, false);  // what stands is to go out
+    if (isOver) (adapter.*A::logHandler)();
     return;
   }
   String8 text;

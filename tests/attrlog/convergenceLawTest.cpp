@@ -65,6 +65,7 @@ struct Kept {
   std::size_t capacity, slice;
   Access access;
   std::vector<Act> acts;
+  Joined joined = Joined::pair;
 };
 
 TEST_F(Convergence, OfHistoriesThatOnceFailed) {
@@ -95,11 +96,44 @@ TEST_F(Convergence, OfHistoriesThatOnceFailed) {
        1,
        Access::writable,
        {settle, {Act::text, true, 1, 0}, {Act::text, false, 1, 1}}},
+      {"a text in pieces that comes to a relay while that is out of step",
+       40,
+       30,
+       50,
+       100000,
+       100000,
+       Access::writable,
+       {settle,
+        {Act::text, true, 3, 0},
+        step,
+        step,
+        {Act::cut, true, 0, 0},
+        step,
+        step,
+        settle,
+        {Act::text, true, 3, 0}},
+       Joined::chain},
+      {"a child taken away below a relay that is out of step",
+       40,
+       30,
+       50,
+       100000,
+       100000,
+       Access::writable,
+       {{Act::lid, false, 0, 0},
+        {Act::lidOpen, false, 0, 0},
+        settle,
+        {Act::lidDel, true, 3, 0},
+        {Act::cut, true, 0, 0},
+        step,
+        step},
+       Joined::chain},
   };
   for (Kept const& history : kept) {
     SCOPED_TRACE(history.what);
     LawOptions options;
     options.access = history.access;
+    options.joined = history.joined;
     options.pair.limits.outBytes = history.outBytes;
     options.pair.limits.messageBytes = history.messageBytes;
     options.pair.turnBytes = history.turnBytes;

@@ -66,6 +66,17 @@ TEST_F(Sweeping, WhatWasNotMentionedGoes) {
   }
 }
 
+// The attribute whose begin marker came first is the one that is waited for.
+TEST_F(Sweeping, AnEndOfAnotherAttributeEndsNothing) {
+  auto const isDeaf = [this] { return box->countsIs(1, box->counts(1) + 1), said().empty(); };
+  marker(258, Sa::beginMarker);
+  marker(259, Sa::beginMarker);
+  marker(259, Sa::endMarker);
+  EXPECT_TRUE(isDeaf());
+  marker(258, Sa::endMarker);
+  EXPECT_FALSE(isDeaf());
+}
+
 TEST_F(Sweeping, SurvivesReactorsThatChangeTheCollection) {
   for (U32 const key : {1U, 2U, 3U}) box->countsIs(key, key);
   auto const ear = Toys::listen<Toys::BoxListener>(box, calls, "L");
@@ -121,7 +132,7 @@ struct Noting final : ToyBox::VekNboAttrLogSa {
 
 TEST_F(Sweeping, AModeBeginsOrEndsAllInOrder) {
   auto const some = Toys::toyBoxFactory("some");
-  auto const noting = Vek::make<Noting>(Sa::Vek_BitSet{}, some, Vek::U32{1}, log().out(), nullptr);
+  auto const noting = Vek::make<Noting>(Sa::Vek_BitSet{}, some, U32{1}, log().out(), nullptr);
   noting->hasNotificationActiveIs(true);
   noting->doAssignEntityId();
   receive(*noting, 135, "00000002");

@@ -60,6 +60,24 @@ void applyMarker(Sa& adapter, In& in) {
   adapter.handleAttrTransaction(attr, static_cast<StreamAdapter::AttrTransactionType>(type), argument);
 }
 
+// An answer binds a child once more, which may be new at the far side: what it holds is to follow.
+void answer(Sa& adapter, RecordHeader const& header, Ptr<In> const& in) {
+  class Synchronising {
+   public:
+    explicit Synchronising(Sa& adapter) : adapter_(adapter), before_(adapter.syncMode()) {
+      adapter_.StreamAdapter::syncModeIs(StreamAdapter::synchronising);
+    }
+    Synchronising(Synchronising const&) = delete;
+    Synchronising& operator=(Synchronising const&) = delete;
+    ~Synchronising() { adapter_.StreamAdapter::syncModeIs(before_); }
+
+   private:
+    Sa& adapter_;
+    StreamAdapter::SyncMode const before_;
+  } const synchronising{adapter};
+  adapter.handleAttrDeserialization(header.attribute, 0, header.length, in);
+}
+
 void applyToEntity(Connection& connection, RecordHeader const& header, Sa& adapter) {
   Ptr<In> const& in = connection.in();
   Demuxer& demuxer = connection.demuxer();
@@ -74,7 +92,7 @@ void applyToEntity(Connection& connection, RecordHeader const& header, Sa& adapt
   if (isOwner && adapter.vekNotifierEntity()->vekIsWriteGuarded()) {
     // It is mounted here, from an owner who would not hear of the change: the peer is told what stands.
     adapter.needRemoteWritable(header.attribute);
-    adapter.handleAttrDeserialization(header.attribute, 0, header.length, in);
+    answer(adapter, header, in);
     return;
   }
   bool const crosses = isOwner && (demuxer.ackFromPeer() < adapter.lastSent() || adapter.flowOut());
@@ -84,12 +102,7 @@ void applyToEntity(Connection& connection, RecordHeader const& header, Sa& adapt
   if (!in->isAtLimit()) demuxer.skippedInc();      // fields of a newer peer
   if (!crosses || connection.state() != open) return;
   in->positionIs(0);
-  // What a child holds follows its repeated binding.
-  bool const bindsChild = header.kind == childBindRecord && adapter.syncMode() != StreamAdapter::synchronising;
-  auto const mode = adapter.syncMode();
-  if (bindsChild) adapter.StreamAdapter::syncModeIs(StreamAdapter::synchronising);
-  adapter.handleAttrDeserialization(header.attribute, 0, header.length, in);
-  if (bindsChild) adapter.StreamAdapter::syncModeIs(mode);
+  answer(adapter, header, in);
 }
 
 // The adapter whose record is applied, for those that are made meanwhile.

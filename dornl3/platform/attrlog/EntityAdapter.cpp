@@ -302,6 +302,29 @@ bool Sa::receiveText(InboundRecord const& record, AttributeId attr, U32 slot, St
   return false;
 }
 
+bool Sa::passesOverText(AttributeId attr) const {
+  Ptr<FlowIn> const flowIn = streamDemuxer()->flowIn(entityId());
+  return flowIn && flowIn->aid() == attr && flowIn->isPassedOver();
+}
+
+// An owner that may not write for a while takes no piece of a text, nor what then follows of it: the rest alone would
+// be another text.
+bool Sa::textPassedOver(InboundRecord const& record, AttributeId attr) {
+  if (side() != Side::owner) return true;
+  NboAttrLog::In& in = record.in();
+  bool const isLast = in.isAtLimit() || in.nextbool();
+  static_cast<void>(in.rest());
+  if (isLast) {
+    streamDemuxer()->flowInDel(entityId());
+  } else {
+    Ptr<FlowIn> const flowIn = streamDemuxer()->flowInIs(entityId());
+    flowIn->aidIs(attr);
+    flowIn->iterIs({});
+    flowIn->isPassedOverIs(true);
+  }
+  return isLast;
+}
+
 bool Sa::textTransaction(AttributeId attr, AttrTransactionType type) {
   Demuxer* const demuxer = streamDemuxer();
   Ptr<FlowIn> const flowIn = demuxer != nullptr ? demuxer->flowIn(entityId()) : Ptr<FlowIn>{};

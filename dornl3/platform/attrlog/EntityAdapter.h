@@ -121,6 +121,10 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   [[nodiscard]] bool serializeText(AttributeId attr, U32 slot, String8 const& text);
   /// Reads a piece of a text: whether it is whole now, as `text`.
   [[nodiscard]] bool receiveText(InboundRecord const& record, AttributeId attr, U32 slot, String8& text);
+  /// Whether the piece of a text that follows is not taken: it is of a text of which a piece was passed over.
+  [[nodiscard]] bool passesOverText(AttributeId attr) const;
+  /// Passes over a piece of a text: whether it was the last, so that the far side is to be told what stands.
+  [[nodiscard]] bool textPassedOver(InboundRecord const& record, AttributeId attr);
   /// A marker of a text: what has come of it is forgotten at its end. Whether the base's handling follows.
   [[nodiscard]] bool textTransaction(AttributeId attr, AttrTransactionType type);
 

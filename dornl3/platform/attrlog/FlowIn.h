@@ -21,11 +21,15 @@ class FlowIn final : public PtrInterface {
   /// Whether the attribute was changed here while its text came in: that was not sent.
   [[nodiscard]] bool hasLocalChange() const noexcept { return hasLocalChange_; }
   void hasLocalChangeIs(bool on) noexcept { hasLocalChange_ = on; }
+  /// Whether a piece of the text was passed over: what is left of it is no text any more.
+  [[nodiscard]] bool isPassedOver() const noexcept { return isPassedOver_; }
+  void isPassedOverIs(bool on) noexcept { isPassedOver_ = on; }
 
  private:
   AttributeId aid_ = 0;
   bool handlingTransaction_ = false;
   bool hasLocalChange_ = false;
+  bool isPassedOver_ = false;
   HeapCopy iter_;
 };
 

@@ -1,0 +1,77 @@
+// The real types on a log, where their numbers are not those of the toys: bits behind the first word, first attributes
+// that are not logged, a constructor that takes two texts.
+#include "dornl3/schema/AuditStatus.h"
+#include "dornl3/schema/DornL3CliConfig.h"
+#include "dornl3/schema/Status.h"
+#include "tests/attrlog/BareLog.h"
+
+namespace LogTest {
+namespace {
+
+using namespace Hardware::DornL3Unicast;
+
+template <class X>
+auto flowOutFrom(Vek::AttributeId from) {
+  return Vek::make<typename X::VekNboAttrLogSa::FlowOut>(Ptr<Vek::NboAttrLog::Out>(), nullptr, Vek::ConnectDesc{},
+                                                         false, from);
+}
+
+struct RealTypes : BareLog {
+  RealTypes() : BareLog(PairOptions{}) {}
+};
+
+TEST_F(RealTypes, OweFromAnAttributeOn) {
+  struct {
+    Vek::AttributeId from;
+    U32 word;
+    bool owes;
+  } const cases[] = {{258, 0x06, true}, {260, 0x00, true}, {261, 0x08, true}, {0x7fffffff, 0x18, false}};
+  for (auto const& each : cases) {
+    auto const owed = flowOutFrom<LemRouteStats>(each.from);
+    EXPECT_EQ(owed->vekDirtyBitSet0().word(0), each.word) << each.from;
+    EXPECT_EQ(owed->hasDirtyAttributes(), each.owes) << each.from;
+  }
+}
+
+TEST_F(RealTypes, HaveABitEachAlsoBehindTheFirstWord) {
+  auto const owed = flowOutFrom<Status>(0x7fffffff);
+  auto& bits = owed->vekDirtyBitSet0();
+  U32 const synced[] = {0xfcccU << 16, 0x0000000fU};
+  for (U32 const at : {0U, 1U}) EXPECT_EQ(bits.word(at), synced[at]);
+  bits.vekIsStatusResponseIdDirtyIs(true);
+  bits.vekInUseArpBanksHasSyncedIs(false);
+  bits.vekInUseArpRemoteBanksHasSyncedIs(false);
+  bits.vekIsEcmpPreferLocalDirtyIs(true);
+  EXPECT_EQ(bits.word(0), 0x7ccc0002U);
+  EXPECT_EQ(bits.word(1), 0x2000000eU);
+}
+
+TEST_F(RealTypes, BeginBehindAnAttributeThatIsNotLogged) {
+  auto const config = Vek::make<CliConfig>("config");
+  auto const info = Vek::make<TableFapAuditInfo>("info", "fap0");
+  for (Ptr<Vek::Entity> const& entity : {Ptr<Vek::Entity>(config), Ptr<Vek::Entity>(info)}) {
+    auto const adapter = entity->vekNboAttrLogSaIs({}, 1, log().out(), nullptr);
+    adapter->doAssignEntityId();
+    log().demuxer().createFlowOut(*adapter, {}, false, 0);
+    EXPECT_EQ(adapter->flowOut()->slotBit(0), false);
+    EXPECT_EQ(adapter->flowOut()->slotBit(1), true);
+    EXPECT_EQ(adapter->handleAttrFlowOut(258), 0U) << "it counts among the framework's";
+    auto const records = said();
+    ASSERT_FALSE(records.empty());
+    EXPECT_EQ(records.front().substr(0, 3), "259");
+    adapter->doNotification(258, nullptr);
+    EXPECT_EQ(said(), Records{});
+  }
+}
+
+TEST_F(RealTypes, AreAnnouncedByWhatTheirConstructorTakes) {
+  auto const adapter = bound(Vek::make<TableFapAuditInfo>("info", "fap0"));
+  adapter->doSerializeOrphan();
+  auto const records = said();
+  ASSERT_EQ(records.size(), 1U);
+  EXPECT_NE(records[0].find(textHex("Hardware::DornL3Unicast::TableFapAuditInfo")), std::string::npos);
+  EXPECT_NE(records[0].find("0300000010" + textHex("info") + textHex("fap0") + "04"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace LogTest
