@@ -25,7 +25,7 @@ double monotonicSeconds() {
 struct Link {
   Link() { MemoryTransport::join(ownerTransport, readerTransport); }
 
-  void settle() {
+  void settle() const {
     do {
       owner->writable();
       reader->writable();

@@ -139,7 +139,7 @@ NboAttrLog::DemuxerManager& globalNboAttrLogDemuxerManager() {
   // Without demuxers it owns nothing.
   union Lasting {
     constexpr Lasting() noexcept : manager() {}
-    constexpr ~Lasting() {}
+    constexpr ~Lasting() {}  // NOLINT(modernize-use-equals-default): a defaulted one is deleted, for the member has one
     NboAttrLog::DemuxerManager manager;
   };
   static constinit thread_local Lasting lasting;

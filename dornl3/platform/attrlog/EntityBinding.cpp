@@ -66,7 +66,8 @@ Ptr<Sa> boundToLog(Entity& entity, bool (*isOwn)(Sa& adapter), PtrInterface::Not
     entity.vekNboAttrLogSaDel(out);
     return {};
   }
-  if ((present->flags() & flags.notificationBitMask()) != flags.word()) present->vek_bitSetIs(flags);
+  if ((present->flags() & PtrInterface::NotifieeConst::Vek_BitSet::notificationBitMask()) != flags.word())
+    present->vek_bitSetIs(flags);
   return present;
 }
 

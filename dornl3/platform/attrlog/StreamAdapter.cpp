@@ -9,10 +9,10 @@ using NboAttrLog::FlowOut;
 
 StreamAdapter::StreamAdapter(Vek_BitSet flags, U32 count, Ptr<NboAttrLog::Out> const& out)
     : count_(count), id_(NboAttrLog::AdapterTable::unassignedId()), out_(out) {
-  vek_bitSetIs(flags);
+  NotifieeConst::vek_bitSetIs(flags);
   flagsIs(noFlowOut | logEnabled, true);
   // It is switched on when the binding is complete; the root of reactors is born switched on.
-  PtrInterface::hasNotificationActiveIs(false);
+  stateBitIs(notificationActiveBit, false);
 }
 
 StreamAdapter::~StreamAdapter() = default;
@@ -20,7 +20,7 @@ StreamAdapter::~StreamAdapter() = default;
 // The adapter itself never stands on a list: what is switched is whether the demuxer knows it.
 void StreamAdapter::hasNotificationActiveIs(bool on) {
   if (on == hasNotificationActive()) return;
-  PtrInterface::hasNotificationActiveIs(on);
+  stateBitIs(notificationActiveBit, on);
   Demuxer* const demuxer = streamDemuxer();
   if (on && demuxer != nullptr) demuxer->adapters().enter(id_, *this);
 }
