@@ -1,0 +1,120 @@
+// Children on a log: how one gets an adapter and an id, at the end that made it and at the other.
+#include "dornl3/platform/attrlog/Connection.h"
+#include "dornl3/platform/attrlog/EntityAdapter.h"
+#include "dornl3/platform/attrlog/InboundRecord.h"
+
+namespace Vek {
+
+using NboAttrLog::Demuxer;
+using NboAttrLog::Out;
+using Sa = Entity::VekNboAttrLogSa;
+
+U32 Sa::childFlags() const noexcept { return Vek_BitSet::notificationBitMask() & 0xffffc3cf & flags(); }
+
+bool Sa::bindChild(AttributeId attr, U32 slot, ChildBinder const& bind) {
+  Ptr<Sa> child;
+  while (!child) {
+    try {
+      Expect const expect{EntityIdUnavailableException::id};
+      child = bind.call(childFlags());
+    } catch (AttrLogRecordException const&) {
+      continue;
+    } catch (EntityIdUnavailableException const&) {
+      if (!flowOut() && !openFlowOut(attr)) return true;
+      flowOut()->attrIdIs(attr);
+      if (slot != 0) flowOut()->slotBitIs(slot, true);
+      flowOut()->yieldRequestedIs(true);
+      return false;
+    }
+  }
+  doFixChildFlags(*child);
+  if (syncMode() == synchronising || hasFlag(handlingScheduledFlowOut)) {
+    child->sessionIs(runningSession());
+    child->doThis();
+  }
+  return true;
+}
+
+void Sa::doFixChildFlags(Sa& child) {
+  constexpr U32 shared = readOnlyLocal | readOnlyRemote | outputSuppressed | flowOutForced;
+  child.vek_bitSetIs(Vek_BitSet((child.flags() & ~shared) | (flags() & shared)));
+  // A child may have been filled before anybody was told of it: on a mount it is brought in step by itself.
+  if (child.side() != Side::plain && std::exchange(child.isNew_, false)) child.doThis();
+}
+
+void Sa::childIsOnLog(Sa& child) {
+  child.isNew_ = true;
+  child.hasNotificationActiveIs(true);
+  try {
+    child.inheritSide();
+    child.vekOnInit();
+  } catch (...) {
+    streamDemuxer()->unbind(child);  // or a later try would find it, and write an id that nobody knows
+    throw;
+  }
+}
+
+bool Sa::mustMakeWay(Ptr<Entity> const& child, EntityId id, bool mayThrow) {
+  return streamDemuxer()->checkEphemeralEntityDeletion(child, id, mayThrow);
+}
+
+void Sa::inheritSide() {
+  Ptr<Entity> const entity = vekNotifierEntity();
+  if (!entity || entity->isRoot()) return;
+  Ptr<Entity> const parent = entity->parent();
+  Ptr<Sa> const above = parent->vekNboAttrLogSa(Ptr<Out const>(boundLog()));
+  if (!above) return;
+  sideIs(above->side());
+  if (side() == Side::replica) entity->vekWriteGuardIs(parent->vekIsWriteGuarded());
+}
+
+void Sa::childRecordIs(AttributeId attr, String8 const& key, Sa& child) {
+  Ptr<Out> const& out = recordIs(static_cast<int>(attr), 0, true, NboAttrLog::childBindRecord);
+  out << key << child.entityId();
+  recordClosed();
+  child.boundAtIs(out->records());
+}
+
+void Sa::receiveChildId(Ptr<Entity> const& child) {
+  struct Clear {
+    Sa& adapter;
+    ~Clear() { adapter.flagsIs(entityReactorActive, false); }
+  } const clear{*this};
+  Ptr<NboAttrLog::In> const in = boundLog()->reverseLog();
+  Demuxer* const demuxer = demuxFor(in);
+  if (!child || !in || demuxer == nullptr) return;
+  Ptr<Sa> const adapter = child->vekNboAttrLogSaIs(Vek_BitSet(childFlags()), 1, boundLog(), channel_);
+  adapter->inheritSide();
+  EntityId const id = in->nextEntityId();
+  adapter->doEntityIdIs(id, *demuxer, true);
+  if (!entityId().isAssigned()) in->overwriteId(entityId());
+  adapter->flagsIs(resyncStale, false);
+}
+
+EntityId Sa::peekChildId(InboundRecord const& record, Ptr<Entity> const& child) {
+  NboAttrLog::In& in = record.in();
+  U32 const at = in.position();
+  EntityId const id = in.nextEntityId();
+  in.positionIs(at);
+  if (!id.isAssigned() || id == connectionId) throw ProtocolException("a child under an id that is none");
+  StreamAdapter const* const holder = streamDemuxer()->adapters().find(id);
+  if (holder != nullptr && (!child || holder->rawNotifier() != child.ptr())) {
+    throw ProtocolException("an entity id that another entity has");
+  }
+  NboAttrLog::AdapterTable const& adapters = streamDemuxer()->adapters();
+  // An owner says a child again under the id that it had from here. One that is still to be given out would be met
+  // later.
+  bool const isPeers = side() == Side::plain || id.tag() == boundLog()->connection()->peerTag();
+  if (!isPeers && !adapters.wasGivenOut(id)) throw ProtocolException("a child under an id that is not the peer's");
+  if (holder == nullptr && adapters.foreign() >= boundLog()->connection()->settings().limits.entities) {
+    throw ProtocolException("more entities than this end takes");
+  }
+  record.decoded();
+  return id;
+}
+
+Ptr<Sa> Sa::childAdapterOf(Ptr<Entity> const& child) const {
+  return child ? child->vekNboAttrLogSa(Ptr<Out const>(boundLog())) : Ptr<Sa>{};
+}
+
+}  // namespace Vek
