@@ -31,6 +31,7 @@ class Connection::Busy {
  public:
   explicit Busy(Connection& connection) noexcept : connection_(connection) {
     connection.isBusy_ = true;
+    connection.out_->tellsWhenDue_ = false;  // whoever calls looks himself when it is done
     connection.demuxer_.isBusyIs(true);
   }
   Busy(Busy const&) = delete;
@@ -39,6 +40,7 @@ class Connection::Busy {
     connection_.isBusy_ = false;
     connection_.demuxer_.isBusyIs(false);
     connection_.finish();
+    connection_.armDue();
   }
 
  private:
@@ -140,6 +142,7 @@ bool Connection::takeGreeting() {
   out_->bufferFlag_ = true;
   demuxer_.stateIs(open);
   mounts_.opened();
+  if (whenOpen_) whenOpen_();
   return true;
 }
 
@@ -203,13 +206,26 @@ void Connection::writable() {
     flush();
     if (state() != open) return;
     demuxer_.schedule().turn(settings_.turnBytes);
+    demuxer_.barriers().writeDue();
     if (!demuxer_.schedule().failure().empty()) throw InternalException(demuxer_.schedule().failure(), {});
     flush();
   });
 }
 
 bool Connection::wantsWrite() const noexcept {
-  return state() < closing && (out_->unsent() != 0 || (state() == open && demuxer_.schedule().isDue()));
+  return state() < closing &&
+         (out_->unsent() != 0 || (state() == open && (demuxer_.schedule().isDue() || demuxer_.barriers().isDue())));
+}
+
+void Connection::whenDueIs(std::function<void()> call) {
+  whenDue_ = std::move(call);
+  armDue();
+}
+
+void Connection::armDue() noexcept { out_->tellsWhenDue_ = whenDue_ && state() < closing && !wantsWrite(); }
+
+void Connection::tellDue() noexcept {
+  if (whenDue_) whenDue_();
 }
 
 void Connection::tick() {
@@ -223,35 +239,38 @@ void Connection::tick() {
   if (state() != open || now - lastSaid_ < settings_.limits.heartbeatSeconds) return;
   demuxer_.schedule().unblock();
   // Bytes that wait say the same when they move.
+  lastSaid_ = now;
   if (out_->unsent() == 0) sendAlive(*out_);
   writable();
 }
 
 double Connection::deadline() const noexcept {
   double const heartbeat = state() == greeting ? settings_.limits.heartbeatSeconds : peerHeartbeat_;
-  return std::min(lastSaid_ + settings_.limits.heartbeatSeconds, lastHeard_ + silencesOfTheDead * heartbeat);
+  double const death = lastHeard_ + silencesOfTheDead * heartbeat;
+  return state() == greeting ? death : std::min(lastSaid_ + settings_.limits.heartbeatSeconds, death);
 }
 
 void Connection::closeIs(String8 const& reason) {
   if (state() >= closing) return;
   closeReason_ = reason;
-  if (state() == open) {
-    try {
-      sendBye(*out_, reason);
-      flush();
-    } catch (std::exception const&) {
-      // The peer will see the end of the stream.
-    }
+  try {
+    sendBye(*out_, reason);  // behind the greeting, if that is still to go
+    flush();
+  } catch (std::exception const&) {
+    // The peer will see the end of the stream.
   }
   demuxer_.stateIs(closing);
   out_->bufferFlag_ = false;
-  if (!isBusy_) finish();
+  if (isBusy_) return;
+  finish();
+  tellDue();
 }
 
 // With no record and no turn on the stack.
 void Connection::finish() noexcept {
   if (state() != closing) return;
   out_->bufferFlag_ = false;
+  demuxer_.barriers().ended();
   mounts_.ended();
   exports_.ended();
   demuxer_.teardown();

@@ -40,6 +40,11 @@ class Connection final : public Vek::Connection {
   void writable();
   /// Whether writable() has something to do.
   [[nodiscard]] bool wantsWrite() const noexcept;
+  /// What to call when wantsWrite() has become true, or the connection has ended, in between these calls: it runs
+  /// inside whatever made it so, a setter or closeIs(), and only notes it. It must not throw.
+  void whenDueIs(std::function<void()> call);
+  /// What to call when the peer has greeted and the connection is open; from inside readable().
+  void whenOpenIs(std::function<void()> call) { whenOpen_ = std::move(call); }
   /// Says that this end lives, and looks whether the other does.
   void tick();
   /// When tick() is next wanted, on the connection's clock.
@@ -60,6 +65,7 @@ class Connection final : public Vek::Connection {
   [[nodiscard]] double lastHeard() const noexcept { return lastHeard_; }
 
  private:
+  friend class NboAttrLog::Out;
   class Busy;
 
   void greet();
@@ -68,6 +74,8 @@ class Connection final : public Vek::Connection {
   void apply(std::size_t length);
   void flush();
   void finish() noexcept;
+  void tellDue() noexcept;
+  void armDue() noexcept;
   /// Runs `step`; what it throws ends the connection.
   template <class Step>
   void guarded(Step const& step);
@@ -85,6 +93,8 @@ class Connection final : public Vek::Connection {
   double lastHeard_;
   double lastSaid_;
   bool isBusy_ = false;
+  std::function<void()> whenDue_;
+  std::function<void()> whenOpen_;
   String8 closeReason_;
 };
 

@@ -22,6 +22,9 @@ void sendMount(Out& out, Name const& name, String8 const& typeName, bool writabl
 void sendRefused(Out& out, Name const& name, String8 const& reason) { send(out, refusedRecord, String8(name), reason); }
 void sendGone(Out& out, EntityId id) { send(out, goneRecord, id); }
 void sendState(Out& out, EntityId id, bool isInStep) { send(out, stateRecord, id, isInStep); }
+void sendBarrier(Out& out, EntityId id, U64 number, BarrierKind kind) {
+  send(out, barrierRecord, id, number, static_cast<U8>(kind));
+}
 void sendAlive(Out& out) { send(out, aliveRecord); }
 void sendBye(Out& out, String8 const& reason) { send(out, byeRecord, reason); }
 

@@ -31,6 +31,8 @@ void sendRefused(Out& out, Name const& name, String8 const& reason);
 void sendGone(Out& out, EntityId id);
 /// An exported entity, which is mounted here itself, is in step with its owner, or no longer.
 void sendState(Out& out, EntityId id, bool isInStep);
+/// Asks whether all that was written to an entity has been applied, or answers.
+void sendBarrier(Out& out, EntityId id, U64 number, BarrierKind kind);
 void sendAlive(Out& out);
 void sendBye(Out& out, String8 const& reason);
 

@@ -32,6 +32,7 @@ void Demuxer::createFlowOut(StreamAdapter& adapter, ConnectDesc const& desc, boo
   }
   adapter.flowOut_ = made;
   adapter.flagsIs(StreamAdapter::noFlowOut, false);
+  barriers_.owes(adapter);
   schedule_.queue(adapter);
 }
 
@@ -41,6 +42,7 @@ Ptr<StreamAdapter> Demuxer::reactorDel(EntityId id) {
   if (adapter->hasAlias_) adapters_.takeAliases(*adapter);
   adapter->leaveSession();
   schedule_.remove(*adapter);
+  barriers_.walked(*adapter, true);
   flowInDel(id);
   if (Ptr<FlowOut> const flowOut = std::exchange(adapter->flowOut_, nullptr)) adapter->dropWalkState(*flowOut);
   adapter->flagsIs(StreamAdapter::noFlowOut, true);
@@ -74,6 +76,7 @@ void Demuxer::remountDone() {
 void Demuxer::remountNoted(StreamAdapter& adapter, Ptr<Out> const& out) {
   remounts_.push_back({&adapter, out});
   schedule_.remove(adapter);
+  barriers_.walked(adapter, true);
   flowInDel(adapter.entityId());
   if (adapters_.take(adapter.entityId()) && adapter.hasAlias_) adapters_.takeAliases(adapter);
   schedule_.unblock();  // an id is free

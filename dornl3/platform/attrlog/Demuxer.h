@@ -5,6 +5,7 @@
 #pragma once
 
 #include "dornl3/platform/attrlog/AdapterTable.h"
+#include "dornl3/platform/attrlog/Barriers.h"
 #include "dornl3/platform/attrlog/Schedule.h"
 
 #include <functional>
@@ -38,6 +39,8 @@ class Demuxer {
   [[nodiscard]] AdapterTable& adapters() noexcept { return adapters_; }
   [[nodiscard]] Schedule& schedule() noexcept { return schedule_; }
   [[nodiscard]] Schedule const& schedule() const noexcept { return schedule_; }
+  [[nodiscard]] Barriers& barriers() noexcept { return barriers_; }
+  [[nodiscard]] Barriers const& barriers() const noexcept { return barriers_; }
 
   /// Leaves the adapter with a flow-out of its own type, and queues it. `startAttr`: what is owed from the beginning,
   /// see FlowOut. One that stands is replaced only by one that owes everything.
@@ -123,6 +126,7 @@ class Demuxer {
   ConnectionState state_ = greeting;
   AdapterTable adapters_;
   Schedule schedule_;
+  Barriers barriers_{*this};
   std::unordered_map<U64, Ptr<FlowIn>> flowIns_;
   U64 processed_ = 0;
   U64 ackFromPeer_ = 0;

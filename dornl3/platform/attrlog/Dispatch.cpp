@@ -42,6 +42,15 @@ void applyControl(Connection& connection, RecordHeader const& header) {
     connection.mounts().upstreamIs(id, in.nextbool());
     break;
   }
+  case barrierRecord: {
+    EntityId const id = in.nextEntityId();
+    U64 const number = in.nextU64();
+    U8 const kind = in.nextU8();
+    if (kind > barrierUnknown) throw ProtocolException(format("a barrier of kind %u", U32{kind}));
+    in.phaseIs(In::Phase::applying);
+    connection.demuxer().barriers().received(id, number, static_cast<BarrierKind>(kind));
+    break;
+  }
   case byeRecord: throw ProtocolException(format("the peer ended the connection: %s", in.nextString().charPtr()));
   default: connection.demuxer().skippedInc();
   }

@@ -46,21 +46,19 @@ void Exports::exportDel(Name const& name) {
   Ptr<Out> const out = connection_.out();
   Ptr<Entity::VekNboAttrLogSa> const adapter = entity->vekNboAttrLogSa(out);
   if (!adapter) return;
-  if (out->bufferFlag()) sendGone(*out, adapter->entityId());
+  EntityId const id = adapter->entityId();
+  if (out->bufferFlag()) sendGone(*out, id);
   connection_.demuxer().unbind(*adapter);
+  connection_.demuxer().barriers().rootLeft(id);
 }
 
 void Exports::mountRequested(Name const& name, String8 const& typeName, Access access) {
-  // Records that were begun with room stay below this; beyond it are answers that the peer does not read.
-  Limits const& limits = connection_.settings().limits;
-  if (connection_.out()->unsent() > std::size_t{limits.outBytes} + limits.recordBytes) {
-    throw ProtocolException("more mounts are asked for than answers are read");
-  }
+  if (connection_.out()->isUnread()) throw ProtocolException("more mounts are asked for than answers are read");
   auto const at = exports_.find(name);
   if (at != exports_.end()) {
     Export const exported = at->second;
     announce(exported, {name, typeName, access});
-  } else if (waiting_.size() >= limits.waitingMounts) {
+  } else if (waiting_.size() >= connection_.settings().limits.waitingMounts) {
     sendRefused(*connection_.out(), name, "too many mounts wait for an entity that is not there");
   } else {
     std::erase_if(waiting_, [&name](Request const& request) { return request.name == name; });
@@ -103,6 +101,14 @@ void Exports::announce(Export const& exported, Request const& request) {
   Ptr<Dir> const dir = ptrCast<Dir>(entity.parent());
   Ptr<Dir::Entry> const entry = dir ? dir->entry(entity.name()) : Ptr<Dir::Entry>{};
   if (entry && entry->entity() == &entity && entry->state() != Dir::inStep) sendState(*out, adapter->entityId(), false);
+}
+
+void Exports::barrier(Name const& name, Barriers::Answer answer) {
+  auto const at = exports_.find(name);
+  Ptr<Entity::VekNboAttrLogSa> const adapter =
+      at == exports_.end() ? nullptr : at->second.entity->vekNboAttrLogSa(connection_.out());
+  if (!adapter || connection_.state() != open) return answer(Barriers::Outcome::unknown);
+  connection_.demuxer().barriers().request(*adapter, std::move(answer));
 }
 
 void Exports::ended() noexcept { waiting_.clear(); }

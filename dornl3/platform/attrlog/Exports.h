@@ -2,6 +2,7 @@
 // Owner: the connection. It holds what is exported. Thread: the connection's.
 #pragma once
 
+#include "dornl3/platform/attrlog/Barriers.h"
 #include "dornl3/platform/vek/Entity.h"
 
 #include <map>
@@ -28,6 +29,10 @@ class Exports {
   void exportIs(Ptr<Entity> const& entity, Access access, Delivery delivery = Delivery::immediate);
   /// Takes it back; the far side keeps what it has, and is told.
   void exportDel(Name const& name);
+
+  /// Asks whether the peer has applied all that has been told of an entity and those below it; `answer` is called once,
+  /// at once where it does not mount it. See Barriers.
+  void barrier(Name const& name, Barriers::Answer answer);
 
   /// The peer asks for an entity. Throws ProtocolException where it asks and does not read the answers.
   void mountRequested(Name const& name, String8 const& typeName, Access access);

@@ -39,6 +39,17 @@ Ptr<GenericIf> Mount::generic() const {
   return entity_ ? VekType::genericIf(entity_.ptr(), access_ == Access::readOnly) : Ptr<GenericIf>{};
 }
 
+double Mount::lastWord() const noexcept {
+  return connection_ != nullptr && lastWord_ != 0 ? std::max(lastWord_, connection_->lastHeard()) : lastWord_;
+}
+
+void Mount::barrier(Barriers::Answer answer) {
+  Ptr<Entity::VekNboAttrLogSa> const adapter =
+      connection_ != nullptr && entity_ ? entity_->vekNboAttrLogSa(connection_->out()) : nullptr;
+  if (!adapter || state_ != Dir::inStep) return answer(Barriers::Outcome::unknown);
+  connection_->demuxer().barriers().request(*adapter, std::move(answer));
+}
+
 void Mount::linkStateIs(Dir::State state) {
   linkState_ = state;
   stateIs(state == Dir::inStep && !isUpstreamInStep_ ? Dir::stale : state);
@@ -80,17 +91,27 @@ void Mounts::mountIs(Ptr<Mount> const& mount) {
   if (find(mount->name())) throwInternalException(format("%s is mounted already", mount->name().charPtr()));
   mounts_.push_back(mount);
   mount->refusal_ = {};
+  mount->connection_ = &connection_;
   if (connection_.state() == open) request(*mount);
 }
 
 void Mounts::mountDel(Mount& mount) {
   Ptr<Mount> const held(&mount);
-  if (std::erase(mounts_, &mount) == 0 || !mount.entity_) return;
+  if (std::erase(mounts_, &mount) == 0) return;
+  leave(mount);
+  if (!mount.entity_) return;
   if (auto const adapter = mount.entity_->vekNboAttrLogSa(connection_.out())) {
+    EntityId const id = adapter->entityId();
     guardTree(mount, true);
     connection_.demuxer().unbind(*adapter);
+    connection_.demuxer().barriers().rootLeft(id);
   }
   mount.linkStateIs(Dir::stale);
+}
+
+void Mounts::leave(Mount& mount) noexcept {
+  mount.lastWord_ = mount.lastWord();
+  mount.connection_ = nullptr;
 }
 
 void Mounts::request(Mount const& mount) {
@@ -103,6 +124,7 @@ void Mounts::opened() {
 
 void Mounts::ended() noexcept {
   for (Ptr<Mount> const& mount : std::vector<Ptr<Mount>>(std::exchange(mounts_, {}))) {
+    leave(*mount);
     try {
       guardTree(*mount, true);
       if (mount->state_ != Dir::neverSynced) mount->linkStateIs(Dir::stale);
@@ -188,6 +210,7 @@ void Mounts::gone(EntityId id) {
   Ptr<Mount> const mount = find(*adapter);
   if (mount) guardTree(*mount, true);
   connection_.demuxer().unbind(*adapter);
+  connection_.demuxer().barriers().rootLeft(id);
   if (mount) mount->linkStateIs(Dir::stale);
 }
 

@@ -31,10 +31,13 @@ class Mount final : public PtrInterface {
 
   /// How far it has come; stale also where the owner mounts the entity itself, and is not in step.
   [[nodiscard]] Dir::State state() const noexcept { return state_; }
-  /// When the owner was last heard, on the connection's clock; 0 before the first word.
-  [[nodiscard]] double lastWord() const noexcept { return lastWord_; }
+  /// When the owner was last heard, be it by a heartbeat, on the connection's clock; 0 before the entity was announced.
+  [[nodiscard]] double lastWord() const noexcept;
   /// Why the owner will not have it; empty where it does.
   [[nodiscard]] String8 const& refusal() const noexcept { return refusal_; }
+  /// Asks whether the owner has applied all that was written here until now, and what it said to that has come:
+  /// `answer` is called once, at once where the mount is not in step. See Barriers.
+  void barrier(Barriers::Answer answer);
   /// Called after state or refusal has changed. It may do anything but drop the mount's last reference.
   void whenChangedIs(std::function<void(Mount&)> call) { whenChanged_ = std::move(call); }
 
@@ -58,6 +61,7 @@ class Mount final : public PtrInterface {
   Dir::State linkState_ = Dir::neverSynced;  // as this connection alone would have it
   bool isUpstreamInStep_ = true;
   double lastWord_ = 0;
+  Connection* connection_ = nullptr;  // that it was given to
   String8 refusal_;
   std::function<void(Mount&)> whenChanged_;
   Ptr<Entity> entity_;
@@ -90,6 +94,7 @@ class Mounts {
  private:
   [[nodiscard]] Ptr<Mount> find(Name const& name) const;
   [[nodiscard]] Ptr<Mount> find(StreamAdapter const& adapter) const;
+  static void leave(Mount& mount) noexcept;
   void request(Mount const& mount);
   void guardTree(Mount const& mount, bool armed);
   void settleState(Mount& mount);

@@ -39,6 +39,11 @@ void Out::sent(std::size_t count) noexcept {
   bytes_.consume(count);
 }
 
+void Out::tellDue() {
+  tellsWhenDue_ = false;
+  if (connection_ != nullptr) connection_->tellDue();
+}
+
 void Out::putBytes(std::string_view bytes) {
   payload_ += bytes.size();
   if (payload_ <= mostPayload()) bytes_.append(bytes.data(), bytes.size());

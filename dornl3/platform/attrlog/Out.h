@@ -71,6 +71,7 @@ class Out : public Vek::Connection::Out {
     droppedLast_ = false;
     ++records_;
     written_ += whole;
+    due();
     return at + headerSize + 1;
   }
   /// Opens a plain record of a size that is not told ahead, and its payload.
@@ -96,6 +97,7 @@ class Out : public Vek::Connection::Out {
     bytes_.extend(1);
     ++records_;
     written_ += bytes_.size() - recordStart_;
+    due();
   }
   /// Opens a part of the payload; the part before it ends there.
   void currentPayloadSectionIs(PayloadSection section);
@@ -103,6 +105,10 @@ class Out : public Vek::Connection::Out {
 
   /// Whether the connection takes records.
   [[nodiscard]] bool bufferFlag() const noexcept { return bufferFlag_; }
+  /// Whether answers wait that the peer does not read: records that were begun with room stay below.
+  [[nodiscard]] bool isUnread() const noexcept {
+    return unsent() > std::size_t{limits_.outBytes} + limits_.recordBytes;
+  }
   /// Whether there is room for one more ordinary record. An empty log always has room.
   [[nodiscard]] bool hasSufficientBuffer() const noexcept {
     return bufferFlag_ && (unsent() == 0 || freeSpace() >= maxMessageSize());
@@ -142,6 +148,12 @@ class Out : public Vek::Connection::Out {
   /// Bytes of closed records that wait.
   [[nodiscard]] std::size_t unsent() const noexcept { return isOpen_ ? recordStart_ : bytes_.size(); }
   [[nodiscard]] std::string_view view() const noexcept { return bytes_.view().substr(0, unsent()); }
+
+  /// There is something to send, or an adapter owes something: whoever drives the connection is told, once.
+  void due() {
+    if (tellsWhenDue_) [[unlikely]]
+      tellDue();
+  }
 
   /// The first bytes have gone.
   void sent(std::size_t count) noexcept;
@@ -200,11 +212,13 @@ class Out : public Vek::Connection::Out {
   }
   void endSection() noexcept;
   void dropRecord() noexcept;
+  void tellDue();
 
   ByteQueue bytes_;
   Connection* connection_;  // null when it has gone
   Demuxer* demuxer_ = nullptr;
   bool bufferFlag_ = false;
+  bool tellsWhenDue_ = false;
   bool isOpen_ = false;
   bool isVariable_ = false;
   bool droppedLast_ = false;

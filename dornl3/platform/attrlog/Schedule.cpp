@@ -17,11 +17,16 @@ bool maySend(StreamAdapter const& adapter) noexcept {
 
 }  // namespace
 
+bool Schedule::isOwing(StreamAdapter const& adapter) noexcept {
+  return (adapter.flowOut() || adapter.owesAll_) && maySend(adapter);
+}
+
 void Schedule::queue(StreamAdapter& adapter) {
   if (adapter.place_ == StreamAdapter::Place::queued) return;
   leavePlace(adapter);
   queue_.emplace_back(&adapter);
   adapter.place_ = StreamAdapter::Place::queued;
+  out_.due();
 }
 
 void Schedule::marked(StreamAdapter& adapter) {
@@ -34,6 +39,7 @@ void Schedule::oweEverything(StreamAdapter& adapter) noexcept {
     queue(adapter);
   } catch (...) {
     mustSearch_ = true;
+    out_.due();
   }
 }
 
@@ -112,6 +118,7 @@ void Schedule::visit(StreamAdapter& adapter) {
     if (Ptr<FlowOut> const flowOut = adapter.flowOut(); flowOut && flowOut->isFull()) walkEnded(adapter, *flowOut);
     aside_.emplace_back(&adapter);
     adapter.place_ = StreamAdapter::Place::aside;
+    demuxer->barriers().walked(adapter, true);
     return;
   }
   if (adapter.owesAll_) {
@@ -134,7 +141,9 @@ void Schedule::visit(StreamAdapter& adapter) {
   }
   if (adapter.flowOut() != flowOut) return;
   if (next == 0 && flowOut->isFull()) walkEnded(adapter, *flowOut);
-  if (next == 0 && !flowOut->hasDirtyAttributes()) {
+  bool const isClean = next == 0 && !flowOut->hasDirtyAttributes();
+  if (next == 0) demuxer->barriers().walked(adapter, isClean);
+  if (isClean) {
     adapter.freeResyncState(*flowOut);
     adapter.flowOut_ = nullptr;
     adapter.flagsIs(StreamAdapter::noFlowOut, true);
@@ -155,7 +164,10 @@ void Schedule::walkEnded(StreamAdapter& adapter, FlowOut& flowOut) {
   adapter.walkEnded();
 }
 
-void Schedule::inStepIs(StreamAdapter& root) { inStepDue_.emplace_back(&root); }
+void Schedule::inStepIs(StreamAdapter& root) {
+  inStepDue_.emplace_back(&root);
+  out_.due();
+}
 
 void Schedule::writeInStep() {
   while (!inStepDue_.empty() && out_.hasSufficientBuffer()) {

@@ -36,6 +36,9 @@ class Schedule {
   /// Visits each adapter that waits once, while there is room, and writes at most about `budget` bytes.
   void turn(U32 budget);
 
+  /// Whether the adapter owes something that is to be written, if there is room.
+  [[nodiscard]] static bool isOwing(StreamAdapter const& adapter) noexcept;
+
   /// Whether an adapter that is being visited may go on.
   [[nodiscard]] bool mayGoOn() const noexcept { return out_.written() < end_ && out_.hasSufficientBuffer(); }
 

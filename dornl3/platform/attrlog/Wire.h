@@ -29,7 +29,11 @@ enum Control : int {
   ackRecord = 164,          ///< of the connection: so many records have been applied
   byeRecord = 165,          ///< of the connection: it ends, and why
   stateRecord = 166,        ///< of the connection: whether an entity is in step where its owner mounts it from
+  barrierRecord = 167,      ///< of the connection: whether all up to here has been applied, and that it has
 };
+
+/// What a barrier record is.
+enum BarrierKind : U8 { barrierRequest = 0, barrierApplied = 1, barrierUnknown = 2 };
 
 /// Parts of an orphan record. Each is a byte with its number and four with its length, so that a reader passes over
 /// what it does not want.

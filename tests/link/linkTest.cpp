@@ -1,0 +1,79 @@
+// Servers and clients over sockets, on both loops.
+#include "Loops.h"
+#include "dornl3/platform/link/Client.h"
+#include "dornl3/platform/link/Server.h"
+#include "dornl3/schema/Status.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string>
+
+namespace {
+
+using namespace LinkTest;
+using Hardware::DornL3Unicast::Request;
+using Hardware::DornL3Unicast::requestFactory;
+using Vek::Ptr;
+using Vek::Link::Address;
+using Vek::Link::Client;
+using Vek::Link::Server;
+using Vek::NboAttrLog::Access;
+using Vek::NboAttrLog::Barriers;
+using Vek::NboAttrLog::mountedWritable;
+using Vek::NboAttrLog::mountOf;
+
+template <class On>
+class LinkTest : public testing::Test {
+ protected:
+  static Server::Settings serverSettings() { return {.connection = {"agent", {}}}; }
+  static Client::Settings clientSettings() {
+    return {.connection = {"reader", {}}, .firstRest = 0.01, .longestRest = 0.1};
+  }
+
+  On on;
+  Address const address = Address::parse("unix:" + testing::TempDir() + "link" + std::to_string(getpid()) + ".sock");
+  Ptr<Request> const request = requestFactory("request");
+};
+
+using Loops = testing::Types<OnPoll, OnAsio>;
+TYPED_TEST_SUITE(LinkTest, Loops, );
+
+TYPED_TEST(LinkTest, AWriteReachesTheOwnerAndIsAnsweredFor) {
+  Server server{this->on.loop(), this->address, this->serverSettings()};
+  server.exportIs(this->request, Access::writable);
+  Client client{this->on.loop(), this->address, this->clientSettings()};
+  auto const mount = mountOf<Request>("request", Access::writable);
+  client.mountIs(mount);
+  ASSERT_TRUE(this->on.runUntil([&] { return mount->state() == Vek::Dir::inStep; })) << client.trouble();
+
+  mountedWritable<Request>(*mount)->statusRequestIdInc(1);
+  std::optional<Barriers::Outcome> outcome;
+  mount->barrier([&](Barriers::Outcome said) { outcome = said; });
+  ASSERT_TRUE(this->on.runUntil([&] { return outcome.has_value(); }));
+  EXPECT_EQ(*outcome, Barriers::Outcome::applied);
+  EXPECT_EQ(this->request->statusRequestId(), 1U);
+}
+
+TYPED_TEST(LinkTest, AClientThatLostItsServerMountsAgain) {
+  auto const mount = mountOf<Request>("request", Access::readOnly);
+  std::optional<Server> server;
+  server.emplace(this->on.loop(), this->address, this->serverSettings());
+  server->exportIs(this->request, Access::readOnly);
+  Client client{this->on.loop(), this->address, this->clientSettings()};
+  client.mountIs(mount);
+  ASSERT_TRUE(this->on.runUntil([&] { return mount->state() == Vek::Dir::inStep; })) << client.trouble();
+  auto const replica = mount->entity();
+
+  server.reset();
+  ASSERT_TRUE(this->on.runUntil([&] { return mount->state() == Vek::Dir::stale && client.attempts() > 2; }));
+  this->request->statusRequestIdIs(7);
+  server.emplace(this->on.loop(), this->address, this->serverSettings());
+  server->exportIs(this->request, Access::readOnly);
+  ASSERT_TRUE(this->on.runUntil([&] { return mount->state() == Vek::Dir::inStep; })) << client.trouble();
+  EXPECT_EQ(mount->entity(), replica);
+  EXPECT_EQ(Vek::NboAttrLog::mounted<Request>(*mount)->statusRequestId(), 7U);
+}
+
+}  // namespace
