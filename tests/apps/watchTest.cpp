@@ -73,6 +73,11 @@ TEST_F(WatchTest, TellsWhatThereIsAndThenWhatDiffers) {
   status.lemV4RouteStats.hostCount = 0
   status.lemV4RouteStats.routeCount[24] = 2
 )");
+  auto const gone = roots_.status->lemV4RouteStats();
+  act("del", "status.lemV4RouteStats");
+  EXPECT_EQ(indented(watch.changes()), "  status.lemV4RouteStats = None\n");
+  gone->hostCountIs(9);
+  EXPECT_EQ(indented(watch.changes()), "");
 }
 
 TEST_F(WatchTest, WithoutAPathFollowsAllThatIsFilled) {
