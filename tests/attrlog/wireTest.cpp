@@ -128,6 +128,7 @@ TEST_F(Wire, WhatAPeerMayNotSayEndsItsConnectionWithNothingApplied) {
       {record(boxId, 263, bytes("0fff")), "VlanIdOrNone::value > 4094 not allowed"},
       {record(boxId, -263, bytes("0fff")), "VlanIdOrNone::value > 4094 not allowed"},
       {record(boxId, 259, bytes("0801 0000000000000001")), "FapId::value < FapId::min or > FapId::null not allowed"},
+      {record(toyId, 261, std::string(1, '\0')), "a piece of a text without a byte"},
       {record(boxId, 261, bytes("01000001")), "a text of 16777217 bytes, where 16777216 are the most"},
       {syncMode(toyId, 3), "sync mode 3"},
       {marker(boxId, 258, 3), "a marker of kind 3"},
@@ -224,21 +225,6 @@ TEST_F(Wire, PeersOfOtherSchemasAgreeOnTheFieldsThatBothKnow) {
   scene.peer.says(record(toyId, 258, number(U64{7}) + "a field of tomorrow"));
   EXPECT_EQ(scene.toy()->size(), 7U);
   EXPECT_EQ(scene.demuxer().skipped(), 1U);
-}
-
-TEST_F(Wire, TextsComeWholeOrNotAtAll) {
-  Scene scene;
-  scene.peer.says(record(toyId, 261, std::string("\0ab", 3)) + record(toyId, 261, "\1cd"));
-  EXPECT_EQ(scene.toy()->text(), "abcd");
-  scene.peer.says(record(toyId, 261, std::string("\0xy", 3)) + marker(toyId, 261, 1));
-  EXPECT_EQ(scene.toy()->text(), "abcd");
-  scene.peer.says(record(toyId, 261, "\1z"));
-  EXPECT_EQ(scene.toy()->text(), "z");
-  scene.peer.says(record(toyId, 261, ""));
-  EXPECT_EQ(scene.toy()->text(), "");
-  EXPECT_EQ(scene.demuxer().skipped(), 0U);
-  scene.peer.says(record(toyId, 261, std::string(1, '\0')));
-  EXPECT_EQ(scene.reason(), "a piece of a text without a byte");
 }
 
 TEST_F(Wire, RecordsThatThePeerDoesNotTakeAreDroppedWholeAndCounted) {
