@@ -35,6 +35,14 @@ TEST_F(MountTest, ReadOnlyReplicaRefusesAndStoresNothing) {
   EXPECT_THROW(replica()->sizeIs(4), Vek::ReadOnlyException);
   EXPECT_EQ(replica()->size(), 0U);
   EXPECT_EQ(replica()->writeCount(), writes);
+
+  Calls calls;  // nor does it from a reactor that hears of the owner's change
+  auto const listener = Toys::listen<ToyListener>(replica(), calls, "L");
+  listener->nextDo({[this] { EXPECT_THROW(replica()->brokenIs(true), Vek::ReadOnlyException); }});
+  toy->sizeIs(5);
+  pair.settle();
+  EXPECT_EQ(calls, (Calls{"L size"}));
+  EXPECT_FALSE(replica()->broken());
 }
 
 TEST_F(MountTest, CutAndBoundAgainTellsOnlyWhatIsDifferent) {
@@ -114,6 +122,16 @@ TEST_F(MountTest, RefusalsSayWhy) {
   pair.settle();
   EXPECT_EQ(ofAnotherType->refusal(), "it is a Toys::Toy, not a Toys::ToyBox");
   EXPECT_EQ(ofAnotherType->state(), Dir::neverSynced);
+}
+
+TEST_F(MountTest, IsExportedNoMoreWritableThanItIsMounted) {
+  mounted(Access::readOnly, Access::readOnly);
+  LogPair below;
+  below.owner().exports().exportIs(replica(), Access::writable);
+  auto const writable = Vek::make<Mount>("toy", *Toy::_fwkType(), Access::writable, Vek::make<Dir>());
+  below.reader().mounts().mountIs(writable);
+  below.settle();
+  EXPECT_EQ(writable->refusal(), "it may be mounted read-only");
 }
 
 TEST_F(MountTest, AnEntityThatIsTakenBackOrDiesIsStaleWhereItWasMounted) {

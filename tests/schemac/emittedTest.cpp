@@ -12,7 +12,7 @@ namespace {
 
 TEST(Emitted, MembersTellTheirDocAndWhatTheyDo) {
   File const toys = toyFile();
-  std::string const header = emit(toys, "tests/frame").header;
+  auto const [header, source] = emit(toys, "tests/frame");
   for (Type const& type : toys.types) {
     EXPECT_NE(header.find("/// " + type.doc + "\nclass " + type.name + ' '), std::string::npos) << type.name;
     for (Attribute const& a : type.attributes) {
@@ -22,9 +22,11 @@ TEST(Emitted, MembersTellTheirDocAndWhatTheyDo) {
     }
   }
   for (char const* words : {"how far east; 0 to 100 in texts", "HashMap<Shelf, Vek::Name, Shelf>",
-                            "HashMap<Drawer, Vek::String8, Drawer>"}) {
+                            "Vek::Name key() const { return name(); }", "HashMap<Drawer, Vek::String8, Drawer>"}) {
     EXPECT_NE(header.find(words), std::string::npos) << words;
   }
+  EXPECT_NE(source.find("Defined = Vek::List<\n    ToyPoint::_Type,\n    ToyVlan::_Type,\n    Toy::_Type,"),
+            std::string::npos);
 
   // Not what serves logs: nobody calls that but their adapters.
   std::regex const changes(R"((?!.*(ekIs|AttrLog))  [\w:<>]+ (new[A-Z]|(\w+(Is|Inc|Del|DelAll|Notify)\()).*\);)");
