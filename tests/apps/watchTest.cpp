@@ -73,6 +73,11 @@ TEST_F(WatchTest, TellsWhatThereIsAndThenWhatDiffers) {
   status.lemV4RouteStats.hostCount = 0
   status.lemV4RouteStats.routeCount[24] = 2
 )");
+  auto const gone = roots_.status->lemV4RouteStats();
+  act("del", "status.lemV4RouteStats");
+  EXPECT_EQ(indented(watch.changes()), "  status.lemV4RouteStats = None\n");
+  gone->hostCountIs(9);
+  EXPECT_EQ(indented(watch.changes()), "");
 }
 
 TEST_F(WatchTest, WithoutAPathFollowsAllThatIsFilled) {
@@ -146,13 +151,14 @@ TEST_F(WatchTest, PrintsTimesAndJson) {
 TEST_F(WatchTest, ForgetsWhatHasLeftItsPlace) {
   Watch watch{*directory_, {"status.lemV4RouteStats.hostCount", deep}, {Depth::one}};
   act("set", std::string(deep) + " = 7");
-  static_cast<void>(watch.start());
+  EXPECT_EQ(indented(watch.start()), "  " + std::string(deep) + " = 7\n") << "of what never was there, nothing";
   auto const leaving = roots_.auditStatus->auditInfo("kernel")->table("ipv4")->perFapInfo("Fap0");
   auto const goesForGood = roots_.status->lemV4RouteStatsIs("it");
   static_cast<void>(watch.changes());
   leaving->totalEntriesFixedIs(8);
   act("del", "auditStatus.auditInfo[kernel]");
   act("set", std::string(deep) + " = 9");
+  goesForGood->hostCountIs(2);  // it waits to be asked when it goes
   act("del", "status.lemV4RouteStats");
   leaving->totalEntriesFixedIs(10);
   EXPECT_EQ(indented(watch.changes()), "  status.lemV4RouteStats: gone\n  " + std::string(deep) + " = 9\n");

@@ -59,90 +59,38 @@ TEST_F(Convergence, OfAChain) { expectConvergence(Joined::chain, Access::readOnl
 TEST_F(Convergence, OfAChainThatWrites) { expectConvergence(Joined::chain, Access::writable, 5, 200); }
 
 // The smallest histories in which the law once failed.
-struct Kept {
-  char const* what;
-  Vek::U32 outBytes, messageBytes, turnBytes;
-  std::size_t capacity, slice;
-  Access access;
-  std::vector<Act> acts;
-  Joined joined = Joined::pair;
-};
-
 TEST_F(Convergence, OfHistoriesThatOnceFailed) {
+  using Acts = std::vector<Act>;
   Act const step{Act::step, false, 0, 0};
   Act const settle{Act::settle, false, 0, 0};
-  Kept const kept[] = {
-      {"a change behind a walk whose end is due to be told",
-       300,
-       30,
-       400,
-       100000,
-       100000,
-       Access::readOnly,
-       {step, step, step, step, {Act::counts, false, 0, 0}}},
-      {"a text that changes while it is part-way out",
-       90,
-       3,
-       400,
-       200,
-       100000,
-       Access::readOnly,
-       {settle, {Act::text, false, 1, 0}, {Act::text, false, 0, 0}}},
-      {"texts in pieces that cross",
-       1,
-       1,
-       50,
-       100000,
-       1,
-       Access::writable,
-       {settle, {Act::text, true, 1, 0}, {Act::text, false, 1, 1}}},
-      {"a text in pieces that comes to a relay while that is out of step",
-       40,
-       30,
-       50,
-       100000,
-       100000,
-       Access::writable,
-       {settle,
-        {Act::text, true, 3, 0},
-        step,
-        step,
-        {Act::cut, true, 0, 0},
-        step,
-        step,
-        settle,
-        {Act::text, true, 3, 0}},
-       Joined::chain},
-      {"a child taken away below a relay that is out of step",
-       40,
-       30,
-       50,
-       100000,
-       100000,
-       Access::writable,
-       {{Act::lid, false, 0, 0},
-        {Act::lidOpen, false, 0, 0},
-        settle,
-        {Act::lidDel, true, 3, 0},
-        {Act::cut, true, 0, 0},
-        step,
-        step},
-       Joined::chain},
-  };
-  for (Kept const& history : kept) {
-    SCOPED_TRACE(history.what);
-    LawOptions options;
-    options.access = history.access;
-    options.joined = history.joined;
-    options.pair.limits.outBytes = history.outBytes;
-    options.pair.limits.messageBytes = history.messageBytes;
-    options.pair.turnBytes = history.turnBytes;
-    options.pair.capacity = history.capacity;
-    options.pair.slice = history.slice;
+  Act const cut{Act::cut, true, 0, 0};
+  auto const text = [](bool byReplica, Vek::U32 key, Vek::U32 value) { return Act{Act::text, byReplica, key, value}; };
+  auto const ofLid = [](Act::Kind kind, bool byReplica) { return Act{kind, byReplica, byReplica ? 3U : 0U, 0}; };
+  auto const expectLawOf = [](char const* what, LawOptions const& options, Acts const& acts) {
     LawScript script(options);
-    script.play(history.acts);
-    EXPECT_EQ(script.complaint(), "");
-  }
+    script.play(acts);
+    EXPECT_EQ(script.complaint(), "") << what;
+  };
+  auto const pair = [](Access access, Vek::U32 outBytes, Vek::U32 messageBytes, Vek::U32 turnBytes, std::size_t slice) {
+    LawOptions options{{}, access};
+    options.pair.limits.outBytes = outBytes;
+    options.pair.limits.messageBytes = messageBytes;
+    options.pair.turnBytes = turnBytes;
+    options.pair.slice = slice;
+    return options;
+  };
+  LawOptions chain = pair(Access::writable, 40, 30, 50, 100000);
+  chain.joined = Joined::chain;
+  expectLawOf("a change behind a walk whose end is due to be told", pair(Access::readOnly, 300, 30, 400, 100000),
+              {step, step, step, step, {Act::counts, false, 0, 0}});
+  expectLawOf("a text that changes while it is part-way out", pair(Access::readOnly, 90, 3, 400, 200),
+              {settle, text(false, 1, 0), text(false, 0, 0)});
+  expectLawOf("texts in pieces that cross", pair(Access::writable, 1, 1, 50, 1),
+              {settle, text(true, 1, 0), text(false, 1, 1)});
+  expectLawOf("a text in pieces that comes to a relay while that is out of step", chain,
+              {settle, text(true, 3, 0), step, step, cut, step, step, settle, text(true, 3, 0)});
+  expectLawOf("a child taken away below a relay that is out of step", chain,
+              {ofLid(Act::lid, false), ofLid(Act::lidOpen, false), settle, ofLid(Act::lidDel, true), cut, step, step});
 }
 
 }  // namespace

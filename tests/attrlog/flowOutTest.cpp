@@ -253,7 +253,13 @@ TEST_F(OwedText, InPieces) {
   said();
   toy->textIs("xy");
   EXPECT_EQ(adapter->flowOut()->valueIter(), nullptr);
-  EXPECT_EQ(walked(), (Records{"137:000001050000000100000000", "261~:017879"}));
+  Records const anew{"137:000001050000000100000000", "261~:017879"};
+  EXPECT_EQ(walked(), anew);
+  // All is owed while a text is part-way out: of that too the far side forgets what it has.
+  toy->textIs("hijklmn");
+  said();
+  owe(*adapter, 0);
+  EXPECT_EQ(walked().front(), anew.front());
   EXPECT_TRUE(adapter->hasFlag(Sa::noFlowOut));
 }
 

@@ -25,7 +25,7 @@ constexpr U64 shownId = idOf(RawPeer::theirs, 2);
 // The connection mounts a toy and a box of the peer's, and the peer mounts two boxes here: `ours`, which it may write,
 // and `shown`, which it may not.
 struct Scene {
-  explicit Scene(Limits const& limits = {}) {
+  explicit Scene(Limits const& limits = {}, Limits const& own = {}) : peer(own) {
     peer.connection->exports().exportIs(ours, Access::writable);
     peer.connection->exports().exportIs(shown, Access::readOnly);
     for (auto const& [name, type] : {std::pair{"toy", Toy::_fwkType()}, std::pair{"box", ToyBox::_fwkType()}}) {
@@ -128,6 +128,7 @@ TEST_F(Wire, WhatAPeerMayNotSayEndsItsConnectionWithNothingApplied) {
       {record(boxId, 263, bytes("0fff")), "VlanIdOrNone::value > 4094 not allowed"},
       {record(boxId, -263, bytes("0fff")), "VlanIdOrNone::value > 4094 not allowed"},
       {record(boxId, 259, bytes("0801 0000000000000001")), "FapId::value < FapId::min or > FapId::null not allowed"},
+      {record(toyId, 261, std::string(1, '\0')), "a piece of a text without a byte"},
       {record(boxId, 261, bytes("01000001")), "a text of 16777217 bytes, where 16777216 are the most"},
       {syncMode(toyId, 3), "sync mode 3"},
       {marker(boxId, 258, 3), "a marker of kind 3"},
@@ -226,19 +227,25 @@ TEST_F(Wire, PeersOfOtherSchemasAgreeOnTheFieldsThatBothKnow) {
   EXPECT_EQ(scene.demuxer().skipped(), 1U);
 }
 
-TEST_F(Wire, TextsComeWholeOrNotAtAll) {
-  Scene scene;
-  scene.peer.says(record(toyId, 261, std::string("\0ab", 3)) + record(toyId, 261, "\1cd"));
-  EXPECT_EQ(scene.toy()->text(), "abcd");
-  scene.peer.says(record(toyId, 261, std::string("\0xy", 3)) + marker(toyId, 261, 1));
-  EXPECT_EQ(scene.toy()->text(), "abcd");
-  scene.peer.says(record(toyId, 261, "\1z"));
-  EXPECT_EQ(scene.toy()->text(), "z");
-  scene.peer.says(record(toyId, 261, ""));
-  EXPECT_EQ(scene.toy()->text(), "");
-  EXPECT_EQ(scene.demuxer().skipped(), 0U);
-  scene.peer.says(record(toyId, 261, std::string(1, '\0')));
-  EXPECT_EQ(scene.reason(), "a piece of a text without a byte");
+TEST_F(Wire, AsMuchAsIsAllowedIsTaken) {
+  Limits own;
+  own.recordBytes = 2048;
+  own.textBytes = 1024;
+  own.waitingMounts = 2;
+  Scene scene({}, own);
+  std::string const longest(1024, 'x');
+  std::string const fits(own.recordBytes - 4 - 1024 - 4 - 8 - 4, 'y');
+  scene.peer.says(record(toyId, 261, '\1' + longest) +
+                  record(boxId, 261, text(longest) + number(U32{1}) + number(U64{0}) + text(fits)));
+  EXPECT_EQ(scene.toy()->text().view(), longest);
+  EXPECT_EQ(scene.box()->notes(std::string_view(longest)).label().view(), fits);
+  for (char const* name : {"one", "two", "three"}) {
+    scene.peer.says(mountOf(name, "Toys::Toy", false));
+    EXPECT_EQ(scene.peer.hears().find("too many mounts wait") == std::string::npos, std::string_view(name) != "three");
+  }
+  EXPECT_EQ(scene.reason(), "");
+  scene.peer.says(record(toyId, 261, '\1' + longest + 'x'));
+  EXPECT_EQ(scene.reason(), "a text of more than 1024 bytes");
 }
 
 TEST_F(Wire, RecordsThatThePeerDoesNotTakeAreDroppedWholeAndCounted) {
@@ -254,10 +261,12 @@ TEST_F(Wire, RecordsThatThePeerDoesNotTakeAreDroppedWholeAndCounted) {
   toy->textIs(std::string_view(longest + 'x'));
   scene.ours->notesIs("a", {1, 2, std::string_view(longest + 'x')});                  // a text too long
   scene.ours->notesIs(std::string_view(longest), {1, 2, std::string_view(longest)});  // a record too long
-  scene.ours->countsIs(1, 2);
+  std::string const fits(small.recordBytes - 4 - 1024 - 4 - 8 - 4, 'y');
+  scene.ours->notesIs(std::string_view(longest), {1, 0, std::string_view(fits)});  // as long as may be
   scene.peer.connection->writable();
   EXPECT_EQ(scene.peer.connection->out()->droppedRecords(), 3U);
-  EXPECT_EQ(hex(scene.peer.hears()), hex(record(oursId, 258, bytes("00000001 00000002"))));
+  EXPECT_EQ(hex(scene.peer.hears()),
+            hex(record(oursId, 261, text(longest) + number(U32{1}) + number(U64{0}) + text(fits))));
   EXPECT_EQ(scene.reason(), "");
 }
 

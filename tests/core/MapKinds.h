@@ -6,6 +6,7 @@
 #include "dornl3/core/RbTreeMap.h"
 #include "dornl3/core/String8.h"
 
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -77,4 +78,24 @@ struct Ordered {
   static void verify(Map const& map) {
     if ((Vek::U64{1} << (map.verify() / 2)) > map.count() + 1) throw std::logic_error("too deep for its size");
   }
+};
+
+template <class Map>
+void enter(Map& map, typename Map::Key const& key, Vek::U32 value = 0) {
+  map.newMember(Vek::make<typename Map::Member>(key, value));
+}
+
+template <class Map>
+void takeOut(Map& map, typename Map::Key const& key) {
+  map.deleteMember(Vek::Ptr<typename Map::Member>(map[key]));
+}
+
+/// A member that calls back when it goes.
+template <class Element>
+struct Dying : Element {
+  using Element::Element;
+  ~Dying() override {
+    if (atEnd) atEnd();
+  }
+  std::function<void()> atEnd;
 };

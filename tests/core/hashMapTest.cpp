@@ -4,7 +4,6 @@
 #include "tests/core/MapScript.h"
 #include "tests/core/SmallStack.h"
 
-#include <functional>
 #include <vector>
 
 using Vek::make;
@@ -28,16 +27,6 @@ TYPED_TEST_SUITE(HashMaps, HashMapKinds);
 
 TYPED_TEST(HashMaps, KeepTheirWordWhateverHappens) { expectMapKeepsItsWord<TypeParam>(150); }
 
-template <class Map>
-void enter(Map& map, typename Map::Key const& key, U32 value = 0) {
-  map.newMember(make<typename Map::Member>(key, value));
-}
-
-template <class Map>
-void takeOut(Map& map, typename Map::Key const& key) {
-  map.deleteMember(Ptr<typename Map::Member>(map[key]));
-}
-
 struct HashMapOf : LeakCheck {};
 
 TEST_F(HashMapOf, NumbersIsWalkedByReversedBits) {
@@ -58,15 +47,7 @@ TEST_F(HashMapOf, NumbersIsWalkedByReversedBits) {
   EXPECT_EQ(Numbers::Map::IteratorConst(nullptr).bucket(), -1);
 }
 
-// Calls back when it goes.
-struct Dying : Vek::HashElement<U32, U32> {
-  using HashElement::HashElement;
-  ~Dying() override {
-    if (atEnd) atEnd();
-  }
-  std::function<void()> atEnd;
-};
-using DyingMap = Vek::HashMap<Dying, U32, U32>;
+using DyingMap = Vek::HashMap<Dying<Vek::HashElement<U32, U32>>, U32, U32>;
 
 TEST_F(HashMapOf, AMemberThatDiesUnderAnIteratorMayTakeOutTheNextOne) {
   DyingMap map;

@@ -1,10 +1,8 @@
 #include "dornl3/core/LinkedQueue.h"
 
 #include "tests/core/LeakCheck.h"
-#include "tests/core/Property.h"
 #include "tests/core/SmallStack.h"
 
-#include <deque>
 #include <vector>
 
 using Vek::make;
@@ -82,38 +80,6 @@ TEST_F(LinkedQueues, LetAnIteratorTakeOutAsItGoesAlsoWhereOthersHaveDoneSoBefore
   EXPECT_EQ(queue.tail(), queue.head());
   queue.add(5);
   EXPECT_EQ(queue.numbers(), (std::vector<U32>{1, 5}));
-}
-
-// A walk that takes out, or appends, at each member as told.
-enum class Turn { pass, takeOut, append, takeOutAndAppend };
-
-TEST(LinkedQueueLaws, AWalkMeetsEveryMemberOnceWhateverIsTakenOutAndAppended) {
-  expectLaw(200, [] {
-    auto const size = *rc::gen::inRange<U32>(0, 20);
-    auto const turns = *rc::gen::container<std::vector<U32>>(rc::gen::inRange<U32>(0, 4));
-    Queue queue;
-    std::vector<U32> left;
-    std::vector<U32> visited;
-    U32 made = 0;
-    for (; made < size; ++made) queue.add(made);
-    for (Queue::Iterator it(&queue); it; ++it) {
-      U32 const number = it->value()->number;
-      auto const turn = visited.size() < turns.size() ? static_cast<Turn>(turns[visited.size()]) : Turn::pass;
-      visited.push_back(number);
-      if (turn == Turn::append || turn == Turn::takeOutAndAppend) queue.add(made++);
-      if (turn == Turn::takeOut || turn == Turn::takeOutAndAppend) {
-        queue.deleteMember(it);
-      } else {
-        left.push_back(number);
-      }
-    }
-    RC_ASSERT(visited.size() == made);
-    for (U32 i = 0; i < made; ++i) RC_ASSERT(visited[i] == i);
-    RC_ASSERT(queue.numbers() == left);
-    RC_ASSERT(queue.count() == left.size());
-    RC_ASSERT((queue.tail() == nullptr) == left.empty());
-    if (!left.empty()) RC_ASSERT(queue.tail()->value()->number == left.back());
-  });
 }
 
 TEST_F(LinkedQueues, OfAMillionGoOnASmallStackEvenUnderAnIterator) {

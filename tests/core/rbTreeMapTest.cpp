@@ -4,12 +4,9 @@
 #include "tests/core/LeakCheck.h"
 #include "tests/core/MapScript.h"
 
-#include <functional>
 #include <vector>
 
 using Hardware::Dorn::FapId;
-using Vek::make;
-using Vek::Ptr;
 using Vek::String8;
 using Vek::U32;
 
@@ -32,16 +29,6 @@ std::vector<typename Map::Key> walked(Map const& map) {
   return keys;
 }
 
-template <class Map>
-void enter(Map& map, typename Map::Key const& key, U32 value = 0) {
-  map.newMember(make<typename Map::Member>(key, value));
-}
-
-template <class Map>
-void takeOut(Map& map, typename Map::Key const& key) {
-  map.deleteMember(Ptr<typename Map::Member>(map[key]));
-}
-
 struct RbTreeMapOf : LeakCheck {};
 
 TEST_F(RbTreeMapOf, NumbersIsWalkedByUnsignedValue) {
@@ -51,16 +38,8 @@ TEST_F(RbTreeMapOf, NumbersIsWalkedByUnsignedValue) {
   EXPECT_EQ(walked(map), (std::vector<U32>{0, 1, 0x7fffffff, 0x80000000, 0xffffffff}));
 }
 
-struct Dying : Vek::RbElement<U32, U32> {
-  using RbElement::RbElement;
-  ~Dying() override {
-    if (atEnd) atEnd();
-  }
-  std::function<void()> atEnd;
-};
-
 TEST_F(RbTreeMapOf, AMemberThatDiesUnderAnIteratorMayTakeOutTheNextOne) {
-  using Map = Vek::RbTreeMap<Dying, U32, U32>;
+  using Map = Vek::RbTreeMap<Dying<Vek::RbElement<U32, U32>>, U32, U32>;
   Map map;
   for (U32 key : {1U, 2U, 3U, 4U}) enter(map, key);
   Map::TIterator it(&map);

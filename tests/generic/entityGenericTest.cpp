@@ -69,19 +69,14 @@ TEST_F(EntityGeneric, ChildrenAreMadeFromAListAndGoByKey) {
   EXPECT_EQ(op(shelves, GenericIf::OpCount)->strRep(), "0");
 }
 
-TEST_F(EntityGeneric, CollectionsGoByKey) {
+TEST_F(EntityGeneric, AMissingKeyIsReadTooAndAVersionTellsOtherMembersFromAsManyBefore) {
   EXPECT_EQ(get(counts, number("7")), "0");
-  EXPECT_EQ(box->readCount(), 1U) << "a missing key is a read too";
-  EXPECT_EQ(op(counts, GenericIf::OpContains, number("7"))->strRep(), "False");
+  EXPECT_EQ(box->readCount(), 1U);
   op(counts, GenericIf::OpSet, number("7"), number("70"));
-  EXPECT_EQ(box->counts(7), 70U);
-  EXPECT_EQ(op(counts, GenericIf::OpContains, number("7"))->strRep(), "True");
-  EXPECT_EQ(op(counts, GenericIf::OpCount)->strRep(), "1");
   auto const version = op(counts, GenericIf::OpVersion)->strRep();
-  EXPECT_EQ(op(counts, GenericIf::OpDel, number("7"))->strRep(), "70");
-  EXPECT_EQ(op(counts, GenericIf::OpDel, number("7"))->strRep(), "0");
+  op(counts, GenericIf::OpDel, number("7"));
   op(counts, GenericIf::OpSet, number("8"), number("80"));
-  EXPECT_NE(op(counts, GenericIf::OpVersion)->strRep(), version) << "as many members as before, but others";
+  EXPECT_NE(op(counts, GenericIf::OpVersion)->strRep(), version);
 }
 
 TEST_F(EntityGeneric, AnswersForWhatEveryEntityHas) {

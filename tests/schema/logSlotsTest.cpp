@@ -10,31 +10,13 @@ namespace {
 
 using namespace Hardware::DornL3Unicast;
 
-template <class X>
-auto flowOutFrom(Vek::AttributeId from) {
-  return Vek::make<typename X::VekNboAttrLogSa::FlowOut>(Ptr<Vek::NboAttrLog::Out>(), nullptr, Vek::ConnectDesc{},
-                                                         false, from);
-}
-
 struct RealTypes : BareLog {
   RealTypes() : BareLog(PairOptions{}) {}
 };
 
-TEST_F(RealTypes, OweFromAnAttributeOn) {
-  struct {
-    Vek::AttributeId from;
-    U32 word;
-    bool owes;
-  } const cases[] = {{258, 0x06, true}, {260, 0x00, true}, {261, 0x08, true}, {0x7fffffff, 0x18, false}};
-  for (auto const& each : cases) {
-    auto const owed = flowOutFrom<LemRouteStats>(each.from);
-    EXPECT_EQ(owed->vekDirtyBitSet0().word(0), each.word) << each.from;
-    EXPECT_EQ(owed->hasDirtyAttributes(), each.owes) << each.from;
-  }
-}
-
 TEST_F(RealTypes, HaveABitEachAlsoBehindTheFirstWord) {
-  auto const owed = flowOutFrom<Status>(0x7fffffff);
+  auto const owed = Vek::make<Status::VekNboAttrLogSa::FlowOut>(
+      Ptr<Vek::NboAttrLog::Out>(), nullptr, Vek::ConnectDesc{}, false, Vek::NboAttrLog::FlowOut::marksOnly);
   auto& bits = owed->vekDirtyBitSet0();
   U32 const synced[] = {0xfcccU << 16, 0x0000000fU};
   for (U32 const at : {0U, 1U}) EXPECT_EQ(bits.word(at), synced[at]);

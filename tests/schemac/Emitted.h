@@ -20,7 +20,7 @@ inline Emitted emit(File const& file, std::string const& includePrefix) {
   return {render("Header", view, embeddedTemplate), render("Source", view, embeddedTemplate)};
 }
 
-/// One type or attribute of every shape: what is emitted for it is kept, as tests/frame/Toy.h and Toy.cpp.
+/// One type or attribute of every shape.
 inline File toyFile() { return *readFile(sourceDirectory() / "tests/frame/Toy.toml").file; }
 
 }  // namespace Schemac::Test

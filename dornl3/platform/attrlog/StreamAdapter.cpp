@@ -142,7 +142,10 @@ void StreamAdapter::walkEnded() noexcept {
 
 void StreamAdapter::doThis() {
   syncModeIs(synchronising);
-  if (flowOut_ && flowOut_->isFull() && !flowOut_->isSyncSent() && flowOut_->resume() == 0) return;
+  if (flowOut_ && flowOut_->isFull() && !flowOut_->isSyncSent() && flowOut_->resume() == 0) {
+    joinSession();  // the walk that waits may have been asked for before there was one
+    return;
+  }
   if (Demuxer* const demuxer = streamDemuxer()) demuxer->createFlowOut(*this, {}, true, 0);
 }
 
