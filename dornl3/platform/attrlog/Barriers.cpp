@@ -98,7 +98,7 @@ void Barriers::grown(StreamAdapter& adapter) {
   Ptr<Sa> const above = parent ? parent->vekNboAttrLogSa(Ptr<Out const>(&demuxer_.out())) : nullptr;
   if (!above) return;
   for (auto& [root, line] : lines_) {
-    if (line.debts.count(above.ptr()) != 0) line.debts.try_emplace(&adapter, Debt{&adapter, walksToBeSure});
+    if (line.debts.contains(above.ptr())) line.debts.try_emplace(&adapter, Debt{&adapter, walksToBeSure});
   }
 }
 
