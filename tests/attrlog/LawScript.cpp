@@ -223,6 +223,23 @@ void LawScript::lookRound() {
   for (auto const& replica : replicas_) replica->lookRound();
 }
 
+void LawScript::ask() {
+  for (auto const& replica : replicas_) {
+    // What others write may reach the owner behind the answer.
+    bool const isLastWriter = options_.joined != Joined::star && replica == replicas_.back();
+    for (auto const& mount : {replica->toyMount, replica->boxMount}) {
+      ++unanswered_;
+      mount->barrier([this, isLastWriter, mount](Vek::NboAttrLog::Barriers::Outcome outcome) {
+        --unanswered_;
+        if (outcome == Vek::NboAttrLog::Barriers::Outcome::unknown || !isLastWriter || !heard_.empty()) return;
+        if (Vek::digest(*home_->entity(mount->name())) != Vek::digest(*mount->entity())) {
+          heard_ = "all of the " + std::string(mount->name().view()) + " was called applied, and it differs";
+        }
+      });
+    }
+  }
+}
+
 // A chain comes to rest link by link, and news from the end of it goes back the same way.
 void LawScript::settle() {
   for (int i = 0; i < 8; ++i) {
@@ -308,6 +325,7 @@ void LawScript::playOn(std::vector<Act> const& acts) {
 
 void LawScript::play(std::vector<Act> const& acts) {
   playOn(acts);
+  ask();
   settle();
 }
 
@@ -317,6 +335,7 @@ bool LawScript::isAtRest() const {
 
 std::string LawScript::complaint() {
   if (!heard_.empty()) return heard_;
+  if (unanswered_ != 0) return "a barrier was answered not once";
   for (auto const& replica : replicas_) {
     for (auto const& mount : {replica->toyMount, replica->boxMount}) {
       std::string const name(mount->name().view());

@@ -1,5 +1,7 @@
 // LawScript: random histories of a toy and a box that live at one end and are mounted at the other, and what must hold
-// after each: the replica has the owner's digest, and none of its reactors heard of anything that had not changed.
+// after each: the replica has the owner's digest, and none of its reactors heard of anything that had not changed. Each
+// replica asks whether all has been applied as soon as the last act is done, and where it is told so the last replica
+// is as its owner is at that moment.
 #pragma once
 
 #include "tests/attrlog/LogPair.h"
@@ -82,10 +84,12 @@ class LawScript {
   void act(Act const& act);
   static void change(Toys::Toy& toy, Toys::ToyBox& box, Act const& act);
   void lookRound();
+  void ask();
   void settle();
 
   LawOptions options_;
-  std::string heard_;  // the first complaint of a reactor
+  std::string heard_;  // the first complaint of a reactor, or of an answer
+  int unanswered_ = 0;
   Vek::Ptr<Vek::Dir> home_ = Vek::make<Vek::Dir>();
   std::vector<std::unique_ptr<Replica>> replicas_;
 };

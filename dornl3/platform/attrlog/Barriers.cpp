@@ -3,6 +3,7 @@
 #include "dornl3/platform/attrlog/ControlRecords.h"
 #include "dornl3/platform/attrlog/Demuxer.h"
 #include "dornl3/platform/attrlog/EntityAdapter.h"
+#include "dornl3/platform/vek/Dir.h"
 
 #include <algorithm>
 #include <exception>
@@ -33,31 +34,60 @@ Ptr<Sa> upstreamOf(Entity& entity, Demuxer const& downstream) {
   return {};
 }
 
+void tell(std::vector<Barriers::Answer> const& answers, Barriers::Outcome outcome) noexcept {
+  for (Barriers::Answer const& answer : answers) {
+    try {
+      if (answer) answer(outcome);
+    } catch (std::exception const&) {
+      // Whoever asked knows as much as there is to know.
+    }
+  }
+}
+
 }  // namespace
 
 Barriers::~Barriers() = default;
 
 void Barriers::request(StreamAdapter& root, Answer answer) {
   U64 const number = ++lastNumber_;
-  park(root.entityId(), number, barrierRequest);
   waiting_.emplace(number, Waiting{root.entityId(), std::move(answer)});
+  wanted_.push_back(number);
+  askNext();
 }
 
-void Barriers::park(EntityId root, U64 number, BarrierKind kind) {
-  Parked parked{root, number, kind, {}};
-  StreamAdapter* const adapter = demuxer_.adapters().find(root);
-  if (Ptr<Entity> const entity = adapter != nullptr ? rootOf(*adapter) : nullptr) {
-    for (Ptr<StreamAdapter> const& below : demuxer_.adapters().all()) {
-      if (Schedule::isOwing(*below) && rootOf(*below) == entity) parked.debts.push_back({below, walksToBeSure});
-    }
+void Barriers::askNext() {
+  while (asked_ < mostUnanswered && !wanted_.empty()) {
+    U64 const number = wanted_.front();
+    wanted_.pop_front();
+    auto const at = waiting_.find(number);
+    if (at == waiting_.end()) continue;  // its root has left
+    ++asked_;
+    park(at->second.root, {number, barrierRequest});
   }
-  parked_.push_back(std::move(parked));
+}
+
+void Barriers::park(EntityId root, Parked parked) {
+  Line& line = lines_[root];
+  if (line.first.empty()) line.debts = debtsOf(root);
+  (line.first.empty() ? line.first : line.behind).push_back(parked);
   demuxer_.out().due();
 }
 
+Barriers::Debts Barriers::debtsOf(EntityId root) const {
+  Debts debts;
+  StreamAdapter* const adapter = demuxer_.adapters().find(root);
+  Ptr<Entity> const entity = adapter != nullptr ? rootOf(*adapter) : nullptr;
+  if (!entity || !demuxer_.schedule().isOwing()) return debts;
+  for (Ptr<StreamAdapter> const& below : demuxer_.adapters().all()) {
+    if (Schedule::isOwing(*below) && rootOf(*below) == entity) debts.emplace(below.ptr(), Debt{below, walksToBeSure});
+  }
+  return debts;
+}
+
 void Barriers::paid(StreamAdapter const& adapter, bool isClean) {
-  for (Parked& parked : parked_) {
-    std::erase_if(parked.debts, [&](Debt& debt) { return debt.adapter == &adapter && (isClean || --debt.walks == 0); });
+  for (auto& [root, line] : lines_) {
+    auto const at = line.debts.find(&adapter);
+    if (at != line.debts.end() && (isClean || --at->second.walks == 0)) line.debts.erase(at);
   }
   if (isDue()) demuxer_.out().due();
 }
@@ -65,28 +95,36 @@ void Barriers::paid(StreamAdapter const& adapter, bool isClean) {
 void Barriers::grown(StreamAdapter& adapter) {
   Ptr<Entity> const entity = static_cast<Sa&>(adapter).vekNotifierEntity();
   Ptr<Entity> const parent = entity ? entity->parent() : nullptr;
-  if (!parent) return;
-  for (Parked& parked : parked_) {
-    auto const isOf = [](Entity const* owner) {
-      return [owner](Debt const& debt) { return debt.adapter->rawNotifier() == owner; };
-    };
-    bool const isBelow = std::any_of(parked.debts.begin(), parked.debts.end(), isOf(parent.ptr()));
-    bool const isKnown = std::any_of(parked.debts.begin(), parked.debts.end(), isOf(entity.ptr()));
-    if (isBelow && !isKnown) parked.debts.push_back({&adapter, walksToBeSure});
+  Ptr<Sa> const above = parent ? parent->vekNboAttrLogSa(Ptr<Out const>(&demuxer_.out())) : nullptr;
+  if (!above) return;
+  for (auto& [root, line] : lines_) {
+    if (line.debts.contains(above.ptr())) line.debts.try_emplace(&adapter, Debt{&adapter, walksToBeSure});
   }
 }
 
 bool Barriers::isDue() const noexcept {
-  return std::any_of(parked_.begin(), parked_.end(), [](Parked const& parked) { return parked.debts.empty(); });
+  return std::any_of(lines_.begin(), lines_.end(), [](auto const& line) { return line.second.debts.empty(); });
 }
 
 void Barriers::writeDue() {
-  std::erase_if(parked_, [this](Parked const& parked) {
-    if (!parked.debts.empty()) return false;
-    sendBarrier(demuxer_.out(), parked.root, parked.number, parked.kind);
-    if (parked.kind != barrierRequest) --ofThePeer_;
-    return true;
-  });
+  for (auto at = lines_.begin(); at != lines_.end();) {
+    auto& [root, line] = *at;
+    while (line.debts.empty() && !line.first.empty()) {
+      for (Parked const& parked : line.first) write(root, parked);
+      line.first = std::exchange(line.behind, {});
+      if (!line.first.empty()) line.debts = debtsOf(root);
+    }
+    at = line.first.empty() ? lines_.erase(at) : std::next(at);
+  }
+}
+
+void Barriers::write(EntityId root, Parked const& parked) {
+  sendBarrier(demuxer_.out(), root, parked.number, parked.kind);
+  if (parked.kind == barrierRequest) {
+    waiting_.at(parked.number).isWritten = true;
+  } else {
+    --ofThePeer_;
+  }
 }
 
 void Barriers::received(EntityId id, U64 number, BarrierKind kind) {
@@ -95,49 +133,59 @@ void Barriers::received(EntityId id, U64 number, BarrierKind kind) {
 }
 
 void Barriers::requested(EntityId id, U64 number) {
-  if (ofThePeer_ >= mostOfAPeer || demuxer_.out().isUnread()) {
+  if (ofThePeer_ >= mostUnanswered || demuxer_.out().isUnread()) {
     throw ProtocolException("more barriers are asked for than answers are read");
   }
   ++ofThePeer_;
   StreamAdapter* const adapter = demuxer_.adapters().find(id);
-  Ptr<Entity> const entity = adapter != nullptr ? static_cast<Sa*>(adapter)->vekNotifierEntity() : nullptr;
-  if (!entity) return park(id, number, barrierUnknown);
-  Ptr<Sa> const upstream = adapter->side() == StreamAdapter::Side::owner ? upstreamOf(*entity, demuxer_) : nullptr;
-  if (!upstream) return park(id, number, barrierApplied);
+  Ptr<Entity> const root = adapter != nullptr ? rootOf(*adapter) : nullptr;
+  bool const isMirrored = root && adapter->side() == StreamAdapter::Side::owner;
+  // A replica that is out of step has refused what was written to it.
+  if (!root || (isMirrored && Dir::stateOf(*root) != Dir::inStep)) return park(id, {number, barrierUnknown});
+  Ptr<Sa> const upstream = isMirrored ? upstreamOf(*root, demuxer_) : nullptr;
+  if (!upstream) return park(id, {number, barrierApplied});
   upstream->streamDemuxer()->barriers().request(
       *upstream, [log = Ptr<Out>(&demuxer_.out()), id, number](Outcome outcome) {
         if (Demuxer* const demuxer = log->demuxer()) {
-          demuxer->barriers().park(id, number, outcome == Outcome::applied ? barrierApplied : barrierUnknown);
+          demuxer->barriers().park(id, {number, outcome == Outcome::applied ? barrierApplied : barrierUnknown});
         }
       });
 }
 
 void Barriers::answered(U64 number, Outcome outcome) {
   auto const at = waiting_.find(number);
-  if (at == waiting_.end()) return demuxer_.skippedInc();
+  if (at == waiting_.end() || !at->second.isWritten) return demuxer_.skippedInc();
   Answer const answer = std::move(at->second.answer);
   waiting_.erase(at);
-  answer(outcome);
+  --asked_;
+  askNext();
+  if (answer) answer(outcome);
 }
 
 void Barriers::rootLeft(EntityId id) {
-  std::vector<U64> numbers;
-  for (auto const& [number, waiting] : waiting_) {
-    if (waiting.root == id) numbers.push_back(number);
+  if (auto const at = lines_.find(id); at != lines_.end()) {
+    for (auto* const records : {&at->second.first, &at->second.behind}) {
+      asked_ -= std::erase_if(*records, [](Parked const& parked) { return parked.kind == barrierRequest; });
+    }
+    if (at->second.first.empty()) at->second.first = std::exchange(at->second.behind, {});
+    if (at->second.first.empty()) lines_.erase(at);
   }
-  std::erase_if(parked_, [id](Parked const& parked) { return parked.root == id && parked.kind == barrierRequest; });
-  for (U64 const number : numbers) answered(number, Outcome::unknown);
+  std::vector<Answer> answers;
+  for (auto at = waiting_.begin(); at != waiting_.end();) {
+    bool const isOver = at->second.root == id;
+    if (isOver) answers.push_back(std::exchange(at->second.answer, nullptr));
+    at = isOver && !at->second.isWritten ? waiting_.erase(at) : std::next(at);
+  }
+  askNext();
+  tell(answers, Outcome::unknown);
 }
 
 void Barriers::ended() noexcept {
-  parked_.clear();
-  for (auto const& [number, waiting] : std::exchange(waiting_, {})) {
-    try {
-      waiting.answer(Outcome::unknown);
-    } catch (std::exception const&) {
-      // Whoever asked knows as much as there is to know.
-    }
-  }
+  lines_.clear();
+  wanted_.clear();
+  std::vector<Answer> answers;
+  for (auto& [number, waiting] : std::exchange(waiting_, {})) answers.push_back(std::move(waiting.answer));
+  tell(answers, Outcome::unknown);
 }
 
 }  // namespace Vek::NboAttrLog

@@ -10,8 +10,10 @@
 #include "dornl3/platform/attrlog/EntityId.h"
 #include "dornl3/platform/attrlog/Wire.h"
 
+#include <deque>
 #include <functional>
 #include <map>
+#include <unordered_map>
 #include <vector>
 
 namespace Vek {
@@ -31,8 +33,9 @@ class Barriers {
   };
   using Answer = std::function<void(Outcome)>;
 
-  /// The most requests of the peer's that may wait for their answers.
-  static constexpr std::size_t mostOfAPeer = 1024;
+  /// The most requests of one end's that may wait for their answers. Further ones of this end's wait for their turn; a
+  /// peer that asks more ends its connection.
+  static constexpr std::size_t mostUnanswered = 1024;
 
   explicit Barriers(Demuxer& demuxer) noexcept : demuxer_(demuxer) {}
   Barriers(Barriers const&) = delete;
@@ -53,11 +56,11 @@ class Barriers {
   // What becomes of what is owed.
   /// The adapter's walk has been through; `isClean`: it owes nothing any more, or nobody waits for it.
   void walked(StreamAdapter const& adapter, bool isClean) {
-    if (!parked_.empty()) paid(adapter, isClean);
+    if (!lines_.empty()) paid(adapter, isClean);
   }
   /// The adapter has begun to owe: if it stands below one that is waited for, it may be a part of that.
   void owes(StreamAdapter& adapter) {
-    if (!parked_.empty()) grown(adapter);
+    if (!lines_.empty()) grown(adapter);
   }
 
   /// Whether writeDue() would write.
@@ -71,29 +74,42 @@ class Barriers {
     Ptr<StreamAdapter> adapter;
     int walks;
   };
+  using Debts = std::unordered_map<StreamAdapter const*, Debt>;
   // A record that waits.
   struct Parked {
-    EntityId root;
     U64 number;
     BarrierKind kind;
-    std::vector<Debt> debts;
   };
+  // What waits of one root. What comes while some of it waits lines up behind, and what that waits for is looked up
+  // when its turn comes: later, and no less. So whoever asks often costs no more than the numbers.
+  struct Line {
+    Debts debts;
+    std::vector<Parked> first;
+    std::vector<Parked> behind;
+  };
+  // A request of this end's.
   struct Waiting {
     EntityId root;
-    Answer answer;
+    Answer answer;  // empty when whoever asked has been told
+    bool isWritten = false;
   };
 
-  void park(EntityId root, U64 number, BarrierKind kind);
+  void park(EntityId root, Parked parked);
+  [[nodiscard]] Debts debtsOf(EntityId root) const;
+  void write(EntityId root, Parked const& parked);
+  void askNext();
   void requested(EntityId id, U64 number);
   void answered(U64 number, Outcome outcome);
   void paid(StreamAdapter const& adapter, bool isClean);
   void grown(StreamAdapter& adapter);
 
   Demuxer& demuxer_;
-  std::vector<Parked> parked_;
+  std::map<EntityId, Line> lines_;  // none without a record
   std::map<U64, Waiting> waiting_;
+  std::deque<U64> wanted_;  // requests for which the peer has no room yet
   U64 lastNumber_ = 0;
-  std::size_t ofThePeer_ = 0;  // requests of the peer that have no answer yet
+  std::size_t asked_ = 0;      // requests that are parked, or have no answer yet
+  std::size_t ofThePeer_ = 0;  // requests of the peer's that have no answer yet
 };
 
 }  // namespace NboAttrLog

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <limits>
 
 namespace Vek::NboAttrLog {
 
@@ -67,6 +68,8 @@ Connection::Connection(Settings settings, Transport& transport, Clock clock, Ran
       mounts_(*this),
       lastHeard_(clock_()),
       lastSaid_(lastHeard_) {
+  double& heartbeat = settings_.limits.heartbeatSeconds;
+  heartbeat = heartbeat >= leastHeartbeat ? std::min(heartbeat, mostHeartbeat) : leastHeartbeat;  // also no number
   out_->demuxer_ = &demuxer_;
   in_->demuxer_ = &demuxer_;
   in_->textLimitIs(settings_.limits.textBytes);
@@ -129,10 +132,14 @@ bool Connection::takeGreeting() {
         format("the peer takes records of %u bytes and texts of %u, and %u are the least that will do",
                theirs.recordBytes, theirs.textBytes, leastLimit));
   }
+  if (heartbeat < leastHeartbeat * 1000 || heartbeat > mostHeartbeat * 1000) {
+    throw ProtocolException(format("the peer says something every %u ms, and %.0f to %.0f will do", heartbeat,
+                                   leastHeartbeat * 1000, mostHeartbeat * 1000));
+  }
   if (nameLength > mostOfAName) throw ProtocolException("the peer's name is too long");
   if (in_->left() < nameLength) return false;
   peerTag_ = tag;
-  peerHeartbeat_ = std::max(heartbeat, 1U) / 1000.0;
+  peerHeartbeat_ = heartbeat / 1000.0;
   out_->peerName_ = Name(come.substr(greetingSize, nameLength));
   out_->limits_.recordBytes = std::min(out_->limits_.recordBytes, theirs.recordBytes);
   out_->limits_.messageBytes = std::min(out_->limits_.messageBytes, theirs.recordBytes - 1);  // a piece, and its mark
@@ -226,6 +233,7 @@ void Connection::armDue() noexcept { out_->tellsWhenDue_ = whenDue_ && state() <
 
 void Connection::tellDue() noexcept {
   if (whenDue_) whenDue_();
+  armDue();  // what was due may have been for nothing
 }
 
 void Connection::tick() {
@@ -245,6 +253,7 @@ void Connection::tick() {
 }
 
 double Connection::deadline() const noexcept {
+  if (state() >= closing) return std::numeric_limits<double>::infinity();
   double const heartbeat = state() == greeting ? settings_.limits.heartbeatSeconds : peerHeartbeat_;
   double const death = lastHeard_ + silencesOfTheDead * heartbeat;
   return state() == greeting ? death : std::min(lastSaid_ + settings_.limits.heartbeatSeconds, death);
@@ -270,8 +279,8 @@ void Connection::closeIs(String8 const& reason) {
 void Connection::finish() noexcept {
   if (state() != closing) return;
   out_->bufferFlag_ = false;
+  mounts_.ended();  // first: whoever hears that a barrier has no answer finds that nothing can be written
   demuxer_.barriers().ended();
-  mounts_.ended();
   exports_.ended();
   demuxer_.teardown();
   demuxer_.stateIs(dead);

@@ -47,7 +47,7 @@ class Connection final : public Vek::Connection {
   void whenOpenIs(std::function<void()> call) { whenOpen_ = std::move(call); }
   /// Says that this end lives, and looks whether the other does.
   void tick();
-  /// When tick() is next wanted, on the connection's clock.
+  /// When tick() is next wanted, on the connection's clock; never, infinity, when the connection has ended.
   [[nodiscard]] double deadline() const noexcept;
 
   [[nodiscard]] Ptr<NboAttrLog::In> const& in() const noexcept { return in_; }

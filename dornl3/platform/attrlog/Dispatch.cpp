@@ -26,10 +26,17 @@ void applyControl(Connection& connection, RecordHeader const& header) {
   }
   case refusedRecord: {
     Name const name(in.nextString());
-    connection.mounts().refused(name, in.nextString());
+    String8 const reason = in.nextString();
+    in.phaseIs(In::Phase::applying);
+    connection.mounts().refused(name, reason);
     break;
   }
-  case goneRecord: connection.mounts().gone(in.nextEntityId()); break;
+  case goneRecord: {
+    EntityId const id = in.nextEntityId();
+    in.phaseIs(In::Phase::applying);
+    connection.mounts().gone(id);
+    break;
+  }
   case aliveRecord: break;
   case ackRecord: {
     U64 const records = in.nextU64();
@@ -39,7 +46,9 @@ void applyControl(Connection& connection, RecordHeader const& header) {
   }
   case stateRecord: {
     EntityId const id = in.nextEntityId();
-    connection.mounts().upstreamIs(id, in.nextbool());
+    bool const isInStep = in.nextbool();
+    in.phaseIs(In::Phase::applying);
+    connection.mounts().upstreamIs(id, isInStep);
     break;
   }
   case barrierRecord: {
@@ -47,7 +56,7 @@ void applyControl(Connection& connection, RecordHeader const& header) {
     U64 const number = in.nextU64();
     U8 const kind = in.nextU8();
     if (kind > barrierUnknown) throw ProtocolException(format("a barrier of kind %u", U32{kind}));
-    in.phaseIs(In::Phase::applying);
+    if (kind != barrierRequest) in.phaseIs(In::Phase::applying);  // an answer calls whoever asked
     connection.demuxer().barriers().received(id, number, static_cast<BarrierKind>(kind));
     break;
   }

@@ -98,9 +98,7 @@ void Exports::announce(Export const& exported, Request const& request) {
   }
   adapter->doSerializeOrphan();
   // A replica is exported no more in step than it is mounted.
-  Ptr<Dir> const dir = ptrCast<Dir>(entity.parent());
-  Ptr<Dir::Entry> const entry = dir ? dir->entry(entity.name()) : Ptr<Dir::Entry>{};
-  if (entry && entry->entity() == &entity && entry->state() != Dir::inStep) sendState(*out, adapter->entityId(), false);
+  if (Dir::stateOf(entity) != Dir::inStep) sendState(*out, adapter->entityId(), false);
 }
 
 void Exports::barrier(Name const& name, Barriers::Answer answer) {

@@ -46,7 +46,7 @@ double Mount::lastWord() const noexcept {
 void Mount::barrier(Barriers::Answer answer) {
   Ptr<Entity::VekNboAttrLogSa> const adapter =
       connection_ != nullptr && entity_ ? entity_->vekNboAttrLogSa(connection_->out()) : nullptr;
-  if (!adapter || state_ != Dir::inStep) return answer(Barriers::Outcome::unknown);
+  if (!adapter || state_ != Dir::inStep || connection_->state() != open) return answer(Barriers::Outcome::unknown);
   connection_->demuxer().barriers().request(*adapter, std::move(answer));
 }
 
@@ -89,6 +89,7 @@ void Mounts::guardTree(Mount const& mount, bool armed) {
 
 void Mounts::mountIs(Ptr<Mount> const& mount) {
   if (find(mount->name())) throwInternalException(format("%s is mounted already", mount->name().charPtr()));
+  if (connection_.state() >= closing) return;  // it is as if it had been lost with the connection
   mounts_.push_back(mount);
   mount->refusal_ = {};
   mount->connection_ = &connection_;
@@ -100,13 +101,14 @@ void Mounts::mountDel(Mount& mount) {
   if (std::erase(mounts_, &mount) == 0) return;
   leave(mount);
   if (!mount.entity_) return;
-  if (auto const adapter = mount.entity_->vekNboAttrLogSa(connection_.out())) {
-    EntityId const id = adapter->entityId();
+  auto const adapter = mount.entity_->vekNboAttrLogSa(connection_.out());
+  EntityId const id = adapter ? adapter->entityId() : EntityId{};
+  if (adapter) {
     guardTree(mount, true);
     connection_.demuxer().unbind(*adapter);
-    connection_.demuxer().barriers().rootLeft(id);
   }
   mount.linkStateIs(Dir::stale);
+  connection_.demuxer().barriers().rootLeft(id);
 }
 
 void Mounts::leave(Mount& mount) noexcept {
@@ -210,8 +212,8 @@ void Mounts::gone(EntityId id) {
   Ptr<Mount> const mount = find(*adapter);
   if (mount) guardTree(*mount, true);
   connection_.demuxer().unbind(*adapter);
-  connection_.demuxer().barriers().rootLeft(id);
   if (mount) mount->linkStateIs(Dir::stale);
+  connection_.demuxer().barriers().rootLeft(id);
 }
 
 void Mounts::syncModeReceived(StreamAdapter const& adapter) {

@@ -36,6 +36,10 @@ class Schedule {
   /// Visits each adapter that waits once, while there is room, and writes at most about `budget` bytes.
   void turn(U32 budget);
 
+  /// Whether some adapter may owe something, also one that is blocked or being visited.
+  [[nodiscard]] bool isOwing() const noexcept {
+    return isRunning_ || mustSearch_ || !queue_.empty() || !blocked_.empty();
+  }
   /// Whether the adapter owes something that is to be written, if there is room.
   [[nodiscard]] static bool isOwing(StreamAdapter const& adapter) noexcept;
 

@@ -90,16 +90,21 @@ inline void putNumber(char* at, void const* number, std::size_t size) noexcept {
 /// The least that a peer must take, as the payload of a record and as a text: mounts, refusals and farewells fit.
 inline constexpr U32 leastLimit = 1024;
 
+/// Seconds between the words of an end that has nothing to say: what is worth the while, and what a dead peer may cost.
+inline constexpr double leastHeartbeat = 0.01;
+inline constexpr double mostHeartbeat = 3600;
+
 /// What each end allows the other, and itself. Announced in the greeting: neither sends what the other would refuse.
 struct Limits {
   U32 outBytes = 64 * 1024;      ///< unsent bytes, but for one record that was begun with room
   U32 recordBytes = 256 * 1024;  ///< payload of one record
   U32 messageBytes = 32 * 1024;  ///< what is free in a log that has room; the longest piece of a text
   U32 textBytes = 16 * 1024 * 1024;
-  U32 entities = 64 * 1024;      ///< ids that the peer may assign
-  U32 waitingMounts = 64;        ///< mounts that wait for an entity that is not exported
-  U32 marks = 1024;              ///< keys of one collection that are owed, beyond twice its members
-  double heartbeatSeconds = 10;  ///< after this long without a word one is sent; thrice as long without one is death
+  U32 entities = 64 * 1024;  ///< ids that the peer may assign
+  U32 waitingMounts = 64;    ///< mounts that wait for an entity that is not exported
+  U32 marks = 1024;          ///< keys of one collection that are owed, beyond twice its members
+  /// After this long without a word one is sent; thrice as long without one is death. Kept within the bounds above.
+  double heartbeatSeconds = 10;
 };
 
 }  // namespace Vek::NboAttrLog

@@ -41,6 +41,12 @@ Ptr<Entity> Dir::entity(Name const& name) const {
   return place == entries_.end() ? Ptr<Entity>{} : place->second->entity();
 }
 
+Dir::State Dir::stateOf(Entity const& root) {
+  Ptr<Dir const> const dir = ptrCast<Dir const>(root.parent());
+  Ptr<Entry> const entry = dir ? dir->entry(root.name()) : Ptr<Entry>{};
+  return entry && entry->entity() == &root ? entry->state() : inStep;
+}
+
 std::vector<Name> Dir::names() const {
   std::vector<Name> names;
   names.reserve(entries_.size());

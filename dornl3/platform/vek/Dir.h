@@ -37,6 +37,9 @@ class Dir : public Entity {
   /// Takes the entry out; returns its entity, or null where there was none.
   Ptr<Entity> entryDel(Name const& name);
 
+  /// How a root entity stands to its owner: as its directory says, and in step with itself where that says nothing.
+  [[nodiscard]] static State stateOf(Entity const& root);
+
   /// The names of the entries, in their order.
   [[nodiscard]] std::vector<Name> names() const;
   [[nodiscard]] U32 entryCount() const noexcept { return static_cast<U32>(entries_.size()); }

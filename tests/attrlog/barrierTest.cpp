@@ -1,0 +1,320 @@
+// Barriers: when the far side answers, that it answers once, and what becomes of requests by the thousand.
+#include "dornl3/generic/Digest.h"
+#include "tests/attrlog/LogPair.h"
+#include "tests/attrlog/RawPeer.h"
+#include "tests/core/LeakCheck.h"
+#include "tests/frame/Listener.h"
+
+#include <functional>
+#include <vector>
+
+namespace LogTest {
+namespace {
+
+using Toys::Toy;
+using Toys::ToyBox;
+using Vek::Dir;
+using Vek::Ptr;
+using Vek::U32;
+using Vek::U64;
+using Vek::NboAttrLog::Barriers;
+using Outcome = Barriers::Outcome;
+using Outcomes = std::vector<Outcome>;
+
+// A reader that mounts an entity to write.
+template <class X>
+struct Reader {
+  Reader(LogPair& pair, Ptr<X> const& from, Ptr<Dir> const& into = Vek::make<Dir>()) : dir(into) {
+    pair.owner().exports().exportIs(from, Access::writable);
+    mount = Vek::make<Mount>(from->name(), *X::_fwkType(), Access::writable, dir);
+    pair.reader().mounts().mountIs(mount);
+    pair.settle();
+  }
+  Ptr<X> replica() { return Vek::ptrCast<X>(mount->writableEntity()); }
+  void ask() {
+    mount->barrier([this](Outcome outcome) {
+      outcomes.push_back(outcome);
+      if (whenAnswered) std::exchange(whenAnswered, nullptr)();
+    });
+  }
+
+  Ptr<Dir> dir;
+  Ptr<Mount> mount;
+  Outcomes outcomes;
+  std::function<void()> whenAnswered;
+};
+
+struct Barrier : LeakCheck {
+  // Logs of one record, and streams of a few bytes.
+  static PairOptions narrow() {
+    PairOptions options;
+    options.limits.outBytes = options.limits.messageBytes = 1;
+    options.turnBytes = 1;
+    options.slice = 7;
+    return options;
+  }
+  Ptr<Toy> const toy = Toys::toyFactory("toy");
+  Ptr<ToyBox> const box = Toys::toyBoxFactory("box");
+  Outcomes const applied{Outcome::applied};
+  Outcomes const unknown{Outcome::unknown};
+};
+
+TEST_F(Barrier, IsAnsweredWhenAllThatWasOwedIsThere) {
+  std::function<void(ToyBox&)> const changes[] = {
+      [](ToyBox& b) { b.countsIs(1, 1); },
+      [](ToyBox& b) {
+        for (U32 key = 0; key < 40; ++key) b.wantedIs(key, true);
+        b.countsIs(2, 2);
+        b.countsDel(2);
+      },
+      [](ToyBox& b) { b.shelvesIs("s")->drawersIs("a drawer with a name")->thingsIs(3); },
+      [](ToyBox& b) {
+        b.lidIs("lid")->openIs(false);
+        for (char const* name : {"p", "q", "r"}) b.shelvesIs(name)->drawersIs("d");
+      },
+  };
+  for (PairOptions const& options : {PairOptions{}, narrow()}) {
+    for (auto const& change : changes) {
+      LogPair pair{options};
+      Ptr<ToyBox> const owned = Toys::toyBoxFactory("box");
+      Reader<ToyBox> reader{pair, owned};
+      bool isSame = false;
+      change(*reader.replica());
+      reader.ask();
+      reader.whenAnswered = [&] { isSame = Vek::digest(*owned) == Vek::digest(*reader.replica()); };
+      pair.settle();
+      EXPECT_EQ(reader.outcomes, applied);
+      EXPECT_TRUE(isSame);
+
+      change(*owned);
+      owned->lidDel();
+      Outcomes told;
+      pair.owner().exports().barrier("box", [&](Outcome outcome) {
+        told.push_back(outcome);
+        isSame = Vek::digest(*owned) == Vek::digest(*reader.replica());
+      });
+      isSame = false;
+      pair.settle();
+      EXPECT_EQ(told, applied);
+      EXPECT_TRUE(isSame);
+    }
+  }
+}
+
+TEST_F(Barrier, WaitsForATextInPiecesAndForWhatTheOwnerSaysToAWriteThatCrosses) {
+  LogPair pair{narrow()};
+  Reader<Toy> reader{pair, toy};
+  std::string const longText(500, 'x');
+  reader.replica()->textIs(Vek::String8(std::string_view(longText)));
+  reader.replica()->sizeIs(9);
+  toy->sizeIs(5);
+  reader.ask();
+  reader.whenAnswered = [&] {
+    EXPECT_EQ(toy->text().view(), longText);
+    EXPECT_EQ(reader.replica()->size(), toy->size());
+  };
+  pair.settle();
+  EXPECT_EQ(reader.outcomes, applied);
+}
+
+TEST_F(Barrier, IsNotPutOffByChangesBehindIt) {
+  LogPair pair{narrow()};
+  Reader<Toy> reader{pair, toy};
+  reader.replica()->placeIs({3, 0.5, "here"});
+  reader.ask();
+  for (U32 round = 1; round < 2000 && reader.outcomes.empty(); ++round) {
+    reader.replica()->sizeIs(round);
+    reader.replica()->brokenIs(round % 2 == 0);
+    reader.replica()->playedIs(round);
+    pair.step();
+  }
+  EXPECT_EQ(reader.outcomes, applied);
+  EXPECT_EQ(toy->place().x(), 3U);
+  pair.settle();
+}
+
+TEST_F(Barrier, AskedForInAReactorWaitsForWhatThatReactorWrote) {
+  LogPair pair{narrow()};
+  Reader<Toy> reader{pair, toy};
+  Toys::Calls calls;
+  auto const listener = Vek::make<Toys::ToyListener>(calls, "L");
+  listener->notifierIs(reader.replica());
+  listener->isRegisteredNotifieeIs(true);
+  listener->nextDo({[&] {
+    reader.replica()->placeIs({4, 0.5, "here"});
+    reader.ask();
+    EXPECT_EQ(reader.outcomes, Outcomes{});
+  }});
+  reader.whenAnswered = [&] { EXPECT_EQ(toy->place().x(), 4U); };
+  toy->sizeIs(1);
+  pair.settle();
+  EXPECT_EQ(reader.outcomes, applied);
+  listener->notifierIs(nullptr);
+}
+
+TEST_F(Barrier, OfAChainIsAnsweredByItsBeginning) {
+  LogPair above, below;
+  Reader<Toy> middle{above, toy};
+  Reader<Toy> end{below, middle.replica()};
+  end.replica()->sizeIs(3);
+  end.ask();
+  below.settle();
+  EXPECT_EQ(end.outcomes, Outcomes{}) << "the middle has no say";
+  above.settle();
+  below.settle();
+  EXPECT_EQ(end.outcomes, applied);
+  EXPECT_EQ(toy->size(), 3U);
+
+  end.ask();
+  below.settle();
+  above.cut();
+  below.settle();
+  EXPECT_EQ(end.outcomes, (Outcomes{Outcome::applied, Outcome::unknown})) << "cut behind the request";
+}
+
+TEST_F(Barrier, OfAChainThatHasJustBeenCutIsNotAnsweredForWhatWasRefused) {
+  LogPair above, below;
+  Reader<Toy> middle{above, toy};
+  Reader<Toy> end{below, middle.replica()};
+  end.replica()->sizeIs(3);
+  end.ask();
+  above.cut();
+  below.settle();
+  EXPECT_EQ(middle.replica()->size(), 0U);
+  EXPECT_EQ(end.outcomes, unknown);
+}
+
+TEST_F(Barrier, EndsUnknownWithTheConnectionAndTheMountIsStaleByThen) {
+  LogPair pair;
+  Reader<Toy> reader{pair, toy};
+  reader.ask();
+  reader.whenAnswered = [&] {
+    EXPECT_EQ(reader.mount->state(), Dir::stale);
+    EXPECT_THROW(reader.replica()->sizeIs(1), Vek::ReadOnlyException);
+    reader.ask();
+    pair.reader().mounts().mountIs(reader.mount);
+  };
+  pair.cut();
+  EXPECT_EQ(reader.outcomes, (Outcomes{Outcome::unknown, Outcome::unknown}));
+  EXPECT_GT(reader.mount->lastWord(), 0) << "it was given to a connection that has gone";
+  pair.connect();
+  pair.settle();
+  EXPECT_EQ(reader.outcomes.size(), 2U);
+}
+
+TEST_F(Barrier, EndsUnknownWithTheMountOrTheExport) {
+  LogPair pair;
+  Reader<Toy> reader{pair, toy};
+  Reader<ToyBox> other{pair, box};
+  struct Refusal : std::exception {};
+  reader.ask();
+  reader.whenAnswered = [&] {
+    EXPECT_EQ(reader.mount->state(), Dir::stale);
+    throw Refusal();
+  };
+  reader.ask();
+  pair.reader().writable();
+  pair.reader().mounts().mountDel(*reader.mount);
+  EXPECT_EQ(reader.outcomes, (Outcomes{Outcome::unknown, Outcome::unknown})) << "whatever the first threw";
+
+  other.ask();
+  pair.owner().exports().exportDel("box");
+  pair.settle();
+  EXPECT_EQ(other.outcomes, unknown);
+  EXPECT_EQ(pair.reader().state(), Vek::NboAttrLog::open);
+  EXPECT_EQ(reader.outcomes.size(), 2U) << "the answers that came later count for nobody";
+
+  Outcomes told;
+  pair.owner().exports().barrier("box", [&](Outcome outcome) { told.push_back(outcome); });
+  EXPECT_EQ(told, unknown) << "nobody mounts it";
+}
+
+TEST_F(Barrier, ByTheThousandWaitTheirTurn) {
+  LogPair pair;
+  Reader<Toy> reader{pair, toy};
+  for (U64 n = 1; n <= 5000; ++n) {
+    reader.replica()->sizeIs(n);
+    reader.ask();
+  }
+  pair.settle();
+  EXPECT_EQ(pair.reader().state(), Vek::NboAttrLog::open) << pair.reader().closeReason().charPtr();
+  EXPECT_EQ(reader.outcomes, Outcomes(5000, Outcome::applied));
+  for (int n = 0; n < 5000; ++n) reader.ask();
+  pair.reader().mounts().mountDel(*reader.mount);
+  EXPECT_EQ(reader.outcomes.size(), 10000U);
+  Reader<ToyBox> other{pair, box};
+  other.ask();
+  pair.settle();
+  EXPECT_EQ(other.outcomes, applied) << "those of the mount that has gone left room";
+}
+
+std::string barrier(U64 id, U64 number, Vek::U8 kind) {
+  return control(Vek::NboAttrLog::barrierRecord,
+                 LogTest::number(id) + LogTest::number(number) + static_cast<char>(kind));
+}
+
+TEST_F(Barrier, OfAFloodingPeerCostsNumbersAndThenTheConnection) {
+  RawPeer peer;
+  peer.connection->exports().exportIs(box, Access::writable);
+  auto const child = box->shelvesIs("s");
+  peer.says(greeting(RawPeer::tag) + mountOf("box", "Toys::ToyBox", true));
+  peer.near.capacityIs(0);  // from here on the peer reads nothing
+  for (U32 key = 0; key < 10000; ++key) box->countsIs(key, key);
+  child->drawersIs("d")->thingsIs(1);
+  auto const adapter = child->vekNboAttrLogSa(peer.connection->out());
+  auto const before = adapter->references();
+  std::string flood;
+  for (U64 n = 0; n < Barriers::mostUnanswered; ++n) flood += barrier(idOf(RawPeer::theirs, 1), n, 0);
+  peer.says(flood);
+  EXPECT_EQ(peer.connection->state(), Vek::NboAttrLog::open);
+  EXPECT_LT(adapter->references(), before + 5) << "what is owed is noted once";
+  peer.says(barrier(1, 0, 0));
+  EXPECT_EQ(peer.connection->closeReason(), "more barriers are asked for than answers are read");
+}
+
+TEST_F(Barrier, IsNotAnsweredBeforeItIsAsked) {
+  RawPeer peer;
+  auto const mount = Vek::make<Mount>("toy", *Toy::_fwkType(), Access::writable, Vek::make<Dir>());
+  peer.connection->mounts().mountIs(mount);
+  U64 const id = idOf(RawPeer::tag, 1);
+  peer.says(greeting(RawPeer::tag) + orphan(id, "Toys::Toy", "toy") + syncMode(id, 1));
+  ASSERT_EQ(mount->state(), Dir::inStep);
+  Outcomes told;
+  mount->barrier([&](Outcome outcome) { told.push_back(outcome); });
+  peer.says(barrier(id, 1, 1) + barrier(id, 7, 1));  // written in the same turn, behind what came
+  EXPECT_EQ(told, Outcomes{});
+  peer.says(barrier(id, 1, 2));
+  EXPECT_EQ(told, unknown);
+  peer.says(barrier(id, 1, 3));
+  EXPECT_EQ(peer.connection->closeReason(), "a barrier of kind 3");
+}
+
+// Whoever drives the connection is told of each change that it can write, also behind a barrier that it cannot.
+TEST_F(Barrier, BehindWhatIsBlockedHidesNoChange) {
+  PairOptions options;
+  options.limits.entities = 1;
+  LogPair pair{options};
+  Reader<ToyBox> reader{pair, box};
+  int due = 0;
+  pair.owner().whenDueIs([&] { ++due; });
+  box->shelvesIs("there is no id for it");
+  pair.settle();
+  pair.owner().exports().barrier("box", [](Outcome) {});
+  due = 0;
+  box->countsIs(1, 1);
+  EXPECT_GT(due, 0);
+  pair.settle();
+  pair.owner().whenDueIs(nullptr);
+}
+
+TEST_F(Barrier, ConnectionsThatHaveEndedWantNothing) {
+  LogPair pair;
+  EXPECT_EQ(pair.owner().deadline(), pair.world.now + 30) << "the peer's greeting";
+  pair.settle();
+  EXPECT_EQ(pair.owner().deadline(), pair.world.now + 10) << "a word that it lives";
+  pair.owner().closeIs("over");
+  EXPECT_EQ(pair.owner().deadline(), std::numeric_limits<double>::infinity());
+}
+
+}  // namespace
+}  // namespace LogTest
