@@ -200,6 +200,8 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   /// What follows the closing of a record.
   void recordDone();
   void noteWhatWasTooLong();
+  /// The far side has an older value of this attribute, or no longer.
+  void notReplicatedIs(AttributeId attr, bool on);
   /// Makes a flow-out that owes nothing, for what is then marked.
   [[nodiscard]] bool openFlowOut(AttributeId attr);
 

@@ -50,6 +50,7 @@ bool Sa::serializeText(AttributeId attr, U32 slot, String8 const& text) {
   Out& out = *boundLog();
   if (text.length() > out.limits().textBytes) {
     out.droppedInc();
+    notReplicatedIs(attr, true);
     return true;
   }
   bool const goesOn = owed && owed->valueIter() != nullptr;

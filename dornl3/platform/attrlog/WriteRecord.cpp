@@ -95,8 +95,12 @@ inline void Sa::recordDone() {
 
 void Sa::noteWhatWasTooLong() {
   int const attr = boundLog()->attribute();
-  String8 const name = vekNotifierEntity()->attributeString(static_cast<AttributeId>(attr < 0 ? -attr : attr));
-  boundLog()->demuxer()->notReplicatedIs(vekNotifierEntity()->fullName() + "." + name, boundLog()->droppedLast());
+  notReplicatedIs(static_cast<AttributeId>(attr < 0 ? -attr : attr), boundLog()->droppedLast());
+}
+
+void Sa::notReplicatedIs(AttributeId attr, bool on) {
+  Ptr<Entity> const entity = vekNotifierEntity();
+  boundLog()->demuxer()->notReplicatedIs(entity->fullName() + "." + entity->attributeString(attr), on);
 }
 
 }  // namespace Vek
