@@ -29,7 +29,11 @@ void applyControl(Connection& connection, RecordHeader const& header) {
     connection.mounts().refused(name, in.nextString());
     break;
   }
-  case goneRecord: connection.mounts().gone(in.nextEntityId()); break;
+  case goneRecord: {
+    EntityId const id = in.nextEntityId();
+    if (!connection.exports().gone(id)) connection.mounts().gone(id);
+    break;
+  }
   case aliveRecord: break;
   case ackRecord: {
     U64 const records = in.nextU64();
@@ -39,7 +43,10 @@ void applyControl(Connection& connection, RecordHeader const& header) {
   }
   case stateRecord: {
     EntityId const id = in.nextEntityId();
-    connection.mounts().upstreamIs(id, in.nextbool());
+    bool const isInStep = in.nextbool();
+    std::vector<U32> cameThrough;
+    while (!in.isAtLimit() && cameThrough.size() <= mostOfAChain) cameThrough.push_back(in.nextU32());
+    connection.mounts().upstreamIs(id, isInStep, std::move(cameThrough));
     break;
   }
   case barrierRecord: {

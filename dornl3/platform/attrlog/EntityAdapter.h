@@ -207,7 +207,8 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
 
   Ptr<PtrInterface::NotifieeConst> reactorAdapter_;
   MsgChannel::Constrainer::VekEntry* channel_;
-  bool isNew_ = false;  // bound as a child just now
+  bool isNew_ = false;            // bound as a child just now
+  bool hasChildOfPeers_ = false;  // the far side has made a child of the entity
 };
 
 /// Holds entityReactorActive on an adapter while a record is applied to its entity.

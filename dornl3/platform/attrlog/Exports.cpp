@@ -100,7 +100,17 @@ void Exports::announce(Export const& exported, Request const& request) {
   // A replica is exported no more in step than it is mounted.
   Ptr<Dir> const dir = ptrCast<Dir>(entity.parent());
   Ptr<Dir::Entry> const entry = dir ? dir->entry(entity.name()) : Ptr<Dir::Entry>{};
-  if (entry && entry->entity() == &entity && entry->state() != Dir::inStep) sendState(*out, adapter->entityId(), false);
+  bool const isInStep = !entry || entry->entity() != &entity || entry->state() == Dir::inStep;
+  std::vector<U32> const through = cameThrough(entity);
+  if (!isInStep || !through.empty()) sendState(*out, adapter->entityId(), isInStep, through);
+}
+
+bool Exports::gone(EntityId id) {
+  Ptr<StreamAdapter> const adapter = connection_.demuxer().adapters().find(id);
+  if (!adapter || adapter->side() != StreamAdapter::Side::owner || !adapter->isMountRoot()) return false;
+  connection_.demuxer().unbind(*adapter);
+  connection_.demuxer().barriers().rootLeft(id);
+  return true;
 }
 
 void Exports::barrier(Name const& name, Barriers::Answer answer) {

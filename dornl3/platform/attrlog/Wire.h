@@ -90,6 +90,9 @@ inline void putNumber(char* at, void const* number, std::size_t size) noexcept {
 /// The least that a peer must take, as the payload of a record and as a text: mounts, refusals and farewells fit.
 inline constexpr U32 leastLimit = 1024;
 
+/// The most connections that an entity may have come through.
+inline constexpr std::size_t mostOfAChain = 64;
+
 /// What each end allows the other, and itself. Announced in the greeting: neither sends what the other would refuse.
 struct Limits {
   U32 outBytes = 64 * 1024;      ///< unsent bytes, but for one record that was begun with room
