@@ -68,6 +68,7 @@ Connection::Connection(Settings settings, Transport& transport, Clock clock, Ran
       lastHeard_(clock_()),
       lastSaid_(lastHeard_) {
   out_->demuxer_ = &demuxer_;
+  out_->in_ = in_.ptr();
   in_->demuxer_ = &demuxer_;
   in_->textLimitIs(settings_.limits.textBytes);
   in_->isStrictIs(true);
@@ -79,6 +80,7 @@ Connection::~Connection() {
   isBusy_ = false;
   finish();
   out_->connection_ = nullptr;
+  out_->in_ = nullptr;
 }
 
 void Connection::greet() {
@@ -139,7 +141,7 @@ bool Connection::takeGreeting() {
   out_->limits_.textBytes = std::min(out_->limits_.textBytes, theirs.textBytes);
   demuxer_.adapters().mostIs(std::min(settings_.limits.entities, theirs.entities));
   bytes.consume(greetingSize + nameLength);
-  out_->bufferFlag_ = true;
+  out_->bufferFlagIs(true);
   demuxer_.stateIs(open);
   mounts_.opened();
   if (whenOpen_) whenOpen_();
@@ -260,7 +262,7 @@ void Connection::closeIs(String8 const& reason) {
     // The peer will see the end of the stream.
   }
   demuxer_.stateIs(closing);
-  out_->bufferFlag_ = false;
+  out_->bufferFlagIs(false);
   if (isBusy_) return;
   finish();
   tellDue();
@@ -269,7 +271,7 @@ void Connection::closeIs(String8 const& reason) {
 // With no record and no turn on the stack.
 void Connection::finish() noexcept {
   if (state() != closing) return;
-  out_->bufferFlag_ = false;
+  out_->bufferFlagIs(false);
   demuxer_.barriers().ended();
   mounts_.ended();
   exports_.ended();

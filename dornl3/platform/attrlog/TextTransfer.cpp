@@ -75,15 +75,6 @@ bool Sa::serializeText(AttributeId attr, U32 slot, String8 const& text) {
   return false;
 }
 
-bool Sa::stepOverText(FlowOut& owed, AttributeId attr, AttributeId behind, U32 slot, bool (Sa::*handler)(),
-                      AttributeId& next) {
-  owed.attrIdIs(attr);
-  bool const owes = owed.valueIter() != nullptr || owed.slotBit(slot);
-  bool const done = !owes || (this->*handler)();
-  owed.slotBitIs(slot, !done);
-  return stepEnds(owed, attr, behind, done, next);
-}
-
 namespace {
 
 using PartialText = std::string;
