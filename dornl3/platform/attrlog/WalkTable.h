@@ -1,4 +1,4 @@
-// WalkTable: what a walk over an entity comes to, a constant of each type; see dornl3/attrlog/LogSlots.h.
+// WalkTable: what a walk over an entity comes to, a constant of each type; see dornl3/attrlog/WalkSteps.h.
 #pragma once
 
 #include "dornl3/platform/vek/Entity.h"
