@@ -22,7 +22,7 @@ template <class Dirty>
 void sendKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, typename Dirty::Key const& key,
              void const* value) {
   using Sa = Entity::VekNboAttrLogSa;
-  Sa::KeyRecord const record{row.number, row.isFixed, &key, &writeField<typename Dirty::Key>, value, row.writeValue};
+  Sa::KeyRecord const record{row.number, row.isFixed, &key, fieldForm<typename Dirty::Key>, value, row.valueForm};
   if (adapter.logKey(record)) return;
   Sa::Turn const turn = adapter.keyTurn(row.number);
   if (turn == Sa::Turn::silent) return;
@@ -56,16 +56,16 @@ template <class A>
 void sendValue(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key);
 
 template <class A>
-inline constexpr KeyedRow<DirtyOf<A>> childrenRow{A::number, &RowOf<A>::dirty, &RowOf<A>::count, &RowOf<A>::walk,
-                                                  &sendChild<A>};
+inline constexpr KeyedRow<DirtyOf<A>> childrenRow{A::number,       &RowOf<A>::dirty, &RowOf<A>::count,
+                                                  &RowOf<A>::walk, &RowOf<A>::keyOf, &sendChild<A>};
 template <class A>
 inline constexpr ValuesRow<DirtyOf<A>> valuesRow{
-    {A::number, &RowOf<A>::dirty, &RowOf<A>::count, &RowOf<A>::walk, &sendValue<A>},
+    {A::number, &RowOf<A>::dirty, &RowOf<A>::count, &RowOf<A>::walk, &RowOf<A>::keyOf, &sendValue<A>},
     hasFixedKeyRecord<A>,
     &RowOf<A>::find,
     &RowOf<A>::set,
     &RowOf<A>::remove,
-    &writeField<typename A::Value>};
+    fieldForm<typename A::Value>};
 
 template <class A>
 void sendValue(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key) {
@@ -91,7 +91,8 @@ template <class Dirty>
   if (owed != nullptr && !resumes) adapter.sendTransactionMarker(row.number, StreamAdapter::beginMarker, 0);
   bool stops = false;
   bool isMarked = false;
-  auto step = [&](Key const& key, PtrInterface&) {
+  auto step = [&](PtrInterface& member) {
+    Key const key = row.keyOf(member);
     if (!stops) {
       row.send(adapter, key);
       if (owed == nullptr) return true;

@@ -3,7 +3,7 @@
 // descriptors tell `dirty(flowOut)`, the keys owed of a collection.
 #pragma once
 
-#include "dornl3/attrlog/LogSlots.h"
+#include "dornl3/attrlog/WalkSteps.h"
 #include "dornl3/core/HashMap.h"
 #include "dornl3/core/RbTreeMap.h"
 #include "dornl3/platform/attrlog/FlowOut.h"
@@ -30,16 +30,9 @@ class DirtyBits {
 };
 
 /// Sets the bits of a new flow-out: owed is every attribute from `start` on.
-template <class Attr, class F>
-void oweFrom(F& flowOut, AttributeId start) noexcept {
-  forEach(typename Attr::All{}, [&](auto attribute) {
-    using A = decltype(attribute);
-    if constexpr (holdsKeys<A>) {
-      flowOut.slotBitIs(logSlot<Attr, A>, start > A::number);
-    } else if constexpr (isLogged<A>) {
-      flowOut.slotBitIs(logSlot<Attr, A>, start <= A::number);
-    }
-  });
+template <class Attr>
+void oweFrom(NboAttrLog::FlowOut& flowOut, AttributeId start) noexcept {
+  flowOut.oweFrom(walkTable<Attr>, start);
 }
 
 /// Whether anything is owed.
@@ -60,10 +53,7 @@ template <class Attr, class F>
 /// Drops the bookmark of the collection, or the place in the text, that the flow-out stands on.
 template <class Attr>
 void freeWalkState(NboAttrLog::FlowOut& flowOut) {
-  visit(typename Attr::All{}, flowOut.attrId(), [&](auto attribute) {
-    if constexpr (holdsKeys<decltype(attribute)>) flowOut.bookmarkIs({});
-    if constexpr (isLongText<decltype(attribute)>) flowOut.valueIterIs({});
-  });
+  flowOut.placeDel(walkTable<Attr>);
 }
 
 /// A key that is owed of a hashed collection: one class for all that have keys of that type.

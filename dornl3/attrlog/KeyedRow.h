@@ -10,23 +10,6 @@
 
 namespace Vek {
 
-/// What is done at each member of a walk, given its key and itself: whether the walk goes on. Borrowed.
-template <class Key>
-class MemberStep {
- public:
-  template <class Call>
-  MemberStep(Call& call) noexcept
-      : call_(
-            [](void* held, Key const& key, PtrInterface& member) { return (*static_cast<Call*>(held))(key, member); }),
-        held_(&call) {}
-
-  bool operator()(Key const& key, PtrInterface& member) const { return call_(held_, key, member); }
-
- private:
-  bool (*call_)(void* held, Key const& key, PtrInterface& member);
-  void* held_;
-};
-
 /// `Dirty`: the map of the keys that are owed.
 template <class Dirty>
 struct KeyedRow {
@@ -37,7 +20,8 @@ struct KeyedRow {
   /// How many members there are.
   U32 (*count)(Entity& entity);
   /// Walks the members from a key on, or from the first.
-  void (*walk)(Entity& entity, Key const* from, MemberStep<Key> const& step);
+  void (*walk)(Entity& entity, Key const* from, MemberCall const& call);
+  Key (*keyOf)(PtrInterface& member);
   /// Writes what stands at a key, or marks the key.
   void (*send)(Entity::VekNboAttrLogSa& adapter, Key const& key);
 };
@@ -57,7 +41,7 @@ struct ValuesRow : KeyedRow<Dirty> {
   /// Sets a value that the log of an adapter has brought.
   void (*set)(Entity& entity, Key const& key, void const* value, Entity::VekNboAttrLogSa const& adapter);
   void (*remove)(Entity& entity, Key const& key);
-  void (*writeValue)(NboAttrLog::OutPtr const& out, void const* value);
+  Entity::VekNboAttrLogSa::FieldForm valueForm;
 };
 
 namespace detail {
@@ -88,11 +72,8 @@ struct RowOf {
     return A::dirty(static_cast<FlowOutOf<A>&>(flowOut));
   }
   static U32 count(Entity& entity) { return map(entity).count(); }
-  static void walk(Entity& entity, Key const* from, MemberStep<Key> const& step) {
-    using Iterator = typename MapOf<A>::Iterator;
-    Iterator it = from == nullptr ? Iterator(&map(entity)) : Iterator(&map(entity), *from);
-    while (it && step(it->key(), *it)) ++it;
-  }
+  static void walk(Entity& entity, Key const* from, MemberCall const& call) { map(entity).walk(from, call); }
+  static Key keyOf(PtrInterface& member) { return static_cast<typename MapOf<A>::Member&>(member).key(); }
   static Found find(Entity& entity, Key const& key) {
     auto* const member = map(entity)[key];
     return {member, member == nullptr ? nullptr : &member->value()};
@@ -109,6 +90,17 @@ template <class V>
 void writeField(NboAttrLog::OutPtr const& out, void const* field) {
   out << *static_cast<V const*>(field);
 }
+
+template <class V>
+[[nodiscard]] constexpr Entity::VekNboAttrLogSa::FieldForm formOf() noexcept {
+  if constexpr (numberBytes<V> != 0) {
+    return {numberBytes<V>, nullptr};
+  } else {
+    return {0, &writeField<V>};
+  }
+}
+template <class V>
+inline constexpr Entity::VekNboAttrLogSa::FieldForm fieldForm = formOf<V>();
 
 }  // namespace detail
 

@@ -41,32 +41,10 @@ constexpr U32 loggedBelow(List<A...>, AttributeId number) noexcept {
   return ((isLogged<A> && A::number < number ? 1U : 0U) + ... + 0U);
 }
 
-template <class... A>
-constexpr AttributeId firstIn(List<A...>) noexcept {
-  AttributeId first = 0;
-  (void)((isLogged<A> && ((first = A::number), true)) || ...);
-  return first;
-}
-
-template <class... A>
-constexpr AttributeId behindIn(List<A...>, AttributeId number) noexcept {
-  AttributeId behind = 0;
-  (void)((isLogged<A> && A::number > number && ((behind = A::number), true)) || ...);
-  return behind;
-}
-
 }  // namespace detail
 
 /// The bit of an attribute.
 template <class Attr, class A>
 inline constexpr U32 logSlot = detail::loggedBelow(typename Attr::All{}, A::number) + 1;
-
-/// The first attribute of a type that is logged; those below are the framework's.
-template <class Attr>
-inline constexpr AttributeId firstLogged = detail::firstIn(typename Attr::All{});
-
-/// The one behind an attribute, 0 for none.
-template <class Attr, class A>
-inline constexpr AttributeId loggedBehind = detail::behindIn(typename Attr::All{}, A::number);
 
 }  // namespace Vek

@@ -30,12 +30,7 @@ template <class A>
 template <class Attr, class A>
 void logScalar(Entity::VekNboAttrLogSa& adapter) {
   using V = typename A::Value;
-  void const* const field = detail::fieldOn<A>(adapter);
-  if constexpr (fixedSize<V> != 0) {
-    adapter.logNumber(A::number, logSlot<Attr, A>, field, fixedSize<V>);
-  } else {
-    adapter.logField(A::number, logSlot<Attr, A>, field, &detail::writeField<V>);
-  }
+  adapter.logField(A::number, logSlot<Attr, A>, fixedSize<V> != 0, detail::fieldOn<A>(adapter), detail::fieldForm<V>);
 }
 
 /// A text goes out. Whether all of it has gone.

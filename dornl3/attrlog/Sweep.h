@@ -12,17 +12,16 @@ namespace detail {
 template <class Dirty>
 void sweepValues(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row,
                  StreamAdapter::AttrTransactionType type) {
-  using Key = typename Dirty::Key;
   Ptr<Entity> const entity = adapter.vekNotifierEntity();
   bool isSwept = false;
-  auto step = [&](Key const& key, PtrInterface& member) {
+  auto step = [&](PtrInterface& member) {
     if (type == StreamAdapter::beginMarker) {
       member.vekMarkedForDeletionIs(true);
     } else if (type == StreamAdapter::endMarker && member.vekMarkedForDeletion()) {
       Entity::VekNboAttrLogSa::IsActiveAnchor active;
       active.telIs(&adapter);
       WritePass const pass{*entity};
-      row.remove(*entity, key);
+      row.remove(*entity, row.keyOf(member));
       isSwept = true;
     }
     return true;

@@ -102,6 +102,15 @@ template <class V>
   return in.isAtLimit() ? V{} : nextField<V>(in);
 }
 
+/// Bytes of a field that is one number, in memory as on a log; 0 for another.
+template <class V>
+inline constexpr U32 numberBytes = static_cast<U32>(detail::numberSize<V>);
+template <>
+inline constexpr U32 numberBytes<bool> = 1;
+template <class V>
+requires(sizeof(V) == sizeof(unsigned short) && std::is_class_v<V> && std::is_trivially_copyable_v<V> &&
+         std::is_constructible_v<V, unsigned short>) inline constexpr U32 numberBytes<V> = sizeof(V);
+
 /// Bytes of a scalar record where they are known ahead; 0 where they are not.
 template <class V>
 inline constexpr U32 fixedSize = std::is_same_v<V, bool>  ? 1

@@ -129,6 +129,12 @@ class HashMap : public HashMapGeneric {
   /// Takes out a member that is in the map.
   void deleteMember(Ptr<M> const& member) { takeOut<Operations>(member); }
 
+  /// Calls at each member from the place of a key on, or from the first for null, until `call` says no: a walk that
+  /// needs little code of its own for each map. Members may come and go meanwhile.
+  void walk(K const* from, MemberCall const& call) const {
+    walkG(from, from == nullptr ? 0 : bitReverse(keyHash<K>(*from)), call);
+  }
+
   /// The operations on this map's members; one object in the whole process, never freed.
   static HashMapVTableGeneric const& vekVTable() {
     static auto const* const vekVTable_ = new Operations;

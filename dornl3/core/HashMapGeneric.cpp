@@ -132,4 +132,16 @@ void HashMapGeneric::verify() const {
   if (found != count_) assertionFailed("found == count", "HashMapGeneric", __LINE__);
 }
 
+void HashMapGeneric::walkG(void const* key, U32 reversedHash, MemberCall const& call) const {
+  int bucket = -1;
+  Ptr<PtrInterface> at = key == nullptr ? findNextG(nullptr, &bucket) : startAtHash(key, reversedHash, &bucket);
+  U32 version = version_;
+  while (at && call(*at)) {
+    bool const unchanged = std::exchange(version, version_) == version_;
+    PtrInterface* behind = unchanged ? next(*at) : findNextG(at.ptr(), &bucket);
+    if (unchanged && behind == nullptr) behind = findNextBucket(&bucket);
+    at = behind;
+  }
+}
+
 }  // namespace Vek

@@ -13,6 +13,7 @@
 #pragma once
 
 #include "dornl3/core/BitReverse.h"
+#include "dornl3/core/MemberCall.h"
 #include "dornl3/core/Ptr.h"
 
 #include <bit>
@@ -86,6 +87,10 @@ class HashMapGeneric {
   /// The first member at or behind the place of a key, or null. `bucket` becomes the one where it stands, or a number
   /// not below 1 << bits().
   [[nodiscard]] PtrInterface* startAtHash(void const* key, U32 reversedHash, int* bucket) const;
+
+  /// Calls at each member from the place of a key on, or from the first for null, until `call` says no. Members may
+  /// come and go meanwhile.
+  void walkG(void const* key, U32 reversedHash, MemberCall const& call) const;
 
   /// Asserts order, places and counts; for tests.
   void verify() const;

@@ -90,6 +90,15 @@ class RbTreeMap final : public RbTreeMapGeneric {
   /// Takes out a member that is in the map.
   void deleteMember(Ptr<M> const& member) { _memberDelG(nodeOffset(), 0, member.ptr()); }
 
+  /// Calls at each member from a key on, or from the first, by rising key, until `call` says no: a walk that needs
+  /// little code of its own for each map. Members may come and go meanwhile.
+  void walk(K const* from, MemberCall const& call) const {
+    auto const above = [](RbTreeMapGeneric const& map, PtrInterface const& member) -> PtrInterface* {
+      return static_cast<RbTreeMap const&>(map).firstAbove(static_cast<M const&>(member).key());
+    };
+    walkG(nodeOffset(), from == nullptr ? leftmost(typed(root_)) : firstFrom(*from), above, call);
+  }
+
   /// Asserts the shape and the order, and gives the depth; for tests.
   U32 verify() const;
 
@@ -117,25 +126,8 @@ class RbTreeMap final : public RbTreeMapGeneric {
       return below(member, less ? RbNode::left : RbNode::right);
     }
   }
-  // The first of the members from `at` downwards. A walk comes to those on the right of the way soon.
-  static M* leftmost(M* at) noexcept {
-    for (M* next = at; next != nullptr; next = below(*at, RbNode::left)) {
-      at = next;
-      __builtin_prefetch(below(*at, RbNode::right));
-    }
-    return at;
-  }
-  // The member behind one that is in the tree.
-  static M* successor(M& member) noexcept {
-    M* at = &member;
-    if (M* const right = below(*at, RbNode::right)) return leftmost(right);
-    while (RbNode const* const parent = at->vekNode().parent()) {
-      M* const above = static_cast<M*>(memberOf(*parent, nodeOffset()));
-      if (parent->child_[RbNode::left] == at) return above;
-      at = above;
-    }
-    return nullptr;
-  }
+  static M* leftmost(M* at) noexcept { return static_cast<M*>(RbTreeMapGeneric::leftmost(at, nodeOffset())); }
+  static M* successor(M& member) noexcept { return static_cast<M*>(RbTreeMapGeneric::successor(member, nodeOffset())); }
   // The first member whose key is greater.
   [[nodiscard]] M* firstAbove(K const& key) const noexcept {
     M* found = nullptr;

@@ -231,4 +231,12 @@ U32 RbTreeMapGeneric::verify(U32 nodeOffset) const {
   return measured.depth;
 }
 
+void RbTreeMapGeneric::walkG(U32 nodeOffset, PtrInterface* first, Above above, MemberCall const& call) const {
+  U32 version = version_;
+  for (Ptr<PtrInterface> at = first; at && call(*at);) {
+    bool const unchanged = std::exchange(version, version_) == version_;
+    at = unchanged ? successor(*at, nodeOffset) : above(*this, *at);
+  }
+}
+
 }  // namespace Vek

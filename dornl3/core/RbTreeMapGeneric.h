@@ -6,6 +6,7 @@
 #pragma once
 
 #include "dornl3/core/BaseCollection.h"
+#include "dornl3/core/MemberCall.h"
 
 #include <cstdint>
 
@@ -57,12 +58,39 @@ class RbTreeMapGeneric : public BaseRefCollection<PtrInterface> {
   /// Takes out a member that is in the tree.
   void _memberDelG(U32 nodeOffset, int, PtrInterface const* member);
 
+  /// The member behind another that is in the tree no longer; null at the end.
+  using Above = PtrInterface* (*)(RbTreeMapGeneric const& map, PtrInterface const& member);
+  /// Calls at `first`, and then at each member behind the one before, until that says no. Members may come and go
+  /// meanwhile.
+  void walkG(U32 nodeOffset, PtrInterface* first, Above above, MemberCall const& call) const;
+
   /// Asserts colours, parents and counts, and gives the depth; for tests.
   U32 verify(U32 nodeOffset) const;
 
  protected:
   static RbNode& node(PtrInterface const& member, U32 nodeOffset) noexcept {
     return *reinterpret_cast<RbNode*>(reinterpret_cast<std::uintptr_t>(&member) + nodeOffset);
+  }
+  // The first of the members from `at` downwards. A walk comes to those on the right of the way soon.
+  static PtrInterface* leftmost(PtrInterface* at, U32 nodeOffset) noexcept {
+    for (PtrInterface* next = at; next != nullptr; next = node(*at, nodeOffset).child_[RbNode::left].ptr()) {
+      at = next;
+      __builtin_prefetch(node(*at, nodeOffset).child_[RbNode::right].ptr());
+    }
+    return at;
+  }
+  // The member behind one that is in the tree.
+  static PtrInterface* successor(PtrInterface& member, U32 nodeOffset) noexcept {
+    PtrInterface* at = &member;
+    if (PtrInterface* const right = node(*at, nodeOffset).child_[RbNode::right].ptr()) {
+      return leftmost(right, nodeOffset);
+    }
+    while (RbNode const* const parent = node(*at, nodeOffset).parent()) {
+      PtrInterface* const above = memberOf(*parent, nodeOffset);
+      if (parent->child_[RbNode::left] == at) return above;
+      at = above;
+    }
+    return nullptr;
   }
   static PtrInterface* memberOf(RbNode const& node, U32 nodeOffset) noexcept {
     return reinterpret_cast<PtrInterface*>(reinterpret_cast<std::uintptr_t>(&node) - nodeOffset);

@@ -59,10 +59,10 @@ Ptr<typename A::Member> collectionNew(typename A::Owner& entity, typename A::Key
 /// The part of a setter at a key that comes before the reactors: whether there is something to tell them.
 template <class A>
 bool collectionStore(typename A::Owner& entity, typename A::Key const& key, typename A::Value const& value) {
-  Ptr<typename A::Member> const member = A::field(entity)[key];
-  if (member && member->value() == value) return false;
+  typename A::Member* const member = A::field(entity)[key];
+  if (member != nullptr && member->value() == value) return false;
   entity.vekNeedWritable(A::number);
-  if (member) {
+  if (member != nullptr) {
     member->valueIs(value);
   } else {
     static_cast<void>(detail::enter<A>(entity, key, value));

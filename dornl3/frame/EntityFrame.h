@@ -37,13 +37,19 @@ void notifyScalar(typename A::Owner& entity) {
   notifyReactors(entity, reactors, A::number, static_cast<ReactorSlot>(A::slot));
 }
 
+/// Stores a value that differs, and counts the write; nobody is told.
+template <class V>
+void storeOther(Entity& entity, V& field, V const& value) {
+  field = value;
+  entity.vekWriteCountInc();
+}
+
 /// The part of a setter that comes before the reactors: whether there is something to tell them.
 template <class V>
 bool storeScalar(Entity& entity, AttributeId number, V& field, V const& value) {
   if (field == value) return false;
   entity.vekNeedWritable(number);
-  field = value;
-  entity.vekWriteCountInc();
+  storeOther(entity, field, value);
   return true;
 }
 

@@ -16,7 +16,7 @@ namespace {
 constexpr char const* kindNames[] = {"size",   "broken", "played",    "place", "counts",   "countsDel", "countsDelAll",
                                      "faps",   "wanted", "wantedDel", "notes", "notesDel", "vlans",     "text",
                                      "lid",    "lidDel", "lidOpen",   "shelf", "shelfDel", "drawer",    "drawerDel",
-                                     "things", "step",   "settle",    "cut"};
+                                     "things", "step",   "settle",    "cut",   "beat",     "refused",   "takenBack"};
 
 // What a reactor last saw; complains where it is told of what it has seen.
 class Seen {
@@ -26,7 +26,9 @@ class Seen {
     std::string& last = values_[what];
     if (last == value && complaint_.empty()) complaint_ = what + " was told, and is still " + value;
     last = value;
+    if (value.empty() && ++timesGone_[what] == 2) wentTwice_ += what + ' ';
   }
+  [[nodiscard]] std::string const& wentTwice() const { return wentTwice_; }
   // What stands before the first call counts as seen.
   void is(std::string const& what, std::string const& value) { values_[what] = value; }
   // What stands otherwise than it was last told.
@@ -47,6 +49,8 @@ class Seen {
 
   std::string& complaint_;
   std::map<std::string, std::string> values_;
+  std::map<std::string, int> timesGone_;
+  std::string wentTwice_;
 };
 
 template <class V>
@@ -176,6 +180,16 @@ class LawScript::Replica {
     link.reader().mounts().mountIs(boxMount);
   }
 
+  void beat() {
+    link.world.now += 10;
+    link.owner().tick();
+    link.reader().tick();
+  }
+  void wantsWhatIsNot() {
+    link.owner().exports().exportIs(Toys::toyFactory("other"), access_);
+    link.reader().mounts().mountIs(Vek::NboAttrLog::mountOf<ToyBox>("other", access_));
+  }
+
   // Exports what has come into being where this mounts from, and listens to what has come here.
   void lookRound() {
     for (char const* name : {"toy", "box"}) {
@@ -193,6 +207,8 @@ class LawScript::Replica {
     std::string const what = missedBy(toyEar_);
     return what.empty() ? missedBy(boxEar_) : what;
   }
+
+  [[nodiscard]] std::string wentTwice() const { return boxEar_ ? boxEar_->seen.wentTwice() : std::string(); }
 
   LogPair link;
   Vek::Ptr<Vek::Dir> dir;
@@ -240,8 +256,21 @@ void LawScript::ask() {
   }
 }
 
+void LawScript::step() {
+  if (stepsLeft_ <= 0) return;
+  --stepsLeft_;
+  for (auto const& replica : replicas_) replica->link.step();
+}
+
 // A chain comes to rest link by link, and news from the end of it goes back the same way.
 void LawScript::settle() {
+  if (stepsLeft_ != std::numeric_limits<int>::max()) {
+    do {
+      step();
+      lookRound();
+    } while (stepsLeft_ > 0 && !isAtRest());
+    return;
+  }
   for (int i = 0; i < 8; ++i) {
     lookRound();
     for (auto const& replica : replicas_) replica->link.settle();
@@ -296,11 +325,14 @@ void LawScript::change(Toy& toy, ToyBox& box, Act const& act) {
 void LawScript::act(Act const& act) {
   Replica& replica = *replicas_[act.key % replicas_.size()];
   switch (act.kind) {
-  case Act::step:
-    for (auto const& each : replicas_) each->link.step();
-    return;
+  case Act::step: return step();
   case Act::settle: return settle();
   case Act::cut: return replica.reconnect();
+  case Act::beat:
+    for (auto const& each : replicas_) each->beat();
+    return;
+  case Act::refused: return replica.wantsWhatIsNot();
+  case Act::takenBack: return replica.link.owner().exports().exportDel("toy");
   default: break;
   }
   Vek::Dir const& dir = act.byReplica ? *replica.dir : *home_;
@@ -315,18 +347,29 @@ void LawScript::act(Act const& act) {
   }
 }
 
-void LawScript::playOn(std::vector<Act> const& acts) {
+int LawScript::playOn(std::vector<Act> const& acts, int steps) {
+  stepsLeft_ = steps;
   lookRound();
   for (Act const& each : acts) {
+    if (stepsLeft_ <= 0) return 0;
     act(each);
     lookRound();
   }
+  return stepsLeft_;
 }
 
 void LawScript::play(std::vector<Act> const& acts) {
   playOn(acts);
   ask();
   settle();
+}
+
+LogPair& LawScript::lastLink() { return replicas_.back()->link; }
+
+std::string LawScript::wentTwice() const {
+  std::string what;
+  for (auto const& replica : replicas_) what += replica->wentTwice();
+  return what;
 }
 
 bool LawScript::isAtRest() const {

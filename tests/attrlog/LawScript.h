@@ -42,7 +42,11 @@ struct Act {
     step,    ///< each end acts once
     settle,  ///< until there is nothing to do
     cut,     ///< the connection breaks, and another takes its place
-    end
+    end,
+    // Those of histories that a test writes.
+    beat = end,  ///< time for each end to say that it lives
+    refused,     ///< what is not there as it is wanted
+    takenBack,   ///< the toy, until the next cut
   };
   Kind kind;
   bool byReplica;
@@ -72,11 +76,15 @@ class LawScript {
 
   /// Plays acts, and lets all come to rest.
   void play(std::vector<Act> const& acts);
-  /// Plays acts alone.
-  void playOn(std::vector<Act> const& acts);
+  /// Plays acts alone, as long as the streams have moved less often than that. How often they might still move.
+  int playOn(std::vector<Act> const& acts, int steps = std::numeric_limits<int>::max());
   [[nodiscard]] bool isAtRest() const;
   /// What does not hold after all has come to rest; empty where all does.
   [[nodiscard]] std::string complaint();
+  /// What went at some time, and more than once.
+  [[nodiscard]] std::string wentTwice() const;
+  /// The streams of the last replica's connection, as each end has heard them.
+  [[nodiscard]] LogPair& lastLink();
 
  private:
   class Replica;
@@ -86,8 +94,10 @@ class LawScript {
   void lookRound();
   void ask();
   void settle();
+  void step();
 
   LawOptions options_;
+  int stepsLeft_ = std::numeric_limits<int>::max();
   std::string heard_;  // the first complaint of a reactor, or of an answer
   int unanswered_ = 0;
   Vek::Ptr<Vek::Dir> home_ = Vek::make<Vek::Dir>();

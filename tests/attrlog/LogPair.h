@@ -46,6 +46,7 @@ struct PairOptions {
   Vek::U32 turnBytes = 64 * 1024;
   std::size_t capacity = std::numeric_limits<std::size_t>::max();
   std::size_t slice = std::numeric_limits<std::size_t>::max();
+  bool isRecorded = false;  ///< whether what each end hears is kept
 };
 
 class LogPair {
@@ -72,9 +73,13 @@ class LogPair {
 
   /// Lets each end act once.
   void step() {
-    for (Connection* const connection : {&owner(), &reader()}) {
-      connection->writable();
-      connection->readable();
+    for (End* const end : {&*owner_, &*reader_}) {
+      end->connection->writable();
+      std::string const waits(options_.isRecorded ? end->transport.incoming() : std::string_view());
+      end->connection->readable();
+      if (!options_.isRecorded) continue;
+      std::string& heard = end == &*owner_ ? ownerHeard : readerHeard;
+      heard += waits.substr(0, waits.size() - end->transport.incoming().size());
     }
   }
   /// Until neither has anything to say.
@@ -96,6 +101,7 @@ class LogPair {
   [[nodiscard]] MemoryTransport& readerTransport() { return reader_->transport; }
 
   World world;
+  std::string ownerHeard, readerHeard;  // where it is recorded
 
  private:
   PairOptions options_;

@@ -143,11 +143,11 @@ TEST_F(Collections, AChildTakesNotAllFlagsOfItsParent) {
 // A child whose adapter cannot be looked up, or made, at the first try.
 struct Stubborn final : Toys::Shelf {
   using Shelf::Shelf;
-  std::function<void()> whenFound = [] {};
+  std::function<void()> whenFound;
   mutable std::function<void()> whenMade = [] {};
   using Shelf::vekNboAttrLogSa;
   Ptr<Sa> vekNboAttrLogSa(Ptr<Vek::NboAttrLog::Out const> const& out) override {
-    std::exchange(whenFound, [] {})();
+    if (auto const act = std::exchange(whenFound, nullptr)) act();
     return Shelf::vekNboAttrLogSa(out);
   }
   using Shelf::parent;
@@ -186,7 +186,12 @@ TEST_F(Collections, ABindingThatFails) {
   child->whenFound = again;
   bind();
   EXPECT_EQ(said(), (Records{"266~#151:" + textHex("s") + "0100019300000005"}));
+  std::function<void()> const always = [&] { child->whenFound = always, again(); };
+  child->whenFound = always;
+  EXPECT_THROW(bind(), Vek::AttrLogRecordException) << "it would try for ever";
+  EXPECT_EQ(said(), Records{});
   EXPECT_EQ(adapter->references(), before);
+  child->whenFound = nullptr;
   child->parentIs(nullptr);
 }
 

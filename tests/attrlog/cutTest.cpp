@@ -3,7 +3,9 @@
 #include "dornl3/generic/Digest.h"
 #include "tests/attrlog/BareLog.h"
 #include "tests/attrlog/LawScript.h"
+#include "tests/core/AllocationCount.h"
 
+#include <set>
 #include <stdexcept>
 
 namespace LogTest {
@@ -63,6 +65,82 @@ TEST_F(Broken, AnywhereInTheOwnersNews) {
 }
 TEST_F(Broken, AnywhereInAReplicasNews) {
   expectLawWhereverItBreaks(filled(false) + std::vector<Act>{settle} + changed(true), changed(false));
+}
+
+// The kinds of records in what an end has heard: of the connection c and the number; of an entity s and the sync mode,
+// m and the kind of marker, otherwise + or - as it comes or goes, with ~ where its length is its own and # for a child.
+std::set<std::string> kindsIn(std::string_view heard) {
+  std::set<std::string> kinds;
+  auto const at = [&heard](std::size_t place, std::size_t size) {
+    U32 value = 0;
+    for (std::size_t i = 0; i < size; ++i) value = value << 8 | static_cast<unsigned char>(heard[place + i]);
+    return value;
+  };
+  for (heard.remove_prefix(32 + at(30, 2)); heard.size() >= 22; heard.remove_prefix(at(12, 4) + 22)) {
+    auto const attribute = static_cast<int>(at(8, 4));
+    if (at(0, 4) == 0) {
+      kinds.insert("c" + std::to_string(attribute));
+    } else if (attribute == Vek::NboAttrLog::syncModeRecord) {
+      kinds.insert("s" + std::to_string(at(21, 4)));
+    } else if (attribute == Vek::NboAttrLog::transactionRecord) {
+      kinds.insert("m" + std::to_string(at(25, 4)));
+    } else {
+      kinds.insert(std::string(attribute < 0 ? "-" : "+") +
+                   (heard[18] != 0   ? "~"
+                    : at(12, 4) == 0 ? "0"
+                                     : "") +
+                   (at(16, 2) != 0 ? "#" : ""));
+    }
+  }
+  return kinds;
+}
+
+// The last of three processes, which writes, and the one between, which hands on: cut from each other after every byte
+// of what both say.
+TEST_F(Broken, AnywhereInASessionOfEveryKindOfRecord) {
+  auto const owners = [](Act::Kind kind, U32 key, U32 value = 0) { return Act{kind, false, key, value}; };
+  auto const lasts = [](Act::Kind kind, U32 key, U32 value = 0) { return Act{kind, true, key, value}; };  // key odd
+  auto const session = filled(false) + std::vector<Act>{settle, owners(Act::beat, 0), lasts(Act::text, 3, 1)} +
+                       steps(60) +
+                       std::vector<Act>{lasts(Act::text, 3, 2),   lasts(Act::size, 1, 9),   lasts(Act::countsDel, 1),
+                                        lasts(Act::wantedDel, 1), lasts(Act::notes, 3, 3),  lasts(Act::shelfDel, 3),
+                                        lasts(Act::shelf, 5),     lasts(Act::drawer, 5, 1), settle,
+                                        owners(Act::text, 5)} +
+                       steps(550) +
+                       std::vector<Act>{owners(Act::text, 1, 2),
+                                        owners(Act::notesDel, 1),
+                                        owners(Act::wanted, 3),
+                                        settle,
+                                        owners(Act::countsDel, 2),
+                                        owners(Act::wantedDel, 3),
+                                        owners(Act::lidDel, 0),
+                                        owners(Act::shelfDel, 0),
+                                        lasts(Act::refused, 1),
+                                        lasts(Act::takenBack, 1),
+                                        settle};
+  std::vector<Act> const boundAgain = {lasts(Act::cut, 1), owners(Act::size, 0, 1)};
+  LawOptions options;
+  options.access = Access::writable;
+  options.joined = Joined::chain;
+  options.pair.limits.outBytes = 90;
+  options.pair.limits.messageBytes = 30;
+  options.pair.capacity = options.pair.slice = 1;
+  options.pair.isRecorded = true;
+  bool isWhole = false;
+  for (int bytes = 0; !isWhole; bytes += countsAllocations ? 1 : 5) {  // where sanitizers slow it down, every fifth
+    LawScript script(options);
+    isWhole = script.playOn(session, bytes) > 0;
+    if (isWhole) {
+      EXPECT_EQ(kindsIn(script.lastLink().readerHeard),
+                (std::set<std::string>{"c136", "c161", "c162", "c163", "c166", "s1", "s2", "m0", "m1", "m2", "+", "+~",
+                                       "+~#", "-", "-~", "-0"}));
+      EXPECT_EQ(kindsIn(script.lastLink().ownerHeard),
+                (std::set<std::string>{"c160", "c163", "c164", "m1", "+", "+~", "+~#", "-", "-~"}));
+    }
+    script.play(boundAgain);
+    ASSERT_EQ(script.complaint(), "") << "cut after " << bytes << " bytes";
+    ASSERT_EQ(script.wentTwice(), "") << "cut after " << bytes << " bytes";
+  }
 }
 
 // A stream that throws at one of its writes.

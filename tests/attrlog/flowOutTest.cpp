@@ -226,6 +226,46 @@ TEST_F(Owed, WalksNest) {
   EXPECT_TRUE(adapter->hasFlag(Sa::handlingScheduledFlowOut));
 }
 
+// A log that fails at a change.
+struct Failing final : Toy::VekNboAttrLogSa {
+  using VekNboAttrLogSa::VekNboAttrLogSa;
+  void onSize() override { fail(); }
+  std::function<void()> fail;
+};
+
+TEST_F(Owed, AChangeThatALogCouldNotTakeIsOwedOrEndsTheLog) {
+  Toys::Calls calls;
+  auto const ear = Toys::listen<Toys::ToyListener>(toy, calls, "L");
+  auto const failing = Vek::make<Failing>(Sa::Vek_BitSet{}, toy, U32{1}, log().out(), nullptr);
+  failing->hasNotificationActiveIs(true);
+  failing->doAssignEntityId();
+  failing->fail = [] { throw Vek::ReadOnlyException("the caller must know"); };
+  EXPECT_THROW(toy->sizeInc(1), Vek::ReadOnlyException);
+  failing->fail = [] { throw Vek::ProtocolException("the caller must know"); };
+  EXPECT_THROW(toy->sizeInc(1), Vek::ProtocolException);
+  EXPECT_EQ(calls, Toys::Calls{}) << "those behind are not told";
+
+  failing->fail = [] { throw std::bad_alloc(); };
+  for (auto const side : {Sa::Side::plain, Sa::Side::owner}) {
+    failing->sideIs(side);
+    calls.clear();
+    toy->sizeInc(1);
+    EXPECT_EQ(calls, (Toys::Calls{"L size"}));
+    EXPECT_TRUE(log().demuxer().schedule().isDue());
+    failing->fail = [&] { failing->Toy::VekNboAttrLogSa::onSize(); };
+    while (log().demuxer().schedule().isDue()) {
+      log().demuxer().schedule().turn(1000);
+      said();
+    }
+    failing->fail = [] { throw std::bad_alloc(); };
+  }
+  failing->sideIs(Sa::Side::replica);
+  toy->sizeInc(1);
+  EXPECT_EQ(calls, (Toys::Calls{"L size", "L size"}));
+  EXPECT_EQ(log().state(), Vek::NboAttrLog::dead);
+  EXPECT_EQ(log().closeReason(), "a change could not be written: std::bad_alloc");
+}
+
 struct OwedText : Owed {
   static PairOptions threeBytes() {
     PairOptions options = oneRecord(3);

@@ -14,9 +14,10 @@ class AdapterTable::Place final : public HashElement<EntityId, Ptr<StreamAdapter
 AdapterTable::AdapterTable(U32 tag, U32 most) : tag_(tag), most_(most) {}
 AdapterTable::~AdapterTable() = default;
 
-StreamAdapter* AdapterTable::find(EntityId id) const noexcept {
+void AdapterTable::search(EntityId id) const noexcept {
   Place const* const place = map_[id];
-  return place == nullptr ? nullptr : place->value().ptr();
+  last_ = place == nullptr ? nullptr : place->value().ptr();
+  lastId_ = id;
 }
 
 void AdapterTable::count(EntityId id, int by) noexcept {
@@ -26,6 +27,7 @@ void AdapterTable::count(EntityId id, int by) noexcept {
 }
 
 void AdapterTable::enter(EntityId id, StreamAdapter& adapter) {
+  last_ = nullptr;
   if (Place* const place = map_[id]) {
     place->valueIs(&adapter);
     return;
@@ -35,6 +37,7 @@ void AdapterTable::enter(EntityId id, StreamAdapter& adapter) {
 }
 
 Ptr<StreamAdapter> AdapterTable::take(EntityId id) {
+  last_ = nullptr;
   Ptr<Place> const place = map_[id];
   if (!place) return {};
   map_.deleteMember(place);

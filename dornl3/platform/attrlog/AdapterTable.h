@@ -22,7 +22,10 @@ class AdapterTable {
   AdapterTable& operator=(AdapterTable const&) = delete;
 
   /// The adapter of that id, or null.
-  [[nodiscard]] StreamAdapter* find(EntityId id) const noexcept;
+  [[nodiscard]] StreamAdapter* find(EntityId id) const noexcept {
+    if (last_ == nullptr || !(lastId_ == id)) search(id);
+    return last_;
+  }
   /// Enters an adapter under an id, in the place of what stands there.
   void enter(EntityId id, StreamAdapter& adapter);
   /// Takes out what stands under an id; null where nothing does.
@@ -51,6 +54,7 @@ class AdapterTable {
   class Place;
   using Map = HashMap<Place, EntityId, Ptr<StreamAdapter>>;
   void count(EntityId id, int by) noexcept;
+  void search(EntityId id) const noexcept;
 
   U32 tag_;
   U32 most_;
@@ -58,6 +62,9 @@ class AdapterTable {
   U32 foreign_ = 0;
   U32 sequence_ = 0;
   HashMap<Place, EntityId, Ptr<StreamAdapter>> map_;
+  // What was found last: several records in a row are of one entity.
+  mutable EntityId lastId_;
+  mutable StreamAdapter* last_ = nullptr;
 };
 
 }  // namespace NboAttrLog

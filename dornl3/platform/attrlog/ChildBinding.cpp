@@ -9,17 +9,30 @@ using NboAttrLog::Demuxer;
 using NboAttrLog::Out;
 using Sa = Entity::VekNboAttrLogSa;
 
+namespace {
+
+// A binding that is to be made again more often than that never will be made.
+constexpr int mostBindings = 8;
+
+}  // namespace
+
 U32 Sa::childFlags() const noexcept { return Vek_BitSet::notificationBitMask() & 0xffffc3cf & flags(); }
 
 bool Sa::bindChild(AttributeId attr, U32 slot, ChildBinder const& bind) {
   Ptr<Sa> child;
-  while (!child) {
+  for (int times = 1; !child; ++times) {
     try {
       Expect const expect{EntityIdUnavailableException::id};
       child = bind.call(childFlags());
     } catch (AttrLogRecordException const&) {
-      continue;
-    } catch (EntityIdUnavailableException const&) {
+      if (times == mostBindings) throw;
+    } catch (EntityIdUnavailableException const& error) {
+      if (runningSession()) {
+        // The far side would wait for ever for the whole.
+        Ptr<Entity> const entity = vekNotifierEntity();
+        streamDemuxer()->schedule().failureIs(entity->fullName() + "." + entity->attributeString(attr) + ": " +
+                                              error.message());
+      }
       if (!flowOut() && !openFlowOut(attr)) return true;
       flowOut()->attrIdIs(attr);
       if (slot != 0) flowOut()->slotBitIs(slot, true);
@@ -69,6 +82,9 @@ void Sa::inheritSide() {
 }
 
 void Sa::childRecordIs(AttributeId attr, String8 const& key, Sa& child) {
+  // The far side may have made a child of that name too. Whether this is the same, or another that has taken its place
+  // here, is told by what had been applied.
+  if (hasChildOfPeers_) streamDemuxer()->ackIfMoved();
   Ptr<Out> const& out = recordIs(static_cast<int>(attr), 0, true, NboAttrLog::childBindRecord);
   out << key << child.entityId();
   recordClosed();
@@ -83,6 +99,7 @@ void Sa::receiveChildId(Ptr<Entity> const& child) {
   Ptr<NboAttrLog::In> const in = boundLog()->reverseLog();
   Demuxer* const demuxer = demuxFor(in);
   if (!child || !in || demuxer == nullptr) return;
+  hasChildOfPeers_ = side() == Side::owner;
   Ptr<Sa> const adapter = child->vekNboAttrLogSaIs(Vek_BitSet(childFlags()), 1, boundLog(), channel_);
   adapter->inheritSide();
   EntityId const id = in->nextEntityId();

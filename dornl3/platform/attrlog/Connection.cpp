@@ -71,6 +71,7 @@ Connection::Connection(Settings settings, Transport& transport, Clock clock, Ran
   double& heartbeat = settings_.limits.heartbeatSeconds;
   heartbeat = heartbeat >= leastHeartbeat ? std::min(heartbeat, mostHeartbeat) : leastHeartbeat;  // also no number
   out_->demuxer_ = &demuxer_;
+  out_->in_ = in_.ptr();
   in_->demuxer_ = &demuxer_;
   in_->textLimitIs(settings_.limits.textBytes);
   in_->isStrictIs(true);
@@ -82,6 +83,7 @@ Connection::~Connection() {
   isBusy_ = false;
   finish();
   out_->connection_ = nullptr;
+  out_->in_ = nullptr;
 }
 
 void Connection::greet() {
@@ -146,7 +148,7 @@ bool Connection::takeGreeting() {
   out_->limits_.textBytes = std::min(out_->limits_.textBytes, theirs.textBytes);
   demuxer_.adapters().mostIs(std::min(settings_.limits.entities, theirs.entities));
   bytes.consume(greetingSize + nameLength);
-  out_->bufferFlag_ = true;
+  out_->bufferFlagIs(true);
   demuxer_.stateIs(open);
   mounts_.opened();
   if (whenOpen_) whenOpen_();
@@ -269,7 +271,7 @@ void Connection::closeIs(String8 const& reason) {
     // The peer will see the end of the stream.
   }
   demuxer_.stateIs(closing);
-  out_->bufferFlag_ = false;
+  out_->bufferFlagIs(false);
   if (isBusy_) return;
   finish();
   tellDue();
@@ -278,7 +280,7 @@ void Connection::closeIs(String8 const& reason) {
 // With no record and no turn on the stack.
 void Connection::finish() noexcept {
   if (state() != closing) return;
-  out_->bufferFlag_ = false;
+  out_->bufferFlagIs(false);
   mounts_.ended();  // first: whoever hears that a barrier has no answer finds that nothing can be written
   demuxer_.barriers().ended();
   exports_.ended();

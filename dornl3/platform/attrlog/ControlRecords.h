@@ -5,6 +5,8 @@
 
 #include "dornl3/platform/attrlog/In.h"
 
+#include <vector>
+
 namespace Vek::NboAttrLog {
 
 /// The header of a record as it was read.
@@ -29,8 +31,9 @@ struct RecordHeader {
 void sendMount(Out& out, Name const& name, String8 const& typeName, bool writable);
 void sendRefused(Out& out, Name const& name, String8 const& reason);
 void sendGone(Out& out, EntityId id);
-/// An exported entity, which is mounted here itself, is in step with its owner, or no longer.
-void sendState(Out& out, EntityId id, bool isInStep);
+/// An exported entity, which is mounted here itself, is in step with its owner, or no longer. `cameThrough`: see
+/// cameThrough() of Mounts.
+void sendState(Out& out, EntityId id, bool isInStep, std::vector<U32> const& cameThrough);
 /// Asks whether all that was written to an entity has been applied, or answers.
 void sendBarrier(Out& out, EntityId id, U64 number, BarrierKind kind);
 void sendAlive(Out& out);

@@ -103,14 +103,18 @@ Ptr<FlowIn> Demuxer::flowIn(EntityId id) const {
 Ptr<FlowIn> Demuxer::flowInIs(EntityId id) {
   Ptr<FlowIn>& flowIn = flowIns_[id.number()];
   if (!flowIn) flowIn = make<FlowIn>();
+  out_->hasFlowInsIs(true);
   return flowIn;
 }
 
-void Demuxer::flowInDel(EntityId id) { flowIns_.erase(id.number()); }
+void Demuxer::flowInDel(EntityId id) {
+  if (flowIns_.erase(id.number()) != 0) out_->hasFlowInsIs(!flowIns_.empty());
+}
 
 void Demuxer::notReplicatedIs(String8 const& path, bool on) {
   std::erase(notReplicated_, path);
   if (on && notReplicated_.size() < mostNotReplicated) notReplicated_.push_back(path);
+  out_->isWatchedIs(!notReplicated_.empty());
 }
 
 void Demuxer::ackIfMoved() {
@@ -124,6 +128,7 @@ void Demuxer::ackIfMoved() {
 void Demuxer::teardown() noexcept {
   schedule_.clear();
   flowIns_.clear();
+  out_->hasFlowInsIs(false);
   for (Ptr<StreamAdapter> const& adapter : adapters_.all()) {
     reactorDel(adapter->entityId());
     adapter->notifierIs(nullptr);

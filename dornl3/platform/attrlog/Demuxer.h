@@ -104,7 +104,6 @@ class Demuxer {
   /// most so many are named; all are counted by Out::droppedRecords().
   static constexpr std::size_t mostNotReplicated = 64;
   [[nodiscard]] std::vector<String8> const& notReplicated() const noexcept { return notReplicated_; }
-  [[nodiscard]] bool hasNotReplicated() const noexcept { return !notReplicated_.empty(); }
   void notReplicatedIs(String8 const& path, bool on);
 
   /// Passed over, for want of an adapter, an attribute or a field.

@@ -34,7 +34,7 @@ void applyControl(Connection& connection, RecordHeader const& header) {
   case goneRecord: {
     EntityId const id = in.nextEntityId();
     in.phaseIs(In::Phase::applying);
-    connection.mounts().gone(id);
+    if (!connection.exports().gone(id)) connection.mounts().gone(id);
     break;
   }
   case aliveRecord: break;
@@ -47,8 +47,10 @@ void applyControl(Connection& connection, RecordHeader const& header) {
   case stateRecord: {
     EntityId const id = in.nextEntityId();
     bool const isInStep = in.nextbool();
+    std::vector<U32> cameThrough;
+    while (!in.isAtLimit() && cameThrough.size() <= mostOfAChain) cameThrough.push_back(in.nextU32());
     in.phaseIs(In::Phase::applying);
-    connection.mounts().upstreamIs(id, isInStep);
+    connection.mounts().upstreamIs(id, isInStep, std::move(cameThrough));
     break;
   }
   case barrierRecord: {

@@ -7,6 +7,7 @@
 #include "dornl3/core/ReactorChain.h"
 #include "dornl3/platform/attrlog/MsgChannel.h"
 #include "dornl3/platform/attrlog/StreamAdapter.h"
+#include "dornl3/platform/attrlog/WalkTable.h"
 #include "dornl3/platform/vek/Entity.h"
 
 namespace Vek {
@@ -80,21 +81,22 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
     mark,    ///< it is marked in the flow-out, which stands
     write,   ///< it is written now
   };
-  /// Writes the field of a scalar, or marks the scalar; nothing where there is no field. It is sent as a number of
-  /// `size` bytes, which it has in memory too.
-  void logNumber(AttributeId attr, U32 slot, void const* field, U32 size);
-  /// Writes a field, given where it lies.
-  using FieldWriter = void (*)(NboAttrLog::OutPtr const& out, void const* field);
-  /// The same for a field whose size is not told ahead.
-  void logField(AttributeId attr, U32 slot, void const* field, FieldWriter write);
+  /// How the fields of a type are written.
+  struct FieldForm {
+    U32 bytes;  ///< of one that is a number, in memory as on the log; 0 for another, which `write` writes
+    void (*write)(NboAttrLog::OutPtr const& out, void const* field);
+  };
+  /// Writes the field of a scalar, or marks the scalar; nothing where there is no field. `isFixed`: the size is told
+  /// ahead.
+  void logField(AttributeId attr, U32 slot, bool isFixed, void const* field, FieldForm form);
   /// A record of one key.
   struct KeyRecord {
     AttributeId attr;
     bool isFixed;  ///< its size is told ahead
     void const* key;
-    FieldWriter putKey;
+    FieldForm keyForm;
     void const* value;  ///< null where the key is there no longer
-    FieldWriter putValue;
+    FieldForm valueForm;
   };
   /// Writes a key, where the plainest of all reasons says so; else the turn decides. Whether it is written.
   [[nodiscard]] bool logKey(KeyRecord const& record);
@@ -149,19 +151,8 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   [[nodiscard]] bool mustMakeWay(Ptr<Entity> const& child, EntityId id, bool mayThrow);
   [[nodiscard]] Ptr<VekNboAttrLogSa> childAdapterOf(Ptr<Entity> const& child) const;
 
-  /// One step of the walk, over a text.
-  [[nodiscard]] bool stepOverText(NboAttrLog::FlowOut& owed, AttributeId attr, AttributeId behind, U32 slot,
-                                  bool (VekNboAttrLogSa::*handler)(), AttributeId& next);
-  /// One step of the walk, over a scalar: whether the walk ends here, with `next` as its answer. `behind`: the
-  /// attribute that follows, 0 for none.
-  [[nodiscard]] bool stepOverScalar(NboAttrLog::FlowOut& owed, AttributeId attr, AttributeId behind, U32 slot,
-                                    void (VekNboAttrLogSa::*handler)(), AttributeId& next);
-  /// The end of the step of a collection.
-  [[nodiscard]] bool stepEnds(NboAttrLog::FlowOut const& owed, AttributeId attr, AttributeId behind, bool done,
-                              AttributeId& next) const;
-  /// The beginning of the walk: aborts that are owed, and the framework's attributes. `first` is the type's first own
-  /// attribute. Whether the walk ends here, with `from` as its answer.
-  [[nodiscard]] bool walkEndsEarly(NboAttrLog::FlowOut* owed, AttributeId first, AttributeId& from);
+  /// Writes what the flow-out owes of these attributes, from one on: see StreamAdapter::handleAttrFlowOut.
+  [[nodiscard]] AttributeId walk(NboAttrLog::WalkTable const& table, AttributeId from);
 
   /// Whether nobody but this adapter, which is silent for what it is applying, hears of changes.
   [[nodiscard]] bool isAloneOn(ReactorChain const& reactors) const noexcept {
@@ -197,15 +188,23 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   void needWritable(AttributeId attr);
   [[nodiscard]] bool isInStep() const noexcept;
   void sayWhatWasApplied();
+  void putField(void const* field, FieldForm form);
   /// What follows the closing of a record.
   void recordDone();
   void noteWhatWasTooLong();
+  /// The far side has an older value of this attribute, or no longer.
+  void notReplicatedIs(AttributeId attr, bool on);
+  // Steps of the walk: whether it ends there, with `next` as its answer. `behind`: the attribute that follows, or 0.
+  [[nodiscard]] bool walkEndsEarly(NboAttrLog::FlowOut* owed, AttributeId first, AttributeId& from);
+  [[nodiscard]] bool stepEnds(NboAttrLog::FlowOut& owed, NboAttrLog::WalkStep const& step, AttributeId behind,
+                              AttributeId& next);
   /// Makes a flow-out that owes nothing, for what is then marked.
   [[nodiscard]] bool openFlowOut(AttributeId attr);
 
   Ptr<PtrInterface::NotifieeConst> reactorAdapter_;
   MsgChannel::Constrainer::VekEntry* channel_;
-  bool isNew_ = false;  // bound as a child just now
+  bool isNew_ = false;            // bound as a child just now
+  bool hasChildOfPeers_ = false;  // the far side has made a child of the entity
 };
 
 /// Holds entityReactorActive on an adapter while a record is applied to its entity.

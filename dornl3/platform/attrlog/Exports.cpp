@@ -98,7 +98,17 @@ void Exports::announce(Export const& exported, Request const& request) {
   }
   adapter->doSerializeOrphan();
   // A replica is exported no more in step than it is mounted.
-  if (Dir::stateOf(entity) != Dir::inStep) sendState(*out, adapter->entityId(), false);
+  bool const isInStep = Dir::stateOf(entity) == Dir::inStep;
+  std::vector<U32> const through = cameThrough(entity);
+  if (!isInStep || !through.empty()) sendState(*out, adapter->entityId(), isInStep, through);
+}
+
+bool Exports::gone(EntityId id) {
+  Ptr<StreamAdapter> const adapter = connection_.demuxer().adapters().find(id);
+  if (!adapter || adapter->side() != StreamAdapter::Side::owner || !adapter->isMountRoot()) return false;
+  connection_.demuxer().unbind(*adapter);
+  connection_.demuxer().barriers().rootLeft(id);
+  return true;
 }
 
 void Exports::barrier(Name const& name, Barriers::Answer answer) {

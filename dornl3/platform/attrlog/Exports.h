@@ -36,6 +36,8 @@ class Exports {
 
   /// The peer asks for an entity. Throws ProtocolException where it asks and does not read the answers.
   void mountRequested(Name const& name, String8 const& typeName, Access access);
+  /// The peer wants what has this id no longer. Whether it is an entity that it mounts from here.
+  bool gone(EntityId id);
   void ended() noexcept;
 
  private:

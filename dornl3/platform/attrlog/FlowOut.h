@@ -18,6 +18,8 @@ class StreamAdapter;
 
 namespace NboAttrLog {
 
+struct WalkTable;
+
 class FlowOut : public PtrInterface {
  public:
   /// Attributes for which an abort marker is owed.
@@ -76,6 +78,11 @@ class FlowOut : public PtrInterface {
   [[nodiscard]] VekPendingAbort::Map const& pendingAbort() const noexcept { return pendingAbort_; }
   virtual void pendingAbortDel(AttributeId attr);
   virtual void pendingAbortIs(AttributeId attr, bool on);
+
+  /// Owes these attributes from `start` on; the bits are fresh.
+  void oweFrom(WalkTable const& table, AttributeId start) noexcept;
+  /// Drops the key or the place in a text of the attribute that the walk stands on.
+  void placeDel(WalkTable const& table);
 
   [[nodiscard]] StreamAdapter* streamAdapter() const noexcept { return adapter_; }
   [[nodiscard]] bool isFull() const noexcept { return isFull_; }

@@ -5,12 +5,15 @@
 namespace Vek {
 
 InboundRecord::InboundRecord(Sa& adapter, int attr, Ptr<NboAttrLog::In> const& in)
-    : adapter_(&adapter),
+    : adapter_(adapter),
       entity_(const_cast<Entity*>(static_cast<Entity const*>(adapter.rawNotifier()))),
-      input_(in),
+      input_(in.ptr()),
       applies_(!in) {
-  if (!input_ && adapter.nboAttrLogOut() != nullptr) input_ = adapter.boundLog()->reverseLog();
-  if (!input_ || !entity_) {
+  if (applies_) {
+    NboAttrLog::Out const* const out = adapter.nboAttrLogOut();
+    if (out != nullptr) input_ = out->input();
+  }
+  if (input_ == nullptr || !entity_) {
     input_ = nullptr;
     return;
   }
@@ -18,7 +21,7 @@ InboundRecord::InboundRecord(Sa& adapter, int attr, Ptr<NboAttrLog::In> const& i
   if (adapter.hasFlag(StreamAdapter::entityReactorActive)) {
     throwInternalException("entity reactor is already active");
   }
-  adapter.needRemoteWritable(attr);
+  if (adapter.hasFlag(StreamAdapter::readOnlyRemote)) adapter.needRemoteWritable(attr);
   adapter.flagsIs(StreamAdapter::entityReactorActive, true);
   isActive_ = true;
 }

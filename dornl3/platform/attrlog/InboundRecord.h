@@ -16,11 +16,11 @@ class InboundRecord {
   InboundRecord(InboundRecord const&) = delete;
   InboundRecord& operator=(InboundRecord const&) = delete;
   ~InboundRecord() {
-    if (isActive_) adapter_->flagsIs(StreamAdapter::entityReactorActive, false);
+    if (isActive_) adapter_.flagsIs(StreamAdapter::entityReactorActive, false);
   }
 
   /// Whether there is anything to read from.
-  explicit operator bool() const noexcept { return static_cast<bool>(input_); }
+  explicit operator bool() const noexcept { return input_ != nullptr; }
   [[nodiscard]] NboAttrLog::In& in() const noexcept { return *input_; }
   /// Whether the record is applied, and not passed over for the present value to be sent.
   [[nodiscard]] bool applies() const noexcept { return applies_; }
@@ -29,9 +29,9 @@ class InboundRecord {
   [[nodiscard]] Ptr<Entity> const& entity() const noexcept { return entity_; }
 
  private:
-  Ptr<Sa> const adapter_;
+  Sa& adapter_;  // whoever hands the record over holds it
   Ptr<Entity> const entity_;
-  Ptr<NboAttrLog::In> input_;
+  NboAttrLog::In* input_;
   bool const applies_;
   bool isActive_ = false;
 };

@@ -43,7 +43,7 @@ class EntityIdUnavailableException : public Exception {
   ~EntityIdUnavailableException() override;
 };
 
-/// A child's binding must be made again. It is not thrown twice for one binding.
+/// A child's binding must be made again. Where it is thrown again and again for one binding, that has failed.
 class AttrLogRecordException : public Exception {
  public:
   static constexpr Id id = 48;

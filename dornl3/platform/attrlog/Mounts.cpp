@@ -14,14 +14,42 @@ namespace {
 
 // Those who mount an entity from here are told how it stands to its own owner.
 void tellBelow(Entity& entity, bool isInStep) {
+  std::vector<U32> const through = cameThrough(entity);
   for (Demuxer* const demuxer : globalNboAttrLogDemuxerManager().nboDemuxerIterator()) {
     auto const adapter = entity.vekNboAttrLogSa(Ptr<Out const>(&demuxer->out()));
     if (!adapter || adapter->side() != StreamAdapter::Side::owner || adapter->nboAttrLogOut() == nullptr) continue;
-    sendState(*adapter->boundLog(), adapter->entityId(), isInStep);
+    sendState(*adapter->boundLog(), adapter->entityId(), isInStep, through);
   }
 }
 
+// Whether one of these marks is that of a connection over which the entity goes out from here.
+bool goesOutUnder(std::vector<U32> const& marks, Entity& entity) {
+  for (Demuxer* const demuxer : globalNboAttrLogDemuxerManager().nboDemuxerIterator()) {
+    if (std::find(marks.begin(), marks.end(), demuxer->adapters().tag()) == marks.end()) continue;
+    auto const adapter = entity.vekNboAttrLogSa(Ptr<Out const>(&demuxer->out()));
+    if (adapter && adapter->side() == StreamAdapter::Side::owner) return true;
+  }
+  return false;
+}
+
+constexpr char const* isACycle =
+    "a cycle of mounts: what the peer has here has come from this very entity. Leave out one of the mounts.";
+
 }  // namespace
+
+std::vector<U32> cameThrough(Entity const& entity) {
+  for (Demuxer* const demuxer : globalNboAttrLogDemuxerManager().nboDemuxerIterator()) {
+    Connection* const connection = demuxer->out().connection();
+    if (connection == nullptr) continue;
+    for (Ptr<Mount> const& mount : connection->mounts().mounts_) {
+      if (mount->entity_ != &entity) continue;
+      std::vector<U32> marks = mount->cameThrough_;
+      marks.push_back(connection->peerTag());
+      return marks;
+    }
+  }
+  return {};
+}
 
 Mount::Mount(Name name, VekType const& type, Access access, Ptr<Dir> dir)
     : name_(std::move(name)), type_(type), access_(access), dir_(std::move(dir)) {}
@@ -105,6 +133,7 @@ void Mounts::mountDel(Mount& mount) {
   EntityId const id = adapter ? adapter->entityId() : EntityId{};
   if (adapter) {
     guardTree(mount, true);
+    if (connection_.out()->bufferFlag()) sendGone(*connection_.out(), id);
     connection_.demuxer().unbind(*adapter);
   }
   mount.linkStateIs(Dir::stale);
@@ -177,6 +206,12 @@ bool Mounts::announced(In& in) {
   }
 
   Ptr<Entity> entity = mount->dir_->entity(name);
+  auto const present = entity ? entity->vekNboAttrLogSa(Ptr<Out const>(connection_.out())) : nullptr;
+  if (present && present->side() == StreamAdapter::Side::owner) {
+    in.phaseIs(In::Phase::applying);
+    refuse(*mount, id, isACycle);
+    return true;
+  }
   if (!entity || entity->fwkType() != &mount->type()) {
     in.positionIs(arguments);
     entity = mount->type().newEntity(connection_.in(), {}, 1, nullptr);
@@ -185,7 +220,12 @@ bool Mounts::announced(In& in) {
     mount->dir_->entryIs(entity);
   }
   in.phaseIs(In::Phase::applying);
+  if (mount->entity_ != entity) {
+    mount->stateBefore_ = mount->dir_->entry(name)->state();
+    mount->wasGuarded_ = entity->vekIsWriteGuarded();
+  }
   mount->entity_ = entity;
+  mount->cameThrough_.clear();
   mount->lastWord_ = connection_.now();
   U32 flags = StreamAdapter::weakAdapter;
   if (mount->access() == Access::readOnly) flags |= StreamAdapter::readOnlyLocal;
@@ -231,12 +271,40 @@ void Mounts::settleState(Mount& mount) {
   mount.linkStateIs(mount.linkState_);
 }
 
-void Mounts::upstreamIs(EntityId id, bool isInStep) {
+void Mounts::upstreamIs(EntityId id, bool isInStep, std::vector<U32> cameThrough) {
   Ptr<StreamAdapter> const adapter = connection_.demuxer().adapters().find(id);
   Ptr<Mount> const mount = adapter ? find(*adapter) : Ptr<Mount>{};
   if (!mount) return;
+  connection_.in()->phaseIs(In::Phase::applying);
+  if (goesOutUnder(cameThrough, *mount->entity_)) return refuse(*mount, id, isACycle);
+  if (cameThrough.size() > mostOfAChain) {
+    return refuse(*mount, id, format("it has come through more than %u connections", static_cast<U32>(mostOfAChain)));
+  }
+  Dir::State const before = mount->state_;
+  bool const cameAnotherWay = cameThrough != mount->cameThrough_;
+  mount->cameThrough_ = std::move(cameThrough);
   mount->isUpstreamInStep_ = isInStep;
   settleState(*mount);
+  if (cameAnotherWay && mount->state_ == before) tellBelow(*mount->entity_, before == Dir::inStep);
+}
+
+// The entity stands as it did before it was bound; the mount has none.
+void Mounts::refuse(Mount& mount, EntityId id, String8 const& reason) {
+  Ptr<Mount> const held(&mount);
+  sendGone(*connection_.out(), id);
+  if (Ptr<Entity> const entity = mount.entity_) {
+    guardTree(mount, mount.wasGuarded_);
+    if (Ptr<StreamAdapter> const adapter = connection_.demuxer().adapters().find(id)) {
+      connection_.demuxer().unbind(*adapter);
+    }
+    connection_.demuxer().barriers().rootLeft(id);
+    mount.entity_ = nullptr;
+    if (Ptr<Dir::Entry> const entry = mount.dir_->entry(mount.name_)) entry->stateIs(mount.stateBefore_);
+    tellBelow(*entity, mount.stateBefore_ == Dir::inStep);
+  }
+  mount.cameThrough_.clear();
+  mount.linkState_ = mount.state_ = Dir::neverSynced;
+  refused(mount.name_, reason);
 }
 
 }  // namespace Vek::NboAttrLog

@@ -50,6 +50,7 @@ class Mount final : public PtrInterface {
 
  private:
   friend class Mounts;
+  friend std::vector<U32> cameThrough(Entity const& entity);
   void linkStateIs(Dir::State state);
   void stateIs(Dir::State state);
 
@@ -60,6 +61,10 @@ class Mount final : public PtrInterface {
   Dir::State state_ = Dir::neverSynced;
   Dir::State linkState_ = Dir::neverSynced;  // as this connection alone would have it
   bool isUpstreamInStep_ = true;
+  std::vector<U32> cameThrough_;  // between the owner and the peer
+  // How the entity stood before it was bound here.
+  Dir::State stateBefore_ = Dir::inStep;
+  bool wasGuarded_ = false;
   double lastWord_ = 0;
   Connection* connection_ = nullptr;  // that it was given to
   String8 refusal_;
@@ -69,6 +74,8 @@ class Mount final : public PtrInterface {
 
 class Mounts {
  public:
+  friend std::vector<U32> cameThrough(Entity const& entity);
+
   explicit Mounts(Connection& connection) noexcept : connection_(connection) {}
   Mounts(Mounts const&) = delete;
   Mounts& operator=(Mounts const&) = delete;
@@ -86,8 +93,9 @@ class Mounts {
   bool announced(In& in);
   void refused(Name const& name, String8 const& reason);
   void gone(EntityId id);
-  /// An entity that the peer mounts from another is in step there, or no longer.
-  void upstreamIs(EntityId id, bool isInStep);
+  /// An entity that the peer mounts from another is in step there, or no longer; and what it came through. One that
+  /// came through here is refused.
+  void upstreamIs(EntityId id, bool isInStep, std::vector<U32> cameThrough);
   /// The owner has told how far an entity has come.
   void syncModeReceived(StreamAdapter const& adapter);
 
@@ -96,12 +104,18 @@ class Mounts {
   [[nodiscard]] Ptr<Mount> find(StreamAdapter const& adapter) const;
   static void leave(Mount& mount) noexcept;
   void request(Mount const& mount);
+  void refuse(Mount& mount, EntityId id, String8 const& reason);
   void guardTree(Mount const& mount, bool armed);
   void settleState(Mount& mount);
 
   Connection& connection_;
   std::vector<Ptr<Mount>> mounts_;
 };
+
+/// The marks of the connections that an entity has come through to this process, each that of its owner's end,
+/// beginning with its first owner's; none where it is its own. An entity that met its own marks would follow itself:
+/// two processes that each export what they mount from the other would send one change round and round.
+[[nodiscard]] std::vector<U32> cameThrough(Entity const& entity);
 
 /// The wish for an entity of type X, by its name, in a directory of its own if none is given.
 template <class X>

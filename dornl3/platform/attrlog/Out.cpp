@@ -35,8 +35,9 @@ void Out::dropRecord() noexcept {
 }
 
 void Out::sent(std::size_t count) noexcept {
-  if (std::exchange(isOpen_, false)) bytes_.truncate(recordStart_);
+  if (isOpen_) dropOpen();
   bytes_.consume(count);
+  gone_ += count;
 }
 
 void Out::tellDue() {
@@ -55,7 +56,7 @@ void Out::putText(std::string_view text) {
   if (text.size() > limits_.textBytes) payload_ = std::max(payload_, mostPayload() + 1);
 }
 
-Ptr<In> Out::reverseLog() const { return connection_ != nullptr ? connection_->in() : Ptr<In>{}; }
+Ptr<In> Out::reverseLog() const { return in_; }
 
 OutPtr const& operator<<(OutPtr const& out, String8 text) {
   out->putText(text.view());

@@ -54,23 +54,25 @@ class Out : public Vek::Connection::Out {
 
   /// Opens a record. One that stands open is dropped.
   void nextHeaderIs(MsgHeader const& header);
-  /// A plain record of a size that is known, written and closed but for its payload, which the caller writes where the
-  /// answer points before anything else is written. Null, and nothing is written, where the peer takes no payload of
-  /// that size.
-  [[nodiscard]] char* fixedRecordIs(EntityId id, int attribute, U32 size) {
-    if (size > limits_.recordBytes) [[unlikely]]
-      return nullptr;
-    if (std::exchange(isOpen_, false)) bytes_.truncate(recordStart_);
+  /// A plain record of so few bytes that every peer takes it, written and closed but for its payload, which the caller
+  /// writes where the answer points before anything else is written. `isVariable`: its header does not promise that
+  /// others of this attribute have the same size.
+  [[nodiscard]] char* smallRecordIs(EntityId id, int attribute, U32 size, bool isVariable) {
+    assert(size <= leastLimit);
+    if (isOpen_) [[unlikely]]
+      dropOpen();
     std::size_t const whole = headerSize + tokensSize + size;
     char* const at = bytes_.room(whole);
-    putHeader(at, {.entityId = id, .attribute = attribute, .payloadSize = size});
+    putHeader(at, {.entityId = id,
+                   .attribute = attribute,
+                   .variableSize = static_cast<U8>(isVariable ? 1 : 0),
+                   .payloadSize = size});
     at[headerSize] = tokenOpen;
     at[whole - 1] = tokenClose;
     bytes_.extend(whole);
     attribute_ = attribute;
     droppedLast_ = false;
     ++records_;
-    written_ += whole;
     due();
     return at + headerSize + 1;
   }
@@ -96,7 +98,6 @@ class Out : public Vek::Connection::Out {
     *bytes_.room(1) = static_cast<char>(tokenClose);
     bytes_.extend(1);
     ++records_;
-    written_ += bytes_.size() - recordStart_;
     due();
   }
   /// Opens a part of the payload; the part before it ends there.
@@ -109,6 +110,16 @@ class Out : public Vek::Connection::Out {
   [[nodiscard]] bool isUnread() const noexcept {
     return unsent() > std::size_t{limits_.outBytes} + limits_.recordBytes;
   }
+  /// Whether the connection takes records, there is room, and nothing comes in over several records.
+  [[nodiscard]] bool takesPlainly() const noexcept { return !isOpen_ && bytes_.size() < plainEnd_; }
+  /// Whether something comes in over several records.
+  void hasFlowInsIs(bool on) noexcept {
+    hasFlowIns_ = on;
+    setPlainEnd();
+  }
+  /// Whether the closing of every record is to be looked at: the far side lacks what was too long for it.
+  [[nodiscard]] bool isWatched() const noexcept { return isWatched_; }
+  void isWatchedIs(bool on) noexcept { isWatched_ = on; }
   /// Whether there is room for one more ordinary record. An empty log always has room.
   [[nodiscard]] bool hasSufficientBuffer() const noexcept {
     return bufferFlag_ && (unsent() == 0 || freeSpace() >= maxMessageSize());
@@ -121,10 +132,11 @@ class Out : public Vek::Connection::Out {
     return waiting < limits_.outBytes ? static_cast<U32>(limits_.outBytes - waiting) : 0;
   }
   /// The longest piece of a text.
-  [[nodiscard]] virtual U32 maxMessageSize() const noexcept { return limits_.messageBytes; }
+  [[nodiscard]] U32 maxMessageSize() const noexcept { return limits_.messageBytes; }
 
   /// The input half of the same connection; null when the connection has gone.
   [[nodiscard]] Ptr<In> reverseLog() const;
+  [[nodiscard]] In* input() const noexcept { return in_; }
   /// The connection's demuxer; null when the connection has gone.
   [[nodiscard]] Demuxer* demuxer() const noexcept { return demuxer_; }
   [[nodiscard]] Connection* connection() const noexcept { return connection_; }
@@ -144,7 +156,7 @@ class Out : public Vek::Connection::Out {
   /// The attribute of the record opened last.
   [[nodiscard]] int attribute() const noexcept { return attribute_; }
   /// Bytes of closed records, since the beginning.
-  [[nodiscard]] U64 written() const noexcept { return written_; }
+  [[nodiscard]] U64 written() const noexcept { return gone_ + unsent(); }
   /// Bytes of closed records that wait.
   [[nodiscard]] std::size_t unsent() const noexcept { return isOpen_ ? recordStart_ : bytes_.size(); }
   [[nodiscard]] std::string_view view() const noexcept { return bytes_.view().substr(0, unsent()); }
@@ -198,8 +210,7 @@ class Out : public Vek::Connection::Out {
   [[nodiscard]] std::size_t mostPayload() const noexcept { return std::size_t{limits_.recordBytes} + 1; }
   // Opens a record, with room for its tokens.
   void open(MsgHeader const& header) {
-    if (isOpen_) bytes_.truncate(recordStart_);
-    isOpen_ = false;
+    if (isOpen_) dropOpen();
     recordStart_ = bytes_.size();
     putHeader(bytes_.room(headerSize + tokensSize), header);
     bytes_.extend(headerSize);
@@ -210,6 +221,18 @@ class Out : public Vek::Connection::Out {
     sectionStart_ = 0;
     payload_ = 0;
   }
+  void dropOpen() noexcept {
+    isOpen_ = false;
+    bytes_.truncate(recordStart_);
+  }
+  void bufferFlagIs(bool on) noexcept {
+    bufferFlag_ = on;
+    setPlainEnd();
+  }
+  void setPlainEnd() noexcept {
+    std::size_t const most = limits_.outBytes > maxMessageSize() ? limits_.outBytes - maxMessageSize() : 0;
+    plainEnd_ = bufferFlag_ && !hasFlowIns_ ? most + 1 : 0;
+  }
   void endSection() noexcept;
   void dropRecord() noexcept;
   void tellDue();
@@ -217,7 +240,11 @@ class Out : public Vek::Connection::Out {
   ByteQueue bytes_;
   Connection* connection_;  // null when it has gone
   Demuxer* demuxer_ = nullptr;
+  In* in_ = nullptr;
+  std::size_t plainEnd_ = 0;  // see takesPlainly(): with more bytes there is no room; 0 where it says no at all
   bool bufferFlag_ = false;
+  bool hasFlowIns_ = false;
+  bool isWatched_ = false;
   bool tellsWhenDue_ = false;
   bool isOpen_ = false;
   bool isVariable_ = false;
@@ -228,7 +255,7 @@ class Out : public Vek::Connection::Out {
   std::size_t sectionStart_ = 0;  // of its open part; 0 without one
   std::size_t payload_ = 0;       // bytes behind its header, the opening token among them
   U64 records_ = 0;
-  U64 written_ = 0;
+  U64 gone_ = 0;  // bytes that have been sent
   U64 droppedRecords_ = 0;
   Limits limits_;
   Name peerName_;

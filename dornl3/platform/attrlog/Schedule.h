@@ -46,8 +46,9 @@ class Schedule {
   /// Whether an adapter that is being visited may go on.
   [[nodiscard]] bool mayGoOn() const noexcept { return out_.written() < end_ && out_.hasSufficientBuffer(); }
 
-  /// Where three visits of one adapter in a row have failed: why. Empty otherwise.
+  /// Why this cannot go on: three visits of one adapter in a row have failed, say. Empty where it can.
   [[nodiscard]] String8 const& failure() const noexcept { return failure_; }
+  void failureIs(String8 const& why) { failure_ = why; }
 
  private:
   void leavePlace(StreamAdapter& adapter) noexcept;

@@ -107,6 +107,7 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   [[nodiscard]] Side side() const noexcept { return side_; }
   void sideIs(Side side) noexcept { side_ = side; }
   /// Whether the entity was exported itself, and not as a child.
+  [[nodiscard]] bool isMountRoot() const noexcept { return isMountRoot_; }
   void isMountRootIs(bool on) noexcept { isMountRoot_ = on; }
   /// The synchronisation that runs, of this entity or of the one that it came with; null where none does.
   [[nodiscard]] Ptr<NboAttrLog::SyncSession> runningSession() const;

@@ -8,16 +8,14 @@
 
 namespace Vek {
 
-using NboAttrLog::Demuxer;
+using Sa = Entity::VekNboAttrLogSa;
 using NboAttrLog::FlowIn;
 using NboAttrLog::FlowOut;
-using NboAttrLog::Out;
-using Sa = Entity::VekNboAttrLogSa;
 
 namespace {
 
 // A piece: whether it is the last, and bytes. As much as one message takes; the cursor moves behind it.
-void writePiece(Out& out, String8::IteratorConst& it) {
+void writePiece(NboAttrLog::Out& out, String8::IteratorConst& it) {
   std::string_view const rest = it.rest();
   std::string_view const piece = rest.substr(0, std::max(out.maxMessageSize(), 1U));
   out.putByte(piece.size() == rest.size() ? 1 : 0);
@@ -26,7 +24,7 @@ void writePiece(Out& out, String8::IteratorConst& it) {
 }
 
 // A log with less room than this has a text go out in turns.
-U32 roomForAText(Out const& out) noexcept {
+U32 roomForAText(NboAttrLog::Out const& out) noexcept {
   U32 const most = out.maxMessageSize();
   return most + most / 2 - 1;
 }
@@ -47,9 +45,10 @@ bool Sa::serializeText(AttributeId attr, U32 slot, String8 const& text) {
     streamDemuxer()->schedule().marked(*this);
     return false;
   }
-  Out& out = *boundLog();
+  NboAttrLog::Out& out = *boundLog();
   if (text.length() > out.limits().textBytes) {
     out.droppedInc();
+    notReplicatedIs(attr, true);
     return true;
   }
   bool const goesOn = owed && owed->valueIter() != nullptr;
@@ -76,15 +75,6 @@ bool Sa::serializeText(AttributeId attr, U32 slot, String8 const& text) {
   return false;
 }
 
-bool Sa::stepOverText(FlowOut& owed, AttributeId attr, AttributeId behind, U32 slot, bool (Sa::*handler)(),
-                      AttributeId& next) {
-  owed.attrIdIs(attr);
-  bool const owes = owed.valueIter() != nullptr || owed.slotBit(slot);
-  bool const done = !owes || (this->*handler)();
-  owed.slotBitIs(slot, !done);
-  return stepEnds(owed, attr, behind, done, next);
-}
-
 namespace {
 
 using PartialText = std::string;
@@ -93,7 +83,7 @@ using PartialText = std::string;
 
 bool Sa::receiveText(InboundRecord const& record, AttributeId attr, U32 slot, String8& text) {
   NboAttrLog::In& in = record.in();
-  Demuxer& demuxer = *streamDemuxer();
+  NboAttrLog::Demuxer& demuxer = *streamDemuxer();
   Ptr<FlowIn> flowIn = demuxer.flowIn(entityId());
   bool const hasPart = flowIn && flowIn->aid() == attr && flowIn->iter() != nullptr;
   bool const isLast = in.isAtLimit() || in.nextbool();
@@ -152,7 +142,7 @@ bool Sa::textPassedOver(InboundRecord const& record, AttributeId attr) {
 }
 
 bool Sa::textTransaction(AttributeId attr, AttrTransactionType type) {
-  Demuxer* const demuxer = streamDemuxer();
+  NboAttrLog::Demuxer* const demuxer = streamDemuxer();
   Ptr<FlowIn> const flowIn = demuxer != nullptr ? demuxer->flowIn(entityId()) : Ptr<FlowIn>{};
   if (!flowIn || flowIn->aid() != attr) return false;
   if (type == beginMarker) return true;

@@ -47,9 +47,6 @@ inline constexpr std::size_t headerSize = 20;
 inline constexpr std::size_t tokensSize = 2;
 inline constexpr U8 variableSizeFlag = 1;
 
-inline constexpr U32 fixedKeyRecord = 5;        // a U32 key and a bool
-inline constexpr U32 fixedKeyDeleteRecord = 4;  // a U32 key
-
 /// A number in network order, which is its own inverse.
 template <class T>
 [[nodiscard]] constexpr T networkOrder(T value) noexcept {
@@ -76,15 +73,16 @@ template <class T>
   std::memcpy(&value, at, sizeof value);
   return networkOrder(value);
 }
-/// A number of 1, 4 or 8 bytes in memory.
+/// A number of 1, 2, 4 or 8 bytes in memory.
 inline void putNumber(char* at, void const* number, std::size_t size) noexcept {
-  if (size == 4) {
-    putNumber(at, *static_cast<U32 const*>(number));
-  } else if (size == 8) {
-    putNumber(at, *static_cast<U64 const*>(number));
-  } else {
-    std::memcpy(at, number, size);
-  }
+  auto const put = [at, number]<class T>(T value) {
+    std::memcpy(&value, number, sizeof value);
+    putNumber(at, value);
+  };
+  if (size == 4) return put(U32{});
+  if (size == 8) return put(U64{});
+  if (size == 2) return put(static_cast<unsigned short>(0));
+  *at = *static_cast<char const*>(number);
 }
 
 /// The least that a peer must take, as the payload of a record and as a text: mounts, refusals and farewells fit.
@@ -93,6 +91,9 @@ inline constexpr U32 leastLimit = 1024;
 /// Seconds between the words of an end that has nothing to say: what is worth the while, and what a dead peer may cost.
 inline constexpr double leastHeartbeat = 0.01;
 inline constexpr double mostHeartbeat = 3600;
+
+/// The most connections that an entity may have come through.
+inline constexpr std::size_t mostOfAChain = 64;
 
 /// What each end allows the other, and itself. Announced in the greeting: neither sends what the other would refuse.
 struct Limits {

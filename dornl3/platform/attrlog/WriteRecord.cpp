@@ -10,39 +10,25 @@ using Sa = Entity::VekNboAttrLogSa;
 inline bool Sa::isInStep() const noexcept {
   constexpr U32 whatDecides = syncModeRelay | outputSuppressed | resyncStale | entityReactorActive | readOnlyLocal |
                               handlingScheduledFlowOut | flowOutForced | logEnabled | noFlowOut;
-  if ((flags() & whatDecides) != (logEnabled | noFlowOut) || nboAttrLogOut() == nullptr) return false;
-  return !boundLog()->demuxer()->hasFlowIns() && boundLog()->hasSufficientBuffer();
+  if ((flags() & whatDecides) != (logEnabled | noFlowOut)) return false;
+  Out const* const out = boundLog().ptr();
+  return out != nullptr && out->takesPlainly();
 }
 
-void Sa::logNumber(AttributeId attr, U32 slot, void const* field, U32 size) {
+void Sa::logField(AttributeId attr, U32 slot, bool isFixed, void const* field, FieldForm form) {
   if (field == nullptr) return;
   if (!isInStep() && scalarTurn(attr, slot) != Turn::write) return;
   try {
     sayWhatWasApplied();
     Out& out = *boundLog();
-    if (char* const at = out.fixedRecordIs(entityId(), static_cast<int>(attr), size)) {
-      NboAttrLog::putNumber(at, field, size);
+    if (form.bytes != 0) {
+      char* const at = out.smallRecordIs(entityId(), static_cast<int>(attr), form.bytes, !isFixed);
+      NboAttrLog::putNumber(at, field, form.bytes);
     } else {
-      openRecord(out, static_cast<int>(attr), size, false);
-      boundLog() << Connection::Out::tokenOpen;
-      out.putBytes({static_cast<char const*>(field), size});
-      boundLog() << Connection::Out::tokenClose;
+      out.variableRecordIs(entityId(), static_cast<int>(attr));
+      form.write(boundLog(), field);
+      out.closeRecord();
     }
-    recordDone();
-  } catch (...) {
-    scalarOwed(slot);
-    throw;
-  }
-}
-
-void Sa::logField(AttributeId attr, U32 slot, void const* field, FieldWriter write) {
-  if (field == nullptr) return;
-  if (!isInStep() && scalarTurn(attr, slot) != Turn::write) return;
-  try {
-    sayWhatWasApplied();
-    boundLog()->variableRecordIs(entityId(), static_cast<int>(attr));
-    write(boundLog(), field);
-    boundLog()->closeRecord();
     recordDone();
   } catch (...) {
     scalarOwed(slot);
@@ -59,12 +45,26 @@ bool Sa::logKey(KeyRecord const& record) {
 void Sa::writeKey(KeyRecord const& record) {
   bool const isThere = record.value != nullptr;
   auto const attr = static_cast<int>(record.attr);
-  U32 const size = isThere ? NboAttrLog::fixedKeyRecord : NboAttrLog::fixedKeyDeleteRecord;
-  Ptr<Out> const& out = recordIs(isThere ? attr : -attr, record.isFixed ? size : 0, !record.isFixed);
-  record.putKey(out, record.key);
-  if (isThere) record.putValue(out, record.value);
-  out->closeRecord();
+  U32 const keyBytes = record.keyForm.bytes;
+  U32 const valueBytes = isThere ? record.valueForm.bytes : 0;
+  sayWhatWasApplied();
+  Out& out = *boundLog();
+  if (keyBytes != 0 && (valueBytes != 0 || !isThere)) {
+    char* const at = out.smallRecordIs(entityId(), isThere ? attr : -attr, keyBytes + valueBytes, !record.isFixed);
+    NboAttrLog::putNumber(at, record.key, keyBytes);
+    if (isThere) NboAttrLog::putNumber(at + keyBytes, record.value, valueBytes);
+  } else {
+    out.variableRecordIs(entityId(), isThere ? attr : -attr);
+    putField(record.key, record.keyForm);
+    if (isThere) putField(record.value, record.valueForm);
+    out.closeRecord();
+  }
   recordDone();
+}
+
+void Sa::putField(void const* field, FieldForm form) {
+  if (form.bytes == 0) return form.write(boundLog(), field);
+  if (char* const at = boundLog()->fieldsIs(form.bytes)) NboAttrLog::putNumber(at, field, form.bytes);
 }
 
 Ptr<Out> const& Sa::recordIs(int attr, U32 fixedSize, bool isVariable, U32 kind) {
@@ -89,14 +89,18 @@ inline void Sa::sayWhatWasApplied() {
 
 inline void Sa::recordDone() {
   recordWritten(*boundLog());
-  if (boundLog()->droppedLast() || boundLog()->demuxer()->hasNotReplicated()) [[unlikely]]
+  if (boundLog()->droppedLast() || boundLog()->isWatched()) [[unlikely]]
     noteWhatWasTooLong();
 }
 
 void Sa::noteWhatWasTooLong() {
   int const attr = boundLog()->attribute();
-  String8 const name = vekNotifierEntity()->attributeString(static_cast<AttributeId>(attr < 0 ? -attr : attr));
-  boundLog()->demuxer()->notReplicatedIs(vekNotifierEntity()->fullName() + "." + name, boundLog()->droppedLast());
+  notReplicatedIs(static_cast<AttributeId>(attr < 0 ? -attr : attr), boundLog()->droppedLast());
+}
+
+void Sa::notReplicatedIs(AttributeId attr, bool on) {
+  Ptr<Entity> const entity = vekNotifierEntity();
+  boundLog()->demuxer()->notReplicatedIs(entity->fullName() + "." + entity->attributeString(attr), on);
 }
 
 }  // namespace Vek
