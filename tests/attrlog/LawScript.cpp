@@ -1,6 +1,7 @@
 #include "tests/attrlog/LawScript.h"
 
 #include "dornl3/generic/Digest.h"
+#include "dornl3/platform/vek/GenericIfEntity.h"
 
 #include <algorithm>
 #include <memory>
@@ -10,6 +11,7 @@ namespace LogTest {
 
 using Toys::Toy;
 using Toys::ToyBox;
+using Generic = Vek::Ptr<Vek::GenericIf const>;
 
 namespace {
 
@@ -53,96 +55,53 @@ class Seen {
   std::string wentTwice_;
 };
 
-template <class V>
-std::string text(V const& value) {
-  if constexpr (std::is_arithmetic_v<V>) {
-    return std::to_string(value);
-  } else {
-    return std::string(valueToStrep(value).view());
-  }
-}
-
-struct ToyEar final : Toy::Notifiee {
-  explicit ToyEar(std::string& complaint) : seen(complaint) {}
-  void onSize() override { seen.now("size", text(notifier()->size())); }
-  void onBroken() override { seen.now("broken", text(notifier()->broken())); }
-  void onPlayed() override { seen.now("played", text(notifier()->played())); }
-  void onPlace() override { seen.now("place", text(notifier()->place())); }
-  void onText() override { seen.now("text", std::string(notifier()->text().view())); }
-  void start() {
-    seen.is("size", text(notifier()->size()));
-    seen.is("broken", text(notifier()->broken()));
-    seen.is("played", text(notifier()->played()));
-    seen.is("place", text(notifier()->place()));
-    seen.is("text", std::string(notifier()->text().view()));
-  }
-  Seen seen;
-};
-
-struct BoxEar final : ToyBox::Notifiee {
-  explicit BoxEar(std::string& complaint) : seen(complaint) {}
-  template <class Map, class K>
-  void key(char const* name, Map const& it, K const& key) {
-    for (auto at = it; at; ++at) {
-      if (at->key() == key) return seen.now(std::string(name) + text(key), text(at->value()));
+// Hears of every attribute of an entity, without its class.
+class Ear final : public Vek::GenericIf::Subscriber {
+ public:
+  Ear(Vek::Ptr<Vek::Entity> const& entity, std::string& complaint)
+      : seen_(complaint), entity_(Vek::VekType::genericIf(entity.ptr(), true)) {
+    for (auto const& attr : entity_->type()->attributes()) {
+      if (!Vek::isOwn(*entity_->type(), *attr)) continue;
+      if (!attr->flags().isCollection()) {
+        seen_.is(place(*attr, nullptr), value(*attr, nullptr));
+        continue;
+      }
+      for (auto it = entity_->attributeIteratorConst(attr->id()); it; ++it) {
+        seen_.is(place(*attr, it.key()), value(*attr, it.key()));
+      }
     }
-    seen.now(std::string(name) + text(key), "");
+    genericIs(entity_.ptr());
   }
-  static std::string text(Vek::String8 const& key) { return std::string(key.view()); }
-  template <class V>
-  static std::string text(V const& value) {
-    return LogTest::text(value);
-  }
-  void onCounts(Vek::U32 k) override { key("counts ", notifier()->countsIteratorConst(), k); }
-  void onFaps(Hardware::Dorn::FapId k) override { key("faps ", notifier()->fapsIteratorConst(), k); }
-  void onWanted(Vek::U32 k) override { key("wanted ", notifier()->wantedIteratorConst(), k); }
-  void onNotes(Vek::String8 k) override { key("notes ", notifier()->notesIteratorConst(), k); }
-  void onVlans(Bridging::VlanIdOrNone k) override { key("vlans ", notifier()->vlansIteratorConst(), k); }
-  // A child counts as another one when it is another object.
-  template <class Child>
-  static std::string object(Vek::Ptr<Child> const& child) {
-    std::ostringstream text;
-    if (child) text << child.ptr();
-    return text.str();
-  }
-  void onLid() override { seen.now("lid", object(notifier()->lid())); }
-  void onShelves(Vek::Name k) override { seen.now("shelf " + std::string(k.view()), object(notifier()->shelves(k))); }
-  template <class It>
-  void startAt(char const* name, It it) {
-    for (; it; ++it) seen.is(std::string(name) + text(it->key()), text(it->value()));
-  }
-  void start() {
-    startAt("counts ", notifier()->countsIteratorConst());
-    startAt("faps ", notifier()->fapsIteratorConst());
-    startAt("wanted ", notifier()->wantedIteratorConst());
-    startAt("notes ", notifier()->notesIteratorConst());
-    startAt("vlans ", notifier()->vlansIteratorConst());
-    seen.is("lid", object(notifier()->lid()));
-    for (auto it = notifier()->shelvesIterator(); it; ++it) {
-      seen.is("shelf " + std::string(it->name().view()), object(Vek::Ptr<Toys::Shelf>(it.ptr())));
+  void onAttribute(Vek::AttributeId id, Generic const& key) override {
+    for (auto const& attr : entity_->type()->attributes()) {
+      if (attr->id() == id) return seen_.now(place(*attr, key), value(*attr, key));
     }
   }
-  Seen seen;
+  // What this was not told of.
+  [[nodiscard]] std::string missed() const {
+    std::string none;
+    return seen_.missed(Ear(&static_cast<Vek::GenericIfEntity&>(*entity_).entity(), none).seen_);
+  }
+
+ private:
+  static std::string place(Vek::VekAttr const& attr, Generic const& key) {
+    return std::string(attr.name().view()) + (key ? '[' + std::string(key->strRep().view()) + ']' : "");
+  }
+  // Empty where there is none. A child counts as another one when it is another object.
+  [[nodiscard]] std::string value(Vek::VekAttr const& attr, Generic const& key) const {
+    auto const op = [&](int code) { return entity_->attributeOp({attr.id(), code}, key, nullptr); };
+    if (key && op(Vek::GenericIf::OpContains)->strRep() == "False") return {};
+    auto const value = op(Vek::GenericIf::OpGet);
+    if (!attr.flags().isInstantiating()) return std::string(value->strRep().view());
+    std::ostringstream address;
+    auto const object = static_cast<Vek::GenericIfPtrInterface&>(*value).obj();
+    if (object) address << object.ptr();
+    return address.str();
+  }
+
+  Seen seen_;
+  Vek::Ptr<Vek::GenericIf> entity_;
 };
-
-template <class Ear>
-Vek::Ptr<Ear> listening(Vek::Ptr<Vek::Entity> const& entity, std::string& complaint) {
-  auto const ear = Vek::make<Ear>(complaint);
-  ear->notifierIs(entity);
-  ear->isRegisteredNotifieeIs(true);
-  ear->start();
-  return ear;
-}
-
-// What a reactor was not told of.
-template <class Ear>
-std::string missedBy(Vek::Ptr<Ear> const& ear) {
-  std::string none;
-  auto const present = listening<Ear>(Vek::Ptr<Vek::Entity>(ear->notifier()), none);
-  std::string const what = ear->seen.missed(present->seen);
-  present->notifierIs(nullptr);
-  return what;
-}
 
 }  // namespace
 
@@ -165,11 +124,7 @@ class LawScript::Replica {
     link.reader().mounts().mountIs(toyMount);
     link.reader().mounts().mountIs(boxMount);
   }
-  ~Replica() {
-    link.cut();
-    if (toyEar_) toyEar_->notifierIs(nullptr);
-    if (boxEar_) boxEar_->notifierIs(nullptr);
-  }
+  ~Replica() { link.cut(); }
   Replica(Replica const&) = delete;
   Replica& operator=(Replica const&) = delete;
 
@@ -199,13 +154,16 @@ class LawScript::Replica {
       exported_ |= bit;
       link.owner().exports().exportIs(entity, access_);
     }
-    if (!toyEar_ && dir->entity("toy")) toyEar_ = listening<ToyEar>(dir->entity("toy"), heard_);
-    if (!boxEar_ && dir->entity("box")) boxEar_ = listening<BoxEar>(dir->entity("box"), heard_);
+    for (char const* name : {"toy", "box"}) {
+      auto const entity = dir->entity(name);
+      if (entity && !ears_.contains(name)) ears_[name] = std::make_unique<Ear>(entity, heard_);
+    }
   }
 
   [[nodiscard]] std::string missed() const {
-    std::string const what = missedBy(toyEar_);
-    return what.empty() ? missedBy(boxEar_) : what;
+    std::string what;
+    for (auto const& [name, ear] : ears_) what += ear->missed();
+    return what;
   }
 
   [[nodiscard]] std::string wentTwice() const { return boxEar_ ? boxEar_->seen.wentTwice() : std::string(); }
@@ -220,8 +178,7 @@ class LawScript::Replica {
   Vek::Ptr<Vek::Dir> from_;
   std::string& heard_;
   unsigned exported_ = 0;
-  Vek::Ptr<ToyEar> toyEar_;
-  Vek::Ptr<BoxEar> boxEar_;
+  std::map<std::string, std::unique_ptr<Ear>> ears_;
 };
 
 LawScript::LawScript(LawOptions const& options) : options_(options) {

@@ -79,12 +79,6 @@ TEST_F(Collections, AWalkInVisits) {
   }
 }
 
-TEST_F(Collections, AWalkWithoutKeys) {
-  oweCounts();
-  EXPECT_EQ(adapter->handleAttrFlowOut(258), 0U);
-  EXPECT_EQ(said(), (Records{begins, ends}));
-}
-
 TEST_F(Collections, KeysAlone) {
   box->countsIs(1, 0x10);
   box->countsIs(2, 0x20);

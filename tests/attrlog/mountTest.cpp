@@ -85,32 +85,6 @@ TEST_F(MountTest, IsInStepWhenAllChildrenAreAndGuardsThoseToo) {
   EXPECT_EQ(Vek::digest(*copy), Vek::digest(*box)) << "nothing was stored";
 }
 
-// A reader that stops reading: what it costs is bounded by the members, however many keys come and go.
-TEST(SlowReader, MarksOfKeysThatAreGoneDoNotGrow) {
-  PairOptions options;
-  options.capacity = 2000;
-  options.limits.outBytes = 2000;
-  options.limits.messageBytes = 100;
-  LogPair pair(options);
-  Vek::Ptr<Vek::Dir> const dir = Vek::make<Vek::Dir>();
-  Vek::Ptr<ToyBox> const box = Toys::toyBoxFactory("box");
-  pair.owner().exports().exportIs(box, Access::readOnly);
-  auto const mount = Vek::make<Mount>("box", *ToyBox::_fwkType(), Access::readOnly, dir);
-  pair.reader().mounts().mountIs(mount);
-  pair.settle();
-  for (Vek::U32 key = 0; key < 20000; ++key) {
-    box->wantedIs(key, true);
-    if (key >= 10) box->wantedDel(key - 10);
-    pair.owner().writable();
-  }
-  auto const adapter = Vek::ptrCast<ToyBox::VekNboAttrLogSa>(box->vekNboAttrLogSa(pair.owner().out()));
-  ASSERT_TRUE(adapter->flowOut());
-  EXPECT_LE(box->vekNboAttrLogSa(pair.owner().out())->flowOut()->pendingAbort().count(), 1U);
-  EXPECT_LT(pair.owner().out()->unsent(), 4000U);
-  pair.settle();
-  EXPECT_EQ(Vek::ptrCast<ToyBox>(dir->entity("box"))->wantedCount(), 10U);
-}
-
 // What a mount may come to, one after the other.
 TEST_F(MountTest, RefusalsSayWhy) {
   mounted(Access::writable, Access::readOnly);

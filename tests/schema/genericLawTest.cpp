@@ -1,9 +1,6 @@
 // Laws of the generic interface, for every attribute of every type that the registry holds: what is set is found,
-// counted and told; what is refused, in which order of checks and in which words; and the text of a reference leads
-// back to its entity.
+// counted and told; and what is refused, in which order of checks and in which words.
 #include "dornl3/platform/vek/Builtin.h"
-#include "dornl3/platform/vek/Dir.h"
-#include "dornl3/platform/vek/EntityText.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/schema/Inventor.h"
 
@@ -53,9 +50,8 @@ constexpr char const* listName = "Vek::GenericIf::List_";
 constexpr int unknownRead = 77;
 constexpr int unknownChange = 200;
 
-// Made for good by their first use.
+// Made for good by its first use.
 struct Prepared {
-  Vek::Dir& root = Vek::Dir::root();
   VekType* listType = GenericIf::List::_fwkType();
 };
 
@@ -103,18 +99,6 @@ TEST_F(GenericLaw, ReachesEveryEntityTypeAndFindsEveryAttributeByName) {
   each([](Generic const& entity, VekAttr const& attr) {
     EXPECT_EQ(entity->attributeId(Vek::String8(attr.name())), attr.id());
   });
-}
-
-TEST_F(GenericLaw, TheTextOfAReferenceReadsBack) {
-  std::vector<Vek::Ptr<Vek::Entity>> entered;
-  for (Generic const& generic : entities_) {
-    Vek::Ptr<Vek::Entity> const entity = &entityOf(generic);
-    if (!entity->parent()) root.entryIs(entered.emplace_back(entity));
-    Vek::String8 const path = entity->fullName();
-    EXPECT_EQ(Vek::strepToValue(path, static_cast<Vek::Ptr<Vek::Entity>*>(nullptr)), entity) << path;
-    EXPECT_EQ(entityOf(generic->type()->genericIf(path, true)).fullName(), path);
-  }
-  for (auto const& entity : entered) root.entryDel(entity->name());
 }
 
 class Hears final : public GenericIf::Subscriber {

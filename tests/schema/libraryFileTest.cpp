@@ -1,6 +1,5 @@
 // The file of the types library, as tools see it that do not run it: the names of its types, what it needs, and what it
 // offers.
-#include "dornl3/frame/TypeNames.h"
 #include "schemac/Names.h"
 #include "tests/schemac/Schemas.h"
 
@@ -64,25 +63,6 @@ TEST(LibraryFile, NamesItsTypes) {
   std::ifstream file(DORNL3_TYPES_LIBRARY, std::ios::binary);
   file.seekg(std::stol(offset, nullptr, 16)).read(content.data(), static_cast<std::streamsize>(content.size()));
   EXPECT_EQ(content, expected);
-}
-
-struct Short {
-  struct Attr {
-    static constexpr char const* fullName = "Toys::Short";
-  };
-};
-struct Full {
-  struct Attr {
-    static constexpr char const* fullName = "Toys::AsLongAsTheSpaceForOneName";
-  };
-};
-
-TEST(LibraryFile, ANameThatFillsItsSpaceHasAZeroBehindItToo) {
-  auto const block = Vek::typeNames(Vek::List<Short, Full>{});
-  std::string expected = Full::Attr::fullName;
-  ASSERT_EQ(expected.size(), 32U);
-  expected.resize(64);
-  EXPECT_EQ(std::string(block.begin(), block.end()), expected + Short::Attr::fullName + '\0');
 }
 
 TEST(LibraryFile, NeedsTheFrameworkAndTheLanguageAlone) {

@@ -1,5 +1,5 @@
-// The real types on a log, where their numbers are not those of the toys: bits behind the first word, first attributes
-// that are not logged, a constructor that takes two texts.
+// The real types on a log, where their numbers are not those of the toys: bits behind the first word, and first
+// attributes that are not logged.
 #include "dornl3/schema/AuditStatus.h"
 #include "dornl3/schema/DornL3CliConfig.h"
 #include "dornl3/schema/Status.h"
@@ -44,15 +44,6 @@ TEST_F(RealTypes, BeginBehindAnAttributeThatIsNotLogged) {
     adapter->doNotification(258, nullptr);
     EXPECT_EQ(said(), Records{});
   }
-}
-
-TEST_F(RealTypes, AreAnnouncedByWhatTheirConstructorTakes) {
-  auto const adapter = bound(Vek::make<TableFapAuditInfo>("info", "fap0"));
-  adapter->doSerializeOrphan();
-  auto const records = said();
-  ASSERT_EQ(records.size(), 1U);
-  EXPECT_NE(records[0].find(textHex("Hardware::DornL3Unicast::TableFapAuditInfo")), std::string::npos);
-  EXPECT_NE(records[0].find("0300000010" + textHex("info") + textHex("fap0") + "04"), std::string::npos);
 }
 
 }  // namespace

@@ -26,16 +26,6 @@ TEST_F(SchemaFacts, TakeTheDefaultsOfTheSchema) {
   EXPECT_EQ(config->lpmLevelBits().level1(), 8) << "limits do not hold for what code builds";
 }
 
-TEST_F(SchemaFacts, AuditsHaveThreeLevelsEachWithItsKey) {
-  Ptr<AuditStatus> const root = auditStatusFactory("auditStatus");
-  Ptr<TableFapAuditInfo> const fap = root->auditInfoIs("kernel")->tableIs("lem")->perFapInfoIs("fap0");
-  EXPECT_EQ(fap->name(), "fap0");
-  EXPECT_EQ(fap->fapName(), "fap0");
-  EXPECT_EQ(fap->fullName(), "auditStatus.auditInfo[kernel].table[lem].perFapInfo[fap0]");
-  EXPECT_EQ(fap->uriPath(), "/auditStatus/auditInfo/kernel/table/lem/perFapInfo/fap0");
-  EXPECT_EQ(fap->parentAttrId(), 258U);
-}
-
 TEST_F(SchemaFacts, FiguresByFapAndByPrefixLengthAreWalkedInTheirOrder) {
   Ptr<Status> const status = statusFactory("status");
   for (int const fap : {2048, 1, 0}) status->inUseArpEntriesIs(static_cast<unsigned short>(fap), 5);
