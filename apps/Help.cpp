@@ -82,7 +82,7 @@ std::string pathHelp() {
   return help +
          "and goes on like status.numVrfs, 'status.inUseArpEntries[0]' or\n"
          "'auditStatus.auditInfo[kernel].table'. Quote it for the shell where it has\n"
-         "brackets. 'dornl3 ls --local PATH' tells what there is below.\n" +
+         "brackets. 'dornl3 ls PATH' tells what there is below.\n" +
          legendOf("FAP FEC LEM");
 }
 

@@ -21,9 +21,11 @@ class HelpForm final : public CLI::Formatter {
 inline constexpr char const* exitStatus =
     "Exit status:\n"
     "  0  all went well\n"
-    "  1  what was asked for does not fit, or the kernel could not be read, or the\n"
-    "     output not be written; the message says what to do\n"
-    "  2  the command line is wrong\n";
+    "  1  what was asked for does not fit or is not permitted, or the kernel could\n"
+    "     not be read, or the output not be written; the message says what to do\n"
+    "  2  the command line is wrong\n"
+    "  3  there is no agent, or no answer from it: what it did with a change is then\n"
+    "     unknown\n";
 
 /// For commands that take paths: how one reads, and the roots at which they begin, with what the schema says of them.
 [[nodiscard]] std::string pathHelp();

@@ -1,10 +1,15 @@
 // dornl3: the command line.
 #include "apps/Help.h"
 #include "apps/StandardOutput.h"
+#include "apps/WatchAgent.h"
 #include "apps/WatchLocal.h"
+#include "apps/agent/RunAgent.h"
 #include "apps/attributes/CommandLine.h"
 #include "apps/kernel/KernelReader.h"
 #include "apps/kernel/NetlinkSocket.h"
+#include "apps/remote/FreshFigures.h"
+#include "apps/remote/NoAnswer.h"
+#include "apps/remote/Target.h"
 #include "apps/show/HostRoots.h"
 #include "apps/show/Replicate.h"
 #include "apps/show/ShowLocal.h"
@@ -12,6 +17,7 @@
 #include "dornl3/platform/vek/Dir.h"
 
 #include <CLI/CLI.hpp>
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <charconv>
@@ -29,13 +35,20 @@ using namespace Apps;
 constexpr int fine = 0;
 constexpr int failed = 1;
 constexpr int misused = 2;
+constexpr int unanswered = 3;
 
 constexpr char const* whatIsShown = "What is shown are figures: how many routes, next hops and entries there are, and\n"
                                     "in what state. Single routes are to be had from 'ip route', 'ip -6 route' and\n"
                                     "'ip -f mpls route', single neighbours from 'ip neigh'.\n\n";
 
+constexpr char const* agentHelp = "It listens at $DORNL3_AGENT, or dornl3.sock in $XDG_RUNTIME_DIR or /run, where\n"
+                                  "the other commands look for it. Who may connect to a Unix socket may change\n"
+                                  "what is asked for and configured: request, auditRequest, cliConfig and\n"
+                                  "aclRouteConfig; over TCP, where nobody is known, request alone. The rest is\n"
+                                  "read only. Ctrl-C and SIGTERM end it, with status 0.\n\n";
+
 struct ShowOptions {
-  bool local = false;
+  Target target;
   bool json = false;
   bool text = false;
 };
@@ -51,13 +64,40 @@ int statusOf(Written const& written) {
 
 int print(std::string const& text) { return statusOf(writeToStandardOutput(text)); }
 
+void addForms(CLI::App& command, ShowOptions& options) {
+  CLI::Option* json = command.add_flag("--json", options.json, "Print JSON instead of tables");
+  command.add_flag("--text", options.text, "Print each value in its text form instead of tables")->excludes(json);
+  command.footer(std::string{whatIsShown} + exitStatus);
+}
+
 CLI::App* addShow(CLI::App& app, ShowOptions& options) {
   CLI::App* show = app.add_subcommand("show", "Print figures of the forwarding state: routes, next hops, tunnels");
-  show->add_flag("--local", options.local, "Read this host's kernel (required)");
-  CLI::Option* json = show->add_flag("--json", options.json, "Print JSON instead of tables");
-  show->add_flag("--text", options.text, "Print each value in its text form instead of tables")->excludes(json);
-  show->footer(std::string{whatIsShown} + exitStatus);
+  options.target.addTo(*show, "Read this host's kernel, without an agent");
+  addForms(*show, options);
   return show;
+}
+
+CLI::App* addRequest(CLI::App& app, ShowOptions& options) {
+  CLI::App* request = app.add_subcommand("request", "Have an agent read its kernel afresh, and print its figures");
+  options.target.addTo(*request, nullptr);
+  addForms(*request, options);
+  return request;
+}
+
+CLI::App* addAgent(CLI::App& app, AgentOptions& options) {
+  CLI::App* agent = app.add_subcommand("agent", "Follow this host's kernel, and serve what it knows to other commands");
+  options.listen = defaultAgentAddress();
+  agent->add_option("--listen", options.listen, "Where: unix:PATH or tcp:HOST:PORT")->type_name("ADDRESS");
+  auto const takeMode = [&options](std::string const& text) { options.mode = *modeOf(text); };
+  auto const needMode = [](std::string const& text) {
+    return modeOf(text) ? "" : "'" + text + "' is no mode: octal digits up to 777";
+  };
+  agent->add_option_function<std::string>("--mode", takeMode, "Who may connect to a Unix socket, 0660 if not given")
+      ->check(needMode)
+      ->type_name("OCTAL");
+  agent->add_flag("-v,--verbose", options.isVerbose, "Say who comes and goes");
+  agent->footer(std::string{agentHelp} + exitStatus);
+  return agent;
 }
 
 CLI::App* addReplicate(CLI::App& app, bool& local) {
@@ -79,12 +119,12 @@ std::string needWholeNumber(std::string const& text) {
   return wholeNumber(text) ? "" : "'" + text + "' is no whole number from 1 to 18446744073709551615";
 }
 
-CLI::App* addWatch(CLI::App& app, WatchOptions& options) {
+CLI::App* addWatch(CLI::App& app, Target& target, WatchOptions& options) {
   CLI::App* watch = app.add_subcommand("watch", "Print what is at paths, and then what changes there, as it changes");
-  watch->add_flag("--local", options.local, "Follow this host's own entities, as its kernel tells (required)");
+  target.addTo(*watch, "Follow this host's kernel, without an agent");
   watch->add_flag("-r,--recursive", options.recursive, "Go into children, also those that come");
   watch->add_flag("-w,--whole", options.whole, "Print records in one piece, not the fields that changed");
-  watch->add_flag("-a,--all", options.all, "Show also what this host does not fill");
+  watch->add_flag("-a,--all", options.all, "Show also what is not filled on a host");
   CLI::Option* json = watch->add_flag("--json", options.json, "Print JSON, an object a line");
   watch->add_flag("-t,--time", options.stamped, "Put the local time in front of each line")->excludes(json);
   auto const takeChanges = [&options](std::string const& text) { options.changes = wholeNumber(text); };
@@ -94,7 +134,7 @@ CLI::App* addWatch(CLI::App& app, WatchOptions& options) {
   watch->add_option("PATH", options.paths,
                     "An entity, an attribute, a collection or a member of one; everything without one");
   watch->footer(pathHelp);
-  watch->footer(std::string{"Ctrl-C ends it, with status 0.\n\n"} + exitStatus);
+  watch->footer(std::string{"Ctrl-C ends it, with status 0. An agent that goes away is waited for.\n\n"} + exitStatus);
   return watch;
 }
 
@@ -103,16 +143,28 @@ Show::Style styleOfTerminal() {
   return Show::styleFor(std::getenv("TERM"), std::getenv("NO_COLOR"));
 }
 
+Show::Form formOf(ShowOptions const& options) {
+  return options.json ? Show::Form::json : options.text ? Show::Form::text : Show::Form::table;
+}
+
+int runOnFreshFigures(ShowOptions const& options, char const* command) {
+  Vek::Link::PollLoop loop;
+  AgentSession agent{loop, options.target.mounts(command), figureWishes(), options.target.timeout};
+  Show::Roots const roots = freshFigures(agent);
+  return print(Show::print(roots, formOf(options), styleOfTerminal()));
+}
+
 int runShow(ShowOptions const& options) {
-  if (!options.local) {
-    complain("Only this host's own state can be shown. Type 'dornl3 show --local'.");
-    return misused;
-  }
-  Show::Form const form = options.json ? Show::Form::json : options.text ? Show::Form::text : Show::Form::table;
+  if (!options.target.isLocal) return runOnFreshFigures(options, "show");
   Kernel::NetlinkSocket kernel;
-  Show::Shown const shown = Show::showLocal(kernel, form, styleOfTerminal());
+  Show::Shown const shown = Show::showLocal(kernel, formOf(options), styleOfTerminal());
   for (std::string const& notice : shown.notices) complain(notice);
   return print(shown.output);
+}
+
+int runAgent(AgentOptions const& options) {
+  Apps::runAgent(options, complain);
+  return fine;
 }
 
 int runReplicate(bool local) {
@@ -129,27 +181,44 @@ int runReplicate(bool local) {
   return replicated.areEqual ? status : failed;
 }
 
-int runWatch(WatchOptions const& options) {
-  if (!options.local) {
-    complain("Only this host's own entities can be followed. Add --local: 'dornl3 watch --local ...'.");
-    return misused;
-  }
-  return statusOf(watchLocal(options, complain));
+int runWatch(Target const& target, WatchOptions const& options) {
+  return statusOf(target.isLocal ? watchLocal(options, complain) : watchAgent(target, options, complain));
 }
 
-int runOnAttributes(Attributes::CommandLine const& attributes) {
-  if (std::string const misuse = attributes.misuse(); !misuse.empty()) {
-    complain(misuse);
-    return misused;
-  }
-  if (!attributes.needsEntities()) return print(attributes.run(Vek::Dir::root()).text);
+int tell(Attributes::Answer const& answer) {
+  int const status = print(answer.text);
+  for (std::string const& note : answer.notes) complain(note);
+  return answer.isAsAsked ? status : failed;
+}
+
+int runOnHost(Attributes::CommandLine const& attributes) {
   Kernel::NetlinkSocket kernel;
   Show::HostRoots const host{[&kernel] { return Kernel::readKernel(kernel); }};
   for (std::string const& notice : Show::noticesOf(host.interrupted())) complain(notice);
-  Attributes::Answer const answer = attributes.run(Vek::Dir::root());
-  int const status = print(answer.text);
-  for (std::string const& note : answer.notes) complain(note);
-  return status;
+  Attributes::Filled const filled{Show::filledPaths(Show::Reading::once)};
+  return tell(attributes.run(Vek::Dir::root(), filled, [] {}));
+}
+
+int runOnAgent(Attributes::CommandLine const& attributes, Target const& target) {
+  Use const use = attributes.isChange() ? Use::changes : Use::reads;
+  std::vector<AgentMounts::Wish> const wishes = wishesFor(attributes.paths(), use);
+  Vek::Link::PollLoop loop;
+  AgentSession agent{loop, target.mounts(attributes.given()), wishes, target.timeout};
+  Attributes::Filled const filled{pathsFilledByAgent()};
+  return tell(attributes.run(agent.dir(), filled, [&] {
+    try {
+      agent.settle({wishes.front().name.view()});
+    } catch (NoAnswer const& error) {
+      throw NoAnswer{fmt::format("Whether the change was made is unknown: {} 'dornl3 get' tells what stands there.",
+                                 error.what())};
+    }
+  }));
+}
+
+int runOnAttributes(Attributes::CommandLine const& attributes, Target const& target) {
+  if (!attributes.needsEntities())
+    return tell(attributes.run(Vek::Dir::root(), Attributes::Filled::everything(), [] {}));
+  return target.isLocal ? runOnHost(attributes) : runOnAgent(attributes, target);
 }
 
 // Says what the parser has to say: help and version, or what is wrong.
@@ -166,21 +235,33 @@ int run(int argc, char** argv) {
   app.formatter(std::make_shared<HelpForm>());
   app.footer(exitStatus);
   app.failure_message([](CLI::App const* parsed, CLI::Error const& error) { return misuse(*parsed, error); });
-  ShowOptions options;
-  addShow(app, options);
+  ShowOptions showOptions;
+  CLI::App const* const show = addShow(app, showOptions);
+  ShowOptions requestOptions;
+  CLI::App const* const request = addRequest(app, requestOptions);
+  AgentOptions agentOptions;
+  CLI::App const* const agent = addAgent(app, agentOptions);
   bool replicatesLocal = false;
   CLI::App const* const replicate = addReplicate(app, replicatesLocal);
+  Target watchTarget;
   WatchOptions watchOptions;
-  CLI::App const* const watch = addWatch(app, watchOptions);
-  Attributes::CommandLine const attributes{app, Attributes::Filled{Show::filledPaths(Show::Reading::once)}};
+  CLI::App const* const watch = addWatch(app, watchTarget, watchOptions);
+  Target target;
+  Attributes::CommandLine const attributes{app, [&target](CLI::App& command) {
+                                             target.addTo(command, "Work on this host's own entities, filled from its "
+                                                                   "kernel, without an agent");
+                                           }};
   try {
     app.parse(argc, argv);
   } catch (CLI::ParseError const& outcome) {
     return answer(app, outcome);
   }
+  if (show->parsed()) return runShow(showOptions);
+  if (request->parsed()) return runOnFreshFigures(requestOptions, "request");
+  if (agent->parsed()) return runAgent(agentOptions);
   if (replicate->parsed()) return runReplicate(replicatesLocal);
-  if (watch->parsed()) return runWatch(watchOptions);
-  return attributes.isGiven() ? runOnAttributes(attributes) : runShow(options);
+  if (watch->parsed()) return runWatch(watchTarget, watchOptions);
+  return runOnAttributes(attributes, target);
 }
 
 }  // namespace
@@ -189,6 +270,9 @@ int main(int argc, char** argv) {
   prepareStandardStreams();
   try {
     return run(argc, argv);
+  } catch (NoAnswer const& error) {
+    complain(error.what());
+    return unanswered;
   } catch (std::exception const& error) {
     complain(error.what());
     return failed;

@@ -14,34 +14,46 @@ namespace Apps::Attributes {
 
 class CommandLine {
  public:
-  /// Adds the commands to `app`, which keeps pointers into this: it parses only as long as this stands. `filled`: of
-  /// the entities that it will work on.
-  CommandLine(CLI::App& app, Filled filled);
+  /// Adds a command's options for whose entities it works on.
+  using AddTarget = std::function<void(CLI::App& command)>;
+
+  /// Adds the commands to `app`, which keeps pointers into this: it parses only as long as this stands.
+  CommandLine(CLI::App& app, AddTarget addTarget);
   CommandLine(CommandLine const&) = delete;
   CommandLine& operator=(CommandLine const&) = delete;
 
-  /// Whether one of them was given, once `app` has parsed.
+  /// Whether one of them was given, once `app` has parsed; which.
   [[nodiscard]] bool isGiven() const { return !given_.empty(); }
-  /// Why it cannot be carried out as it was given; empty if it can.
-  [[nodiscard]] std::string misuse() const;
+  [[nodiscard]] std::string const& given() const noexcept { return given_; }
   /// Whether it works on entities, which `roots` of run() must hold.
-  [[nodiscard]] bool needsEntities() const noexcept { return over_ == Over::entities; }
-  /// Carries it out; returns what to print. Throws Misfit.
-  [[nodiscard]] Answer run(Vek::Dir const& roots) const { return body_(roots); }
+  [[nodiscard]] bool needsEntities() const noexcept { return over_ != Over::typesAlone; }
+  /// Whether it changes them.
+  [[nodiscard]] bool isChange() const noexcept { return over_ == Over::entitiesToChange; }
+  /// The paths that it was given.
+  [[nodiscard]] std::vector<std::string> paths() const;
+  /// Carries it out; returns what to print. `filled`: of the entities in `roots`. Throws Misfit, and what `confirm`
+  /// throws.
+  [[nodiscard]] Answer run(Vek::Dir const& roots, Filled const& filled, Confirm const& confirm) const;
 
  private:
-  using Body = std::function<Answer(Vek::Dir const& roots)>;
-  enum class Over { entities, typesAlone };
+  // What a command works on.
+  struct On {
+    Vek::Dir const& roots;
+    Filled const& filled;
+    Confirm const& confirm;
+  };
+  using Body = std::function<Answer(On const& on)>;
+  enum class Over { entities, entitiesToChange, typesAlone };
 
   CLI::App* add(CLI::App& app, char const* name, char const* description, Over over, Body body);
   void addAll(CLI::App& command);
   void addReading(CLI::App& app);
   void addChanging(CLI::App& app);
   [[nodiscard]] Form form() const noexcept { return json_ ? Form::json : Form::text; }
-  [[nodiscard]] Filled const& shown() const { return all_ ? Filled::everything() : filled_; }
-  [[nodiscard]] Look look() const;
+  [[nodiscard]] Filled const& shown(On const& on) const { return all_ ? Filled::everything() : on.filled; }
+  [[nodiscard]] Look look(On const& on) const;
 
-  Filled const filled_;
+  AddTarget const addTarget_;
   std::string given_;
   Over over_ = Over::entities;
   Body body_;

@@ -68,6 +68,17 @@ void setMemberChild(Place const& place, std::optional<std::string> const& text) 
   makeChild(place, std::nullopt);
 }
 
+// Whether what the path names is there: a member, or a child; a value always is, where its entity is.
+bool isThereAt(Vek::Dir const& roots, std::string const& path) {
+  try {
+    Place const place = resolve(roots, path);
+    if (place.isMember()) return isThere(place);
+    return place.kind() != Kind::child || static_cast<bool>(entityOf(*valueAt(place)));
+  } catch (Misfit const&) {
+    return false;  // nor is what would hold it
+  }
+}
+
 }  // namespace
 
 Answer get(Vek::Dir const& roots, std::vector<std::string> const& paths, Look const& look, Form form) {
@@ -105,8 +116,8 @@ std::string digests(Vek::Dir const& roots, std::vector<std::string> const& paths
   return (paths.size() == 1 ? all.front() : all).dump(2) + '\n';
 }
 
-std::string set(Vek::Dir const& roots, std::string const& path, std::optional<std::string> const& value,
-                Missing missing, Form form) {
+Answer set(Vek::Dir const& roots, std::string const& path, std::optional<std::string> const& value, Missing missing,
+           Form form, Confirm const& confirm) {
   Place const place = resolve(roots, path, missing);
   if (place.attr == nullptr) refuse(place, "is a root entity, which is there already: set one of its attributes");
   needMember(place);
@@ -117,10 +128,19 @@ std::string set(Vek::Dir const& roots, std::string const& path, std::optional<st
   case Kind::child: setChild(place, value); break;
   case Kind::children: setMemberChild(place, value); break;
   }
-  return print(read(place, lookFor(form)), form);
+  bool const isValue = place.kind() == Kind::scalar || place.kind() == Kind::elements;
+  std::string const asked = linesOf(read(place, {}));
+  confirm();
+  if (!isThereAt(roots, path)) return {"", {place.path + " is not there: its owner has removed it."}, false};
+  Place const confirmed = resolve(roots, path);
+  Answer answer{print(read(confirmed, lookFor(form)), form)};
+  if (!isValue || linesOf(read(confirmed, {})) == asked) return answer;  // a child is there: what it holds is its own
+  answer.notes.push_back(place.path + " is not as it was to be: its owner has made something else of it, as printed.");
+  answer.isAsAsked = false;
+  return answer;
 }
 
-std::string del(Vek::Dir const& roots, std::string const& path, Form form) {
+Answer del(Vek::Dir const& roots, std::string const& path, Form form, Confirm const& confirm) {
   Place const place = resolve(roots, path);
   needMember(place);
   bool const isRemovable = place.isMember() || (place.attr != nullptr && place.kind() == Kind::child);
@@ -128,7 +148,11 @@ std::string del(Vek::Dir const& roots, std::string const& path, Form form) {
   if (!place.isMember() && !entityOf(*valueAt(place))) refuse(place, "is not there: there is nothing to remove");
   std::string const gone = print(read(place, {Depth::all}), form);
   remove(place);
-  return gone;
+  confirm();
+  if (!isThereAt(roots, path)) return {gone};
+  return {print(read(resolve(roots, path), {Depth::all}), form),
+          {place.path + " is there: its owner has not let it go, or made it again, as printed."},
+          false};
 }
 
 Answer count(Vek::Dir const& roots, std::string const& path, Filled const& filled, Form form) {

@@ -34,7 +34,7 @@ struct Turn {
 
 /// What those that one watch follows share. Owner: the watch; it outlives them.
 struct Following {
-  Vek::Ptr<Vek::Activity> activity = Vek::make<Vek::Activity>();
+  Vek::Ptr<Vek::Activity> activity;
   std::map<Turn, FollowedEntity*> changed = {};  // who has heard something and has not been asked yet
   std::size_t births = 0;
 };

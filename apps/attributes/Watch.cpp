@@ -22,8 +22,9 @@ void needTold(TypedPath const& path) {
 
 }  // namespace
 
-Watch::Watch(Vek::Dir const& roots, std::vector<std::string> const& paths, Look const& look)
-    : look_{paths.empty() ? Depth::all : look.depth, look.records} {
+Watch::Watch(Vek::Dir const& roots, std::vector<std::string> const& paths, Look const& look, std::function<void()> wake)
+    : look_{paths.empty() ? Depth::all : look.depth, look.records},
+      following_{Vek::make<Vek::Activity>(std::move(wake))} {
   if (paths.size() > maxPaths) {
     throw Misfit(
         fmt::format("There are {} paths, more than {}. Name what holds several of them.", paths.size(), maxPaths));

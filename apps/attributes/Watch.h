@@ -18,8 +18,10 @@ class Watch {
   static constexpr std::size_t maxPaths = 1000;
 
   /// Without paths it follows everything, as with Depth::all. Of all this, what `look.filled` has, which must outlive
-  /// it. Throws Misfit where nothing can ever be at a path, or it is never told of, and for more than maxPaths.
-  Watch(Vek::Dir const& roots, std::vector<std::string> const& paths, Look const& look);
+  /// it. `wake` is called, inside whatever changes something, when changes() has something to look at. Throws Misfit
+  /// where nothing can ever be at a path, or it is never told of, and for more than maxPaths.
+  Watch(Vek::Dir const& roots, std::vector<std::string> const& paths, Look const& look,
+        std::function<void()> wake = {});
   Watch(Watch const&) = delete;
   Watch& operator=(Watch const&) = delete;
 

@@ -13,7 +13,6 @@ namespace Apps::Kernel {
 namespace {
 
 constexpr int datagramsAtOnce = 4096;
-constexpr int failuresInARow = 3;
 constexpr int readingsWithoutRest = 3;
 
 }  // namespace
@@ -24,6 +23,24 @@ KernelFollower::KernelFollower(MessageSource& questions, NotificationSource& not
 }
 
 bool KernelFollower::advance() {
+  bool changed = takeNews();
+  if (due_ && Steady::now() >= *due_) {
+    try {
+      readAgain();
+    } catch (KernelError const&) {
+      if (failures_ == pace_.failuresInARow) throw;
+    }
+    changed = true;
+  }
+  return changed && isSettled();
+}
+
+void KernelFollower::refresh() {
+  takeNews();
+  readAgain();
+}
+
+bool KernelFollower::takeNews() {
   bool changed = false;
   Bytes datagram;
   int left = datagramsAtOnce;
@@ -41,24 +58,23 @@ bool KernelFollower::advance() {
     if (forEachMessage(datagram, each) == Walked::broken) needReading();  // what it said is lost
   }
   hasMore_ = left == 0;
-  if (due_ && Steady::now() >= *due_) {
-    tryReading();
-    changed = true;
-  }
-  return changed && isSettled();
+  return changed;
 }
 
 bool KernelFollower::isSettled() const noexcept { return failures_ == 0 && (!due_ || unasked_ >= readingsWithoutRest); }
 
 // What a busy kernel could not tell now it may tell soon; what is known until then is not whole.
-void KernelFollower::tryReading() {
+void KernelFollower::readAgain() {
   try {
     if (failures_ != 0) questions_.reopen();
     read();
     failures_ = 0;
-  } catch (KernelError const&) {
-    if (++failures_ == failuresInARow) throw;
+    failure_.clear();
+  } catch (KernelError const& error) {
+    ++failures_;
+    failure_ = error.what();
     due_ = Steady::now() + 10 * pace_.settling;
+    throw;
   }
 }
 

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <functional>
 #include <optional>
+#include <string>
 
 namespace Apps::Kernel {
 
@@ -24,6 +25,7 @@ class KernelFollower {
     std::chrono::milliseconds settling{100};  // from what made one needed: it may still be going on
     int restFactor = 4;                       // rest after one, in times of what it took
     std::size_t fewEntries = 4096;            // keptEntries() of one kind that are not worth tidying
+    int failuresInARow = 3;                   // readings that fail before advance() throws; 0: it never does for these
   };
 
   /// Reads the kernel. Uses both sources; the one of notifications was opened before, so that nothing falls between.
@@ -33,6 +35,11 @@ class KernelFollower {
   /// Takes the notifications that have come, up to some thousand, and reads afresh if that is due. True if the figures
   /// may have changed and are settled. A reading that fails is tried again. Throws KernelError after several.
   bool advance();
+  /// Takes them, and reads afresh now: the figures are settled then, and no older than this call. Throws KernelError;
+  /// the reading is tried again then, by advance().
+  void refresh();
+  /// Why the last reading failed; empty if it did not.
+  [[nodiscard]] std::string const& failure() const noexcept { return failure_; }
 
   /// How long advance() can wait if no notification comes; nothing if for ever.
   [[nodiscard]] std::optional<std::chrono::milliseconds> patience() const;
@@ -50,7 +57,8 @@ class KernelFollower {
   using Steady = std::chrono::steady_clock;
 
   void needReading();
-  void tryReading();
+  bool takeNews();
+  void readAgain();
   void read();
   void readRoutes(Surroundings::Interrupted& interrupted);
   bool take(nlmsghdr const& header, Bytes body);
@@ -73,7 +81,8 @@ class KernelFollower {
   ChangeTimes times_;
   Surroundings::Interrupted interrupted_;
   int failures_ = 0;  // of readings, one after the other
-  int unasked_ = 0;   // readings since the figures were asked for
+  std::string failure_;
+  int unasked_ = 0;  // readings since the figures were asked for
   bool wasRead_ = false;
   bool hasMore_ = false;                   // notifications that were left for the next time
   std::optional<Steady::time_point> due_;  // of a reading that is needed

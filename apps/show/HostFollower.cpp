@@ -18,8 +18,19 @@ void HostFollower::publish() {
   interrupted_ = figures.interrupted;
 }
 
+void HostFollower::refresh() {
+  follower_.refresh();
+  publish();
+}
+
 std::vector<std::string> HostFollower::notices() {
   std::vector<std::string> notices;
+  if (follower_.failure() != toldFailure_) {
+    toldFailure_ = follower_.failure();
+    notices.push_back(toldFailure_.empty()
+                          ? "The kernel can be read again: the figures are current."
+                          : toldFailure_ + " It is tried again; until then the figures stay as they were.");
+  }
   for (std::string_view table : interrupted_) {
     if (std::find(told_.begin(), told_.end(), table) != told_.end()) continue;
     notices.push_back(std::string{table} +

@@ -20,6 +20,9 @@ class HostFollower {
 
   /// Fills the roots, unless a fresh reading is due: advance() is then true once it is done.
   void publish();
+  /// Reads the kernel now, and fills the roots from that. Throws KernelError.
+  void refresh();
+  [[nodiscard]] Roots const& roots() const noexcept { return roots_.roots(); }
 
   /// What the reader should know about the figures since the last call: sentences.
   [[nodiscard]] std::vector<std::string> notices();
@@ -29,6 +32,7 @@ class HostFollower {
   HostRoots const roots_{[this] { return follower_.figures(); }};
   Interrupted interrupted_ = roots_.interrupted();
   Interrupted told_;
+  std::string toldFailure_;
 };
 
 }  // namespace Apps::Show

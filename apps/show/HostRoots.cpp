@@ -1,19 +1,21 @@
 #include "apps/show/HostRoots.h"
 
 #include "apps/show/RequestResponder.h"
+#include "apps/show/StatusFiller.h"
 #include "apps/show/WallClock.h"
-#include "dornl3/platform/vek/Dir.h"
 
 namespace Apps::Show {
 
 Interrupted fillFrom(ReadFigures const& read, Roots const& roots) {
-  auto const responder = Vek::make<RequestResponder>(roots, read, secondsSince1970);
+  auto const responder = Vek::make<RequestResponder>();
   responder->notifierIs(roots.request);
   responder->isRegisteredNotifieeIs(true);
 
   roots.request->statusRequestIdInc(1);
-  if (responder->failure()) std::rethrow_exception(responder->failure());
-  return responder->interrupted();
+  Kernel::KernelFigures const figures = read();
+  fill(roots, figures);
+  responder->answer(roots, secondsSince1970());
+  return figures.interrupted;
 }
 
 std::vector<std::string> noticesOf(Interrupted const& interrupted) {

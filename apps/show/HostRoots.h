@@ -17,7 +17,7 @@ using ReadFigures = std::function<Kernel::KernelFigures()>;
 /// Names of tables that changed while they were read.
 using Interrupted = std::vector<std::string_view>;
 
-/// Puts a request to a responder that calls `read` and fills the roots. Throws what `read` throws.
+/// Puts a request, fills the roots with what `read` gives, and answers. Throws what `read` throws.
 [[nodiscard]] Interrupted fillFrom(ReadFigures const& read, Roots const& roots);
 
 /// What the reader of figures should know of such tables: a sentence each.

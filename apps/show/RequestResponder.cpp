@@ -2,24 +2,22 @@
 
 #include "apps/show/StatusFiller.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Apps::Show {
 
-RequestResponder::RequestResponder(Roots const& roots, Read read, Clock clock)
-    : roots_{roots}, read_{std::move(read)}, clock_{std::move(clock)} {
-  roots_.request = nullptr;  // the notifier is the framework's to hold
-}
-
 void RequestResponder::onStatusRequestId() {
-  failure_ = nullptr;
-  interrupted_.clear();
-  Kernel::KernelFigures figures = read_();
-  fill(roots_, figures);
-  interrupted_ = std::move(figures.interrupted);
-  answer(roots_, {notifier()->statusRequestId(), clock_()});
+  Vek::U64 const id = notifier()->statusRequestId();
+  if (id > highest_ && id - highest_ > farthestLeap) return notifier()->statusRequestIdIs(highest_);
+  highest_ = std::max(highest_, id);
+  if (!std::exchange(isAsked_, true) && whenAsked_) whenAsked_();
 }
 
-void RequestResponder::onNotificationException(Vek::AttributeId) { failure_ = std::current_exception(); }
+void RequestResponder::answer(Roots const& roots, double time) {
+  isAsked_ = false;
+  highest_ = std::max(highest_, roots.status->statusResponseId());
+  Show::answer(roots, {highest_, time});
+}
 
 }  // namespace Apps::Show

@@ -1,39 +1,34 @@
-// RequestResponder: the reactor that answers a request for fresh figures.
-// It hears `statusRequestId` change, reads the kernel, fills the entities, and answers in `statusResponseId` and
-// `statusUpdatedTime`. All of it runs inside the setter of the request, on the caller's thread.
+// RequestResponder: hears requests for fresh figures, and answers them when these are in place.
+// It does nothing inside the setter of the request: whoever owns the entities reads the kernel when it suits him, once
+// for all that have asked by then, and answers. Owner: whoever makes the figures. Thread: the entities'.
 #pragma once
 
-#include "apps/kernel/KernelFigures.h"
 #include "apps/show/Roots.h"
 
-#include <exception>
 #include <functional>
 
 namespace Apps::Show {
 
 class RequestResponder : public Hardware::DornL3Unicast::Request::Notifiee {
  public:
-  using Read = std::function<Kernel::KernelFigures()>;
-  using Clock = std::function<double()>;  // seconds since 1970
+  /// Ids that leap farther are put back: one requester cannot use up those of all.
+  static constexpr Vek::U64 farthestLeap = Vek::U64{1} << 32;
 
-  /// Keeps the entities of `roots` but for the request, which becomes its notifier only by notifierIs().
-  RequestResponder(Roots const& roots, Read read, Clock clock);
+  /// `whenAsked` is called inside the setter of the request, once until it is answered.
+  explicit RequestResponder(std::function<void()> whenAsked = {}) : whenAsked_{std::move(whenAsked)} {}
 
   void onStatusRequestId() override;
-  void onNotificationException(Vek::AttributeId id) override;  // keeps what was thrown for failure()
-  using Hardware::DornL3Unicast::Request::Notifiee::onNotificationException;
 
-  /// Why the last request got no answer; null if it got one.
-  [[nodiscard]] std::exception_ptr failure() const noexcept { return failure_; }
-  /// The tables that changed while the last answer was made.
-  [[nodiscard]] std::vector<std::string_view> const& interrupted() const noexcept { return interrupted_; }
+  /// Whether somebody waits for an answer.
+  [[nodiscard]] bool isAsked() const noexcept { return isAsked_; }
+  /// Answers all that have asked, with the highest of their ids; figures that were read since are in `roots`. The id
+  /// never goes back, whatever was asked for. `time`: in seconds since 1970.
+  void answer(Roots const& roots, double time);
 
  private:
-  Roots roots_;
-  Read read_;
-  Clock clock_;
-  std::exception_ptr failure_;
-  std::vector<std::string_view> interrupted_;
+  std::function<void()> whenAsked_;
+  Vek::U64 highest_ = 0;  // id that was asked for
+  bool isAsked_ = false;
 };
 
 }  // namespace Apps::Show

@@ -2,6 +2,8 @@
 // them stands here.
 #pragma once
 
+#include "dornl3/platform/attrlog/Exports.h"
+#include "dornl3/platform/vek/Dir.h"
 #include "dornl3/schema/AclIntf.h"
 #include "dornl3/schema/AuditStatus.h"
 #include "dornl3/schema/DornL3CliConfig.h"
@@ -29,8 +31,31 @@ struct Roots {
   /// Calls `each` with every one of them.
   template <class Each>
   void forEach(Each const& each) const {
-    each(request), each(status), each(vxlanRouting), each(restartCompletion), each(auditRequest), each(auditStatus),
-        each(cliConfig), each(aclRouteConfig), each(aclRouteStatus);
+    visit(*this, [&each](Vek::Ptr<Vek::Entity> const& root, Vek::NboAttrLog::Access) { each(root); });
+  }
+  /// The same, and with what others may do with it.
+  template <class Each>
+  void forEachExport(Each const& each) const {
+    visit(*this, each);
+  }
+
+  /// Those that stand in a directory under these names; the others are new.
+  [[nodiscard]] static Roots in(Vek::Dir const& dir) {
+    Roots roots;
+    visit(roots, [&dir]<class X>(Vek::Ptr<X>& root, Vek::NboAttrLog::Access) {
+      if (auto const entity = Vek::ptrCast<X>(dir.entity(root->name()))) root = entity;
+    });
+    return roots;
+  }
+
+ private:
+  // What is asked for and configured is for others to write.
+  template <class Self, class Each>
+  static void visit(Self& self, Each const& each) {
+    using enum Vek::NboAttrLog::Access;
+    each(self.request, writable), each(self.status, readOnly), each(self.vxlanRouting, readOnly),
+        each(self.restartCompletion, readOnly), each(self.auditRequest, writable), each(self.auditStatus, readOnly),
+        each(self.cliConfig, writable), each(self.aclRouteConfig, writable), each(self.aclRouteStatus, readOnly);
   }
 };
 

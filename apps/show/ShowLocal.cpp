@@ -7,9 +7,8 @@
 
 namespace Apps::Show {
 
-namespace {
-
-std::string print(std::vector<Figure> const& figures, Form form, Style style) {
+std::string print(Roots const& roots, Form form, Style style) {
+  std::vector<Figure> const figures = figuresOf(roots);
   switch (form) {
   case Form::json: return jsonForm(figures);
   case Form::text: return textForm(figures);
@@ -18,12 +17,10 @@ std::string print(std::vector<Figure> const& figures, Form form, Style style) {
   return tableForm(figures, style);
 }
 
-}  // namespace
-
 Shown showLocal(Kernel::MessageSource& source, Form form, Style style) {
   Roots const roots;
   Interrupted const interrupted = fillFrom([&source] { return Kernel::readKernel(source); }, roots);
-  return {print(figuresOf(roots), form, style), noticesOf(interrupted)};
+  return {print(roots, form, style), noticesOf(interrupted)};
 }
 
 }  // namespace Apps::Show

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "apps/kernel/MessageSource.h"
+#include "apps/show/Roots.h"
 #include "apps/show/TableForm.h"
 
 #include <string>
@@ -16,7 +17,9 @@ struct Shown {
   std::vector<std::string> notices;  // what the reader should know about it: sentences
 };
 
-/// Puts a request to a responder that reads `source`, and prints the answer. Throws KernelError.
+/// What is shown of roots that are filled.
+[[nodiscard]] std::string print(Roots const& roots, Form form, Style style);
+/// Fills roots from `source`, and prints them. Throws KernelError.
 [[nodiscard]] Shown showLocal(Kernel::MessageSource& source, Form form, Style style);
 
 }  // namespace Apps::Show

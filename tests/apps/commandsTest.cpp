@@ -23,9 +23,9 @@ class Commands : public AttributeTest {
   json getJson(std::vector<std::string> const& paths) { return json::parse(get(paths, Depth::one, Form::json)); }
   std::string set(std::string const& path, std::optional<std::string> const& value = {},
                   Missing missing = Missing::refuse) {
-    return Attributes::set(*directory_, path, value, missing, Form::text);
+    return Attributes::set(*directory_, path, value, missing, Form::text).text;
   }
-  std::string del(std::string const& path) { return Attributes::del(*directory_, path, Form::text); }
+  std::string del(std::string const& path) { return Attributes::del(*directory_, path, Form::text).text; }
   std::string count(std::string const& path) {
     return Attributes::count(*directory_, path, Filled::everything(), Form::text).text;
   }
@@ -231,24 +231,44 @@ TEST_F(Commands, DigestsTellEqualTreesFromOthers) {
   EXPECT_THAT(refusal([&] { return digests(*directory_, {"status.numVrfs"}, Form::text); }), HasSubstr("is no entity"));
 }
 
-TEST_F(Commands, TheCommandLineNeedsLocalWhereEntitiesAreWanted) {
-  auto const misuse = [](char const* line) {
-    CLI::App app;
-    CommandLine const commands{app, Filled::everything()};
-    app.parse(line);
-    return commands.isGiven() ? commands.misuse() : "not given";
+TEST_F(Commands, TheOwnerMakesSomethingElseOfAChange) {
+  auto const changing = [this](char const* path, char const* value) {
+    return Attributes::set(*directory_, path, value, Missing::refuse, Form::text, [&] { set(path, "9"); });
   };
-  EXPECT_EQ(misuse("get --local status"), "");
-  EXPECT_EQ(misuse("types Status"), "");
-  EXPECT_EQ(misuse("get status"),
-            "Only this host's own entities can be reached. Add --local: 'dornl3 get --local ...'.");
-  EXPECT_THROW(misuse("set --local"), CLI::RequiredError);
-  EXPECT_THROW(misuse("get --local -r --digest status"), CLI::ExcludesError);
+  Answer const other = changing("status.inUseArpEntries[0]", "5");
+  EXPECT_EQ(other.text, "status.inUseArpEntries[0] = 9\n");
+  EXPECT_FALSE(other.isAsAsked);
+  EXPECT_TRUE(changing("status.numVrfs", "9").isAsAsked);
+
+  auto const isAsAsked = [this](bool removes, std::function<void()> const& owner) {
+    std::string const path = "status.inUseArpEntries[0]";
+    set(path, "1");
+    return (removes ? Attributes::del(*directory_, path, Form::text, owner)
+                    : Attributes::set(*directory_, path, "5", Missing::refuse, Form::text, owner))
+        .isAsAsked;
+  };
+  EXPECT_FALSE(isAsAsked(false, [this] { del("status.inUseArpEntries[0]"); })) << "removed by its owner";
+  EXPECT_FALSE(isAsAsked(true, [this] { set("status.inUseArpEntries[0]", "1"); })) << "and made again";
+}
+
+TEST_F(Commands, TheCommandLineTellsWhatItWorksOn) {
+  auto const isChange = [](char const* line) {
+    CLI::App app;
+    CommandLine const commands{app, [](CLI::App&) {}};
+    app.parse(line);
+    return commands.isChange();
+  };
+  EXPECT_FALSE(isChange("get status"));
+  EXPECT_FALSE(isChange("types Status"));
+  EXPECT_TRUE(isChange("del status.inUseArpEntries[0]"));
+  EXPECT_THROW(isChange("set"), CLI::RequiredError);
+  EXPECT_THROW(isChange("get -r --digest status"), CLI::ExcludesError);
 
   CLI::App app;
-  CommandLine const commands{app, Filled::everything()};
-  app.parse("set --local status.inUseArpEntries[0] 5");
-  EXPECT_EQ(commands.run(*directory_).text, "status.inUseArpEntries[0] = 5\n");
+  CommandLine const commands{app, [](CLI::App&) {}};
+  app.parse("set status.inUseArpEntries[0] 5");
+  EXPECT_EQ(commands.run(*directory_, Filled::everything(), [] {}).text, "status.inUseArpEntries[0] = 5\n");
+  EXPECT_EQ(commands.paths(), std::vector<std::string>{"status.inUseArpEntries[0]"});
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include "apps/show/RequestResponder.h"
 
-#include "apps/kernel/KernelError.h"
 #include "apps/show/Figures.h"
+#include "apps/show/StatusFiller.h"
 #include "apps/show/TextForm.h"
 #include "tests/apps/SomeFigures.h"
 #include "tests/core/LeakCheck.h"
@@ -22,10 +22,17 @@ class Responder : public LeakCheck {
     responder_->isRegisteredNotifieeIs(true);
   }
 
+  void ask() { roots_.request->statusRequestIdInc(1); }
+  // What whoever owns the entities does, in a turn of his own.
+  void serve(Kernel::KernelFigures const& figures = someFigures()) {
+    if (!responder_->isAsked()) return;
+    fill(roots_, figures);
+    responder_->answer(roots_, 1234.5);
+  }
+
   Roots roots_;
-  std::function<Kernel::KernelFigures()> kernel_ = someFigures;
-  Vek::Ptr<RequestResponder> responder_ = Vek::make<RequestResponder>(
-      roots_, [this] { return kernel_(); }, [] { return 1234.5; });
+  int calls_ = 0;
+  Vek::Ptr<RequestResponder> responder_ = Vek::make<RequestResponder>([this] { ++calls_; });
 };
 
 TEST_F(Responder, FillsTheEntitiesAndTakesOutWhatTheKernelDoesNotHave) {
@@ -35,7 +42,8 @@ TEST_F(Responder, FillsTheEntitiesAndTakesOutWhatTheKernelDoesNotHave) {
   roots_.status->inUseMplsHeadEntriesIs(4, 10);
   roots_.status->lemV4RouteStatsIs("lemV4RouteStats")->routeCountIs(1000, 1);
   roots_.status->lemV4RouteStats()->prefixLenInLemIs(25, true);
-  roots_.request->statusRequestIdInc(1);
+  ask();
+  serve();
   EXPECT_EQ(textForm(figuresOf(roots_)), R"(status.statusResponseId = 1
 status.statusUpdatedTime = 1234.5
 restartCompletionStatus.restartComplete = True
@@ -76,24 +84,24 @@ status.lemV6RouteStats.routeCount[127] = 60
 }
 
 TEST_F(Responder, WritesWhatChangedAndNothingElse) {
-  roots_.request->statusRequestIdInc(1);
+  ask();
+  serve();
   Status const& status = *roots_.status;
   LemRouteStats const& prefixes = *status.lemV4RouteStats();
   Vek::U32 const before = status.writeCount();
   Vek::U32 const prefixesBefore = prefixes.writeCount();
-  roots_.request->statusRequestIdInc(1);
+  ask();
+  serve();
   EXPECT_EQ(status.writeCount() - before, 3U) << "the kernel is as it was: the answer, and two children asked for";
   EXPECT_EQ(prefixes.writeCount(), prefixesBefore);
 
-  kernel_ = [] {
-    Kernel::KernelFigures figures = someFigures();
-    figures.tunnels = 5;
-    figures.ipv4Prefixes.byLength[0] = 0;    // gone
-    figures.ipv4Prefixes.byLength[8] = 3;    // new
-    figures.ipv4Prefixes.byLength[24] = 49;  // another number
-    return figures;
-  };
-  roots_.request->statusRequestIdInc(1);
+  Kernel::KernelFigures figures = someFigures();
+  figures.tunnels = 5;
+  figures.ipv4Prefixes.byLength[0] = 0;    // gone
+  figures.ipv4Prefixes.byLength[8] = 3;    // new
+  figures.ipv4Prefixes.byLength[24] = 49;  // another number
+  ask();
+  serve(figures);
   EXPECT_EQ(status.writeCount() - before, 7U) << "and one of four numbers by FAP";
   EXPECT_EQ(prefixes.writeCount() - prefixesBefore, 5U) << "two lengths with their flags, and a number";
   EXPECT_EQ(prefixes.prefixLenInLemCount(), 3U);
@@ -109,34 +117,38 @@ struct Requester : Status::Notifiee {
   bool isFilled = false;
 };
 
-TEST_F(Responder, AnswersLastSoThatTheRequesterFindsTheFigures) {
+TEST_F(Responder, AnswersAllThatHaveAskedAtOnceAndLast) {
   auto const requester = Vek::make<Requester>();
   requester->notifierIs(roots_.status);
   requester->isRegisteredNotifieeIs(true);
-  roots_.request->statusRequestIdIs(41);
-  EXPECT_EQ(roots_.status->statusResponseId(), 41U);
+  for (Vek::U64 id : {41, 43, 42}) roots_.request->statusRequestIdIs(id);
+  EXPECT_EQ(calls_, 1);
+  EXPECT_EQ(requester->answers, 0) << "not inside the setter";
+  serve();
+  EXPECT_EQ(roots_.status->statusResponseId(), 43U);
+  EXPECT_EQ(requester->answers, 1);
   EXPECT_TRUE(requester->isFilled);
   roots_.request->statusRequestIdInc(0);
-  EXPECT_EQ(requester->answers, 1) << "a request that does not move asks for nothing";
+  EXPECT_FALSE(responder_->isAsked()) << "a request that does not move asks for nothing";
 }
 
-TEST_F(Responder, KeepsTheFailureAndGivesNoAnswer) {
-  kernel_ = []() -> Kernel::KernelFigures { throw Kernel::KernelError{"no kernel"}; };
-  roots_.request->statusRequestIdInc(1);
-  EXPECT_EQ(roots_.status->statusResponseId(), 0U);
-  ASSERT_TRUE(responder_->failure());
-  EXPECT_THROW(std::rethrow_exception(responder_->failure()), Kernel::KernelError);
-
-  kernel_ = [] {
-    Kernel::KernelFigures figures = someFigures();
-    figures.interrupted = {"The kernel's routes"};
-    return figures;
+TEST_F(Responder, NeverGoesBackAndLetsNobodyUseUpTheIds) {
+  struct {
+    Vek::U64 asked;
+    Vek::U64 answered;
+    char const* why;
+  } const cases[] = {
+      {7, 7, "the first"},
+      {3, 7, "a lower one is answered as well"},
+      {~Vek::U64{0}, 7, "one that leaps is put back"},
+      {7 + RequestResponder::farthestLeap, 7 + RequestResponder::farthestLeap, "as far as it may"},
   };
-  roots_.request->statusRequestIdInc(1);
-  EXPECT_FALSE(responder_->failure());
-  EXPECT_EQ(roots_.status->statusResponseId(), 2U) << "an answer, but no whole one";
-  EXPECT_FALSE(roots_.restartCompletion->restartComplete());
-  EXPECT_EQ(responder_->interrupted().size(), 1U);
+  for (auto const& one : cases) {
+    roots_.request->statusRequestIdIs(one.asked);
+    EXPECT_TRUE(responder_->isAsked()) << one.why;
+    serve();
+    EXPECT_EQ(roots_.status->statusResponseId(), one.answered) << one.why;
+  }
 }
 
 }  // namespace

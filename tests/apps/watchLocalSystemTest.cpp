@@ -90,8 +90,9 @@ TEST(WatchLocal, EndsOnATerminalThatNobodyReads) {
 }
 
 TEST(Help, FitsEightyColumnsAndTellsWhatTheRootsAre) {
-  Command wide{"for command in '' show watch get count ls types set del; do dornl3 $command --help; done | "
-               "awk 'length > 80'"};
+  Command wide{
+      "for command in '' agent request show watch get count ls types set del; do dornl3 $command --help; done | "
+      "awk 'length > 80'"};
   EXPECT_EQ(wide.line(), "");
   Command get{"dornl3 get --help | grep -A 1 '^  cliConfig '"};
   EXPECT_EQ(get.line(), "  cliConfig                 Configuration from the command line; the forwarding\n");
@@ -103,13 +104,13 @@ TEST(WatchLocal, SaysWhatIsWrongWithTheCommandLine) {
     int status;
     char const* complaint;
   } const cases[] = {
-      {"dornl3 watch status", 2,
-       "dornl3: Only this host's own entities can be followed. Add --local: 'dornl3 watch --local ...'.\n"},
+      {"dornl3 watch --local --agent unix:/a status", 2, nullptr},
       {"dornl3 count --local", 2, "dornl3: PATH is required. Type 'dornl3 count --help' to see what there is.\n"},
       {"dornl3 wach --local", 2,
        "dornl3: There is no command 'wach'; did you mean 'watch'? Type 'dornl3 --help' to see what there is.\n"},
       {"dornl3 bogus", 2,
-       "dornl3: There is no command 'bogus'. There are: show, replicate, watch, get, count, ls, types, set, del. Type "
+       "dornl3: There is no command 'bogus'. There are: show, request, agent, replicate, watch, get, count, ls, types, "
+       "set, del. Type "
        "'dornl3 "
        "--help' to see what there is.\n"},
       {"dornl3 get --lcoal status", 2,

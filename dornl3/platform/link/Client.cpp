@@ -3,6 +3,7 @@
 #include "dornl3/core/Throwers.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <system_error>
 
 namespace Vek::Link {
@@ -40,7 +41,7 @@ void Client::mountDel(NboAttrLog::Mount& mount) {
 
 // The timer's call: to try, or to give up what does not come about.
 void Client::tryAgain() {
-  if (state_ == State::connecting) return rest("nothing answers");
+  if (state_ == State::connecting) return rest("nothing answers", ETIMEDOUT);
   try {
     socket_ = Socket::of(address_);
     bool const isConnected = socket_.connect(address_);
@@ -50,18 +51,19 @@ void Client::tryAgain() {
     watch_->wishIs({.toWrite = true});
     timer_->dueIs(NboAttrLog::steadyClock()() + patience);
   } catch (std::system_error const& error) {
-    rest(error.code().message());
+    rest(error.code().message(), error.code().value());
   }
 }
 
 void Client::connected() {
   watch_ = nullptr;
-  if (int const error = socket_.takeError(); error != 0) return rest(std::generic_category().message(error));
+  if (int const error = socket_.takeError(); error != 0) return rest(std::generic_category().message(error), error);
   timer_->dueIs(Timer::never);
   link_ = std::make_unique<PeerLink>(loop_, std::move(socket_), settings_.connection, [this] { ended(); });
   link_->connection().whenOpenIs([this] {
     attempts_ = 0;
     trouble_.clear();
+    error_ = 0;
     stateIs(State::connected);
   });
   for (auto const& mount : mounts_) link_->connection().mounts().mountIs(mount);
@@ -70,10 +72,10 @@ void Client::connected() {
 void Client::ended() {
   String8 const reason = link_->connection().closeReason();
   link_ = nullptr;
-  rest(reason.charPtr());
+  rest(reason.charPtr(), 0);
 }
 
-void Client::rest(std::string trouble) {
+void Client::rest(std::string trouble, int error) {
   watch_ = nullptr;
   socket_ = {};
   double const rest =
@@ -81,6 +83,7 @@ void Client::rest(std::string trouble) {
   double const chance = static_cast<double>(settings_.random()) / std::numeric_limits<U32>::max();
   ++attempts_;
   trouble_ = std::move(trouble);
+  error_ = error;
   timer_->dueIs(NboAttrLog::steadyClock()() + rest * (1 + chance / 2));
   state_ = State::resting;
   if (whenChanged_) whenChanged_();

@@ -39,6 +39,8 @@ class Client {
   [[nodiscard]] Address const& address() const noexcept { return address_; }
   /// Why there is no connection: the last reason, a sentence; empty when none has failed since one stood.
   [[nodiscard]] std::string const& trouble() const noexcept { return trouble_; }
+  /// The system's number of it, an errno; 0 where it was not the system that refused a connection.
+  [[nodiscard]] int error() const noexcept { return error_; }
   /// How many connections have been tried in vain since one stood.
   [[nodiscard]] U32 attempts() const noexcept { return attempts_; }
   /// Called from the loop after state() or trouble() has changed; a mount that changes tells by a call of its own.
@@ -51,7 +53,7 @@ class Client {
   void tryAgain();
   void connected();
   void ended();
-  void rest(std::string trouble);
+  void rest(std::string trouble, int error);
   void stateIs(State state);
 
   Loop& loop_;
@@ -59,6 +61,7 @@ class Client {
   Settings const settings_;
   State state_ = State::resting;
   std::string trouble_;
+  int error_ = 0;
   U32 attempts_ = 0;
   std::vector<Ptr<NboAttrLog::Mount>> mounts_;
   std::function<void()> whenChanged_;

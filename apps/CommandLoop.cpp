@@ -1,4 +1,6 @@
-#include "apps/FollowLoop.h"
+#include "apps/CommandLoop.h"
+
+#include "dornl3/platform/link/AsioLoop.h"
 
 #include <asio.hpp>
 #include <sys/epoll.h>
@@ -12,7 +14,6 @@ namespace Apps {
 namespace {
 
 using Descriptor = asio::posix::stream_descriptor;
-using Clock = std::chrono::steady_clock;
 
 // A descriptor of the loop's own that becomes readable when `number` is, or meets an error: waiting for it leaves
 // `number` itself alone, which others share and write to. False where there is nothing to wait for: a file is always
@@ -58,12 +59,9 @@ class StopSignals {
 
 }  // namespace
 
-class FollowLoop::Waits {
+class CommandLoop::Waits {
  public:
-  Waits(int descriptor, Work work) : work_{std::move(work)} {
-    if (!takeStandIn(news_, descriptor, EPOLLIN)) {
-      throw std::system_error{errno, std::generic_category(), "The kernel's news cannot be waited for"};
-    }
+  explicit Waits(Output output) {
     auto const stopUnlessCancelled = [this](asio::error_code const& error) {
       if (!error) context_.stop();
     };
@@ -71,66 +69,30 @@ class FollowLoop::Waits {
       throw std::system_error{errno, std::generic_category(), "Signals cannot be waited for"};
     }
     signals_.async_wait(Descriptor::wait_read, stopUnlessCancelled);
-    if (takeStandIn(reader_, STDOUT_FILENO, 0)) reader_.async_wait(Descriptor::wait_read, stopUnlessCancelled);
-    waitForNews();
-    waitForTime();
+    if (output == Output::isRead && takeStandIn(reader_, STDOUT_FILENO, 0)) {
+      reader_.async_wait(Descriptor::wait_read, stopUnlessCancelled);
+    }
   }
 
+  [[nodiscard]] Vek::Link::Loop& loop() noexcept { return loop_; }
   void run() { context_.run(); }
   void stop() noexcept { context_.stop(); }
   [[nodiscard]] int stopDescriptor() const noexcept { return stopSignals_.descriptor(); }
 
  private:
-  void waitForNews() {
-    news_.async_wait(Descriptor::wait_read, [this](asio::error_code const& error) {
-      if (error) return;
-      take();
-      waitForNews();
-    });
-  }
-
-  void waitForTime() {
-    std::optional<Milliseconds> const patience = work_.patience();
-    if (!patience) return static_cast<void>(due_.cancel());
-    due_.expires_after(*patience);
-    due_.async_wait([this](asio::error_code const& error) {
-      if (!error) take();
-    });
-  }
-
-  void take() {
-    if (work_.take()) publishSoon();
-    waitForTime();
-  }
-
-  void publishSoon() {
-    if (std::exchange(isToPublish_, true)) return;
-    rested_.expires_at(std::max(rested_.expiry(), Clock::now() + rest));
-    rested_.async_wait([this](asio::error_code const& error) {
-      if (error) return;
-      isToPublish_ = false;
-      Clock::time_point const start = Clock::now();
-      work_.publish();
-      rested_.expires_after(Clock::now() - start);
-    });
-  }
-
-  Work work_;
   StopSignals stopSignals_;
   asio::io_context context_{1};
-  Descriptor news_{context_};
+  Vek::Link::AsioLoop loop_{context_};
   Descriptor reader_{context_};
   Descriptor signals_{context_};
-  asio::steady_timer due_{context_};
-  asio::steady_timer rested_{context_, Clock::now()};
-  bool isToPublish_ = false;
 };
 
-FollowLoop::FollowLoop(int descriptor, Work work) : waits_{std::make_unique<Waits>(descriptor, std::move(work))} {}
-FollowLoop::~FollowLoop() = default;
+CommandLoop::CommandLoop(Output output) : waits_{std::make_unique<Waits>(output)} {}
+CommandLoop::~CommandLoop() = default;
 
-void FollowLoop::run() { waits_->run(); }
-void FollowLoop::stop() noexcept { waits_->stop(); }
-int FollowLoop::stopDescriptor() const noexcept { return waits_->stopDescriptor(); }
+Vek::Link::Loop& CommandLoop::loop() noexcept { return waits_->loop(); }
+void CommandLoop::run() { waits_->run(); }
+void CommandLoop::stop() noexcept { waits_->stop(); }
+int CommandLoop::stopDescriptor() const noexcept { return waits_->stopDescriptor(); }
 
 }  // namespace Apps
