@@ -77,6 +77,7 @@ class Ear final : public Vek::GenericIf::Subscriber {
       if (attr->id() == id) return seen_.now(place(*attr, key), value(*attr, key));
     }
   }
+  [[nodiscard]] std::string const& wentTwice() const { return seen_.wentTwice(); }
   // What this was not told of.
   [[nodiscard]] std::string missed() const {
     std::string none;
@@ -166,7 +167,10 @@ class LawScript::Replica {
     return what;
   }
 
-  [[nodiscard]] std::string wentTwice() const { return boxEar_ ? boxEar_->seen.wentTwice() : std::string(); }
+  [[nodiscard]] std::string wentTwice() const {
+    auto const at = ears_.find("box");
+    return at == ears_.end() ? std::string() : at->second->wentTwice();
+  }
 
   LogPair link;
   Vek::Ptr<Vek::Dir> dir;

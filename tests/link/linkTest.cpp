@@ -76,4 +76,44 @@ TYPED_TEST(LinkTest, AClientThatLostItsServerMountsAgain) {
   EXPECT_EQ(Vek::NboAttrLog::mounted<Request>(*mount)->statusRequestId(), 7U);
 }
 
+// What was taken back comes again where it is wanted still, on the same connection and as the same replica.
+TYPED_TEST(LinkTest, AnEntityThatIsExportedAgainIsMountedAgain) {
+  Server server{this->on.loop(), this->address, this->serverSettings()};
+  server.exportIs(this->request, Access::readOnly);
+  Client client{this->on.loop(), this->address, this->clientSettings()};
+  auto const mount = mountOf<Request>("request", Access::readOnly);
+  client.mountIs(mount);
+  ASSERT_TRUE(this->on.runUntil([&] { return mount->state() == Vek::Dir::inStep; })) << client.trouble();
+  auto const replica = mount->entity();
+
+  server.exportDel("request");
+  ASSERT_TRUE(this->on.runUntil([&] { return mount->state() == Vek::Dir::stale; }));
+  this->request->statusRequestIdIs(9);
+  server.exportIs(this->request, Access::readOnly);
+  ASSERT_TRUE(this->on.runUntil([&] { return mount->state() == Vek::Dir::inStep; })) << client.trouble();
+  EXPECT_EQ(mount->entity(), replica);
+  EXPECT_EQ(Vek::NboAttrLog::mounted<Request>(*mount)->statusRequestId(), 9U);
+
+  client.mountDel(*mount);
+  client.mountIs(mount);
+  EXPECT_TRUE(this->on.runUntil([&] { return mount->state() == Vek::Dir::inStep; })) << mount->refusal();
+}
+
+TYPED_TEST(LinkTest, WhoIsOneTooManyIsToldAndComesLessAndLessOften) {
+  auto settings = this->serverSettings();
+  settings.mostPeers = 1;
+  Server server{this->on.loop(), this->address, settings};
+  int cameAndLeft = 0;
+  server.whenChangedIs([&](Server::Event event, Server::Peer const&) {
+    if (event != Server::Event::turnedAway) ++cameAndLeft;
+  });
+  Client first{this->on.loop(), this->address, this->clientSettings()};
+  ASSERT_TRUE(this->on.runUntil([&] { return first.state() == Client::State::connected; }));
+  Client second{this->on.loop(), this->address, this->clientSettings()};
+  EXPECT_TRUE(this->on.runUntil([&] { return second.attempts() > 2; })) << second.trouble();
+  EXPECT_NE(second.trouble().find("the most that there may be"), std::string::npos) << second.trouble();
+  EXPECT_EQ(server.peerCount(), 1U);
+  EXPECT_EQ(cameAndLeft, 1);
+}
+
 }  // namespace

@@ -23,11 +23,16 @@ bool isMountedReadOnly(Entity& entity) {
 
 }  // namespace
 
+void Exports::needExportable(Entity& entity) {
+  if (entity.isRoot() && entity.vekHasAttrLogInterface()) return;
+  throwInternalException(
+      format("%s cannot be exported: only entities without parent are", entity.fullName().charPtr()));
+}
+
 void Exports::exportIs(Ptr<Entity> const& entity, Access access, Delivery delivery) {
-  if (!entity->isRoot() || !entity->vekHasAttrLogInterface()) {
-    throwInternalException(
-        format("%s cannot be exported: only entities without parent are", entity->fullName().charPtr()));
-  }
+  needExportable(*entity);
+  auto const other = exports_.find(entity->name());
+  if (other != exports_.end() && other->second.entity != entity) exportDel(entity->name());
   Export& exported = exports_[entity->name()];
   exported = {entity, access, delivery};
   auto const wanted = std::find_if(waiting_.begin(), waiting_.end(),

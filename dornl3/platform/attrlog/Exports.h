@@ -24,8 +24,10 @@ class Exports {
   Exports(Exports const&) = delete;
   Exports& operator=(Exports const&) = delete;
 
-  /// Lets the peer mount a root entity under its name. One that waits for it gets it at once. Throws InternalException
-  /// for an entity that has a parent, and for one that has no bindings.
+  /// Throws InternalException for an entity that has a parent, and for one that has no bindings.
+  static void needExportable(Entity& entity);
+  /// Lets the peer mount a root entity under its name; another that had the name is taken back. One that waits for it
+  /// gets it at once. Throws InternalException for an entity that has a parent, and for one that has no bindings.
   void exportIs(Ptr<Entity> const& entity, Access access, Delivery delivery = Delivery::immediate);
   /// Takes it back; the far side keeps what it has, and is told.
   void exportDel(Name const& name);

@@ -252,8 +252,11 @@ void Mounts::gone(EntityId id) {
   Ptr<Mount> const mount = find(*adapter);
   if (mount) guardTree(*mount, true);
   connection_.demuxer().unbind(*adapter);
-  if (mount) mount->linkStateIs(Dir::stale);
   connection_.demuxer().barriers().rootLeft(id);
+  if (!mount) return;
+  mount->linkStateIs(Dir::stale);
+  // It may be exported again.
+  if (find(mount->name()) == mount && connection_.state() == open) request(*mount);
 }
 
 void Mounts::syncModeReceived(StreamAdapter const& adapter) {

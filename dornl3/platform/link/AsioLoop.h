@@ -9,6 +9,7 @@
 #include <asio/posix/stream_descriptor.hpp>
 #include <asio/steady_timer.hpp>
 
+#include <algorithm>
 #include <chrono>
 #include <utility>
 
@@ -42,7 +43,12 @@ class AsioLoop final : public Loop {
         auto const held = self->call;  // it may end the watch
         if (error || !held) return;
         bool const isStillWished = ready.toRead ? self->wish.toRead : self->wish.toWrite;
-        if (isStillWished) (*held)(ready);
+        try {
+          if (isStillWished) (*held)(ready);
+        } catch (...) {
+          if (self->call) self->wait();
+          throw;
+        }
         if (self->call) self->wait();
       });
     }
@@ -86,7 +92,7 @@ class AsioLoop final : public Loop {
       timer_.cancel();
       if (when == never) return;
       using Clock = asio::steady_timer::clock_type;
-      std::chrono::duration<double> const since(when);
+      std::chrono::duration<double> const since(std::min(when, longest));
       timer_.expires_at(Clock::time_point(std::chrono::duration_cast<Clock::duration>(since)));
       timer_.async_wait([due = due_, round](asio::error_code const& error) {
         if (!error && due->round == round) due->call();
@@ -94,6 +100,8 @@ class AsioLoop final : public Loop {
     }
 
    private:
+    static constexpr double longest = 1e9;  // what a clock of the host can count to
+
     struct Due {
       explicit Due(std::function<void()> toCall) : call(std::move(toCall)) {}
       std::function<void()> call;

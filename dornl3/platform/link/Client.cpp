@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <system_error>
+#include <utility>
 
 namespace Vek::Link {
 
@@ -22,7 +23,8 @@ Client::Client(Loop& loop, Address address, Settings settings)
   timer_->dueIs(0);
 }
 
-Client::~Client() = default;
+// What the end of the connection sets off finds none.
+Client::~Client() { auto const link = std::exchange(link_, nullptr); }
 
 void Client::mountIs(Ptr<NboAttrLog::Mount> const& mount) {
   if (std::any_of(mounts_.begin(), mounts_.end(),
@@ -45,11 +47,14 @@ void Client::tryAgain() {
   try {
     socket_ = Socket::of(address_);
     bool const isConnected = socket_.connect(address_);
-    stateIs(State::connecting);
-    if (isConnected) return connected();
-    watch_ = loop_.watch(socket_.descriptor(), [this](Readiness) { connected(); });
-    watch_->wishIs({.toWrite = true});
     timer_->dueIs(NboAttrLog::steadyClock()() + patience);
+    if (isConnected) {
+      connected();
+    } else {
+      watch_ = loop_.watch(socket_.descriptor(), [this](Readiness) { connected(); });
+      watch_->wishIs({.toWrite = true});
+    }
+    stateIs(State::connecting);
   } catch (std::system_error const& error) {
     rest(error.code().message(), error.code().value());
   }
@@ -58,20 +63,23 @@ void Client::tryAgain() {
 void Client::connected() {
   watch_ = nullptr;
   if (int const error = socket_.takeError(); error != 0) return rest(std::generic_category().message(error), error);
-  timer_->dueIs(Timer::never);
   link_ = std::make_unique<PeerLink>(loop_, std::move(socket_), settings_.connection, [this] { ended(); });
   link_->connection().whenOpenIs([this] {
-    attempts_ = 0;
+    openedAt_ = NboAttrLog::steadyClock()();
     trouble_.clear();
     error_ = 0;
     stateIs(State::connected);
   });
+  timer_->dueIs(Timer::never);
   for (auto const& mount : mounts_) link_->connection().mounts().mountIs(mount);
 }
 
 void Client::ended() {
   String8 const reason = link_->connection().closeReason();
   link_ = nullptr;
+  // One that is let in and turned away at once is to come less and less often too.
+  double const now = NboAttrLog::steadyClock()();
+  if (std::exchange(openedAt_, Timer::never) + settings_.firstRest < now) attempts_ = 0;
   rest(reason.charPtr(), 0);
 }
 

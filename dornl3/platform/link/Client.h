@@ -41,7 +41,7 @@ class Client {
   [[nodiscard]] std::string const& trouble() const noexcept { return trouble_; }
   /// The system's number of it, an errno; 0 where it was not the system that refused a connection.
   [[nodiscard]] int error() const noexcept { return error_; }
-  /// How many connections have been tried in vain since one stood.
+  /// How many connections have been tried in vain since one stood for a while.
   [[nodiscard]] U32 attempts() const noexcept { return attempts_; }
   /// Called from the loop after state() or trouble() has changed; a mount that changes tells by a call of its own.
   void whenChangedIs(std::function<void()> call) { whenChanged_ = std::move(call); }
@@ -63,6 +63,7 @@ class Client {
   std::string trouble_;
   int error_ = 0;
   U32 attempts_ = 0;
+  double openedAt_ = Timer::never;
   std::vector<Ptr<NboAttrLog::Mount>> mounts_;
   std::function<void()> whenChanged_;
   Socket socket_;  // while it connects

@@ -7,8 +7,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <string>
 #include <system_error>
+#include <thread>
 
 namespace Vek::Link {
 
@@ -22,18 +24,23 @@ std::string said(int error) { return std::generic_category().message(error); }
   throw AddressError("Cannot listen at " + address.text() + ": " + said(error) + ". " + what);
 }
 
-// Keeps others from looking at a place, and from taking it, at the same time. Without the right to read the directory
-// there is no lock; then two that start at the same moment may not see each other.
+// Keeps others from looking at a place, and from taking it, at the same time. Without the right to read the directory,
+// and where somebody does not let go of it, there is no lock; then two that start at the same moment may not see each
+// other.
 class Turn {
  public:
   explicit Turn(std::string const& path) {
     auto const slash = path.rfind('/');
     std::string const directory = slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
     lock_ = Socket(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (lock_) ::flock(lock_.descriptor(), LOCK_EX);
+    for (int tries = 0; lock_ && tries < mostTries; ++tries) {
+      if (::flock(lock_.descriptor(), LOCK_EX | LOCK_NB) == 0) return;
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
   }
 
  private:
+  static constexpr int mostTries = 50;
   Socket lock_;
 };
 
@@ -55,7 +62,9 @@ bool isListenedAt(Address const& address) {
     probe.connect(address);
     return true;
   } catch (std::system_error const& error) {
-    return error.code().value() != ECONNREFUSED && error.code().value() != ENOENT;
+    int const code = error.code().value();
+    if (code == EACCES) refuse(address, code, "The socket there is another user's. Choose another path.");
+    return code != ECONNREFUSED && code != ENOENT;
   }
 }
 

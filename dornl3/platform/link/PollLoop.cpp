@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cmath>
 #include <system_error>
+#include <vector>
 
 namespace Vek::Link {
 
@@ -91,21 +92,21 @@ bool PollLoop::runOnce(double seconds) {
   double wait = std::min(seconds, longestWait);
   double const before = clock();
   for (auto const& due : dues_) wait = std::min(wait, due->when - before);
-  polled_.clear();
+  std::vector<pollfd> polled;
   std::vector<std::shared_ptr<Wish>> asked;
   for (auto const& wish : wishes_) {
     if (!wish->wish.toRead && !wish->wish.toWrite) continue;
     auto const events = (wish->wish.toRead ? POLLIN : 0) | (wish->wish.toWrite ? POLLOUT : 0);
-    polled_.push_back({wish->descriptor, static_cast<short>(events), 0});
+    polled.push_back({wish->descriptor, static_cast<short>(events), 0});
     asked.push_back(wish);
   }
   int const milliseconds = static_cast<int>(std::ceil(std::max(wait, 0.0) * 1000));
-  int const count = ::poll(polled_.data(), polled_.size(), milliseconds);
+  int const count = ::poll(polled.data(), polled.size(), milliseconds);
   if (count < 0 && errno != EINTR)
     throw std::system_error(errno, std::generic_category(), "descriptors cannot be waited for");
   bool hasCalled = false;
   for (std::size_t i = 0; count > 0 && i < asked.size(); ++i) {
-    int const events = polled_[i].revents;
+    int const events = polled[i].revents;
     Wish& wish = *asked[i];
     // An error is told to whoever wishes for anything.
     bool const isBroken = (events & (POLLERR | POLLHUP | POLLNVAL)) != 0;

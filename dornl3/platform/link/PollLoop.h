@@ -4,9 +4,6 @@
 #include "dornl3/platform/link/Loop.h"
 
 #include <list>
-#include <vector>
-
-struct pollfd;
 
 namespace Vek::Link {
 
@@ -35,7 +32,6 @@ class PollLoop final : public Loop {
 
   std::list<std::shared_ptr<Wish>> wishes_;
   std::list<std::shared_ptr<Due>> dues_;
-  std::vector<pollfd> polled_;
   bool isStopped_ = false;
 };
 

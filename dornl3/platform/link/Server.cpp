@@ -1,6 +1,8 @@
 #include "dornl3/platform/link/Server.h"
 
 #include <algorithm>
+#include <exception>
+#include <utility>
 
 namespace Vek::Link {
 
@@ -18,6 +20,7 @@ struct Server::Link {
       : credentials(socket.peer()), link(loop, std::move(socket), settings, std::move(whenEnded)) {}
 
   std::optional<PeerCredentials> credentials;
+  bool isTurnedAway = false;
   PeerLink link;
 
   [[nodiscard]] Peer peer() noexcept { return {credentials, link.connection()}; }
@@ -32,9 +35,11 @@ Server::Server(Loop& loop, Address address, Settings settings)
   watch_->wishIs({.toRead = true});
 }
 
-Server::~Server() = default;
+// What the ends of the connections set off finds no peers.
+Server::~Server() { auto const peers = std::exchange(peers_, {}); }
 
 void Server::exportIs(Ptr<Entity> const& entity, Access access, Exports::Delivery delivery) {
+  Exports::needExportable(*entity);
   std::erase_if(exports_, [&entity](Export const& other) { return other.entity->name() == entity->name(); });
   exports_.push_back({entity, access, delivery});
   for (auto const& peer : peers_) exportTo(*peer, exports_.back());
@@ -73,18 +78,33 @@ void Server::accept() {
 
 void Server::take(Socket socket) {
   auto const at = peers_.emplace(peers_.end());
-  *at = std::make_unique<Link>(loop_, std::move(socket), settings_.connection, [this, at] {
-    tell(Event::left, **at);
+  try {
+    *at = std::make_unique<Link>(loop_, std::move(socket), settings_.connection, [this, at] { left(at); });
+  } catch (...) {
     peers_.erase(at);
-  });
+    throw;
+  }
   Link& link = **at;
+  NboAttrLog::Connection& connection = link.link.connection();
   if (peers_.size() > settings_.mostPeers) {
+    link.isTurnedAway = true;
+    connection.closeIs(format("%u readers are connected, the most that there may be", settings_.mostPeers));
     tell(Event::turnedAway, link);
-    link.link.connection().closeIs(format("%u readers are connected, the most that there may be", settings_.mostPeers));
     return;
   }
-  for (Export const& exported : exports_) exportTo(link, exported);
+  try {
+    for (Export const& exported : exports_) exportTo(link, exported);
+  } catch (std::exception const& error) {
+    connection.closeIs(error.what());
+  }
   tell(Event::came, link);
+}
+
+void Server::left(std::list<std::unique_ptr<Link>>::iterator at) {
+  // It is out of the list, whatever is thrown.
+  std::unique_ptr<Link> const link = std::move(*at);
+  peers_.erase(at);
+  if (!link->isTurnedAway) tell(Event::left, *link);
 }
 
 void Server::tell(Event event, Link& link) {

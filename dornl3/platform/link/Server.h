@@ -46,7 +46,7 @@ class Server {
   [[nodiscard]] Listener const& listener() const noexcept { return listener_; }
   [[nodiscard]] std::size_t peerCount() const noexcept { return peers_.size(); }
   [[nodiscard]] std::vector<Peer> peers();
-  /// Called after a peer has come, and before it is let go.
+  /// Called after a peer has come, and before it is let go. What it throws leaves the loop.
   void whenChangedIs(std::function<void(Event, Peer const&)> call) { whenChanged_ = std::move(call); }
 
  private:
@@ -59,6 +59,7 @@ class Server {
 
   void accept();
   void take(Socket socket);
+  void left(std::list<std::unique_ptr<Link>>::iterator at);
   void exportTo(Link& link, Export const& exported);
   void tell(Event event, Link& link);
 

@@ -52,10 +52,19 @@ std::optional<PeerCredentials> Socket::peer() const noexcept {
   return PeerCredentials{known.pid, known.uid, known.gid};
 }
 
+SocketTransport::SocketTransport(Socket socket) noexcept : socket_(std::move(socket)) {
+  // A record waits for no further one; a Unix socket knows no such option.
+  int const on = 1;
+  ::setsockopt(socket_.descriptor(), IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+}
+
 std::size_t SocketTransport::write(std::string_view bytes) {
   ssize_t const count = ::send(socket_.descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
   if (count >= 0) return static_cast<std::size_t>(count);
   if (isNothingNow(errno)) return 0;
+  // The peer has gone, and may have said why: that is read first.
+  bool const isGone = errno == EPIPE || errno == ECONNRESET;
+  if (isGone && !std::exchange(isBroken_, true)) return 0;
   fail("the connection broke");
 }
 

@@ -51,7 +51,7 @@ class Socket {
 /// The bytes of a connection over a socket. Errors of the stream end the connection with their text.
 class SocketTransport final : public NboAttrLog::Transport {
  public:
-  explicit SocketTransport(Socket socket) noexcept : socket_(std::move(socket)) {}
+  explicit SocketTransport(Socket socket) noexcept;
 
   std::size_t write(std::string_view bytes) override;
   std::size_t read(char* into, std::size_t room) override;
@@ -62,6 +62,7 @@ class SocketTransport final : public NboAttrLog::Transport {
  private:
   Socket socket_;
   bool isEnded_ = false;
+  bool isBroken_ = false;  // a write has found the peer gone
 };
 
 }  // namespace Vek::Link
