@@ -18,7 +18,7 @@ unrandomised := $(shell setarch -R true 2>/dev/null && echo setarch -R)
 help:  ## show this
 	@sed -nE 's/^([a-z]+):.*## (.*)/  make \1\t\2/p' Makefile | expand -t 18
 
-demo: setup  ## build dornl3 and let it show a made-up network and this host
+demo: setup  ## build dornl3 and let it show this host, and show, serve and follow a made-up network
 	@$(call build,release) --target dornl3
 	@scripts/demo
 
