@@ -42,6 +42,14 @@ VRFs: 4
 ARP entries of FAP 0: 1200" "$work/examples/replicate"
 expect "sensor 1: 40 degrees
 fan left: 12000 rpm" "$work/examples/ownTypes"
+socket=$work/agent.sock
+"$work/examples/agent" "unix:$socket" >"$work/agentSaid" &
+agent=$!
+for _ in {1..100}; do [[ ! -S $socket ]] || break; sleep 0.1; done
+expect "the agent has it" "$work/examples/reader" "unix:$socket"
+wait "$agent"
+expect "listens at unix:$socket
+asked 3 times" cat "$work/agentSaid"
 by_cmake "$source/tests/install/ownNames" "$work/ownNames" -DEXAMPLES="$source/examples"
 expect "$own_names" "$work/ownNames/ownNames"
 
