@@ -1,4 +1,5 @@
 // The program that follows a host, from the kernel's change to the printed line.
+#include "tests/apps/Command.h"
 #include "tests/apps/OwnNetwork.h"
 
 #include <fcntl.h>
@@ -12,33 +13,6 @@
 
 namespace Apps {
 namespace {
-
-// A command of the shell, of which "dornl3" is the program under test, with its output to be read line by line.
-class Command {
- public:
-  explicit Command(std::string const& line)
-      : pipe_{popen(("dornl3() { " DORNL3_PROGRAM " \"$@\"; }; exec 2>&1; " + line).c_str(), "r")} {}
-  Command(Command const&) = delete;
-  Command& operator=(Command const&) = delete;
-  ~Command() {
-    if (pipe_ != nullptr) pclose(pipe_);
-  }
-
-  std::string line() {
-    std::array<char, 4096> buffer{};
-    return std::fgets(buffer.data(), static_cast<int>(buffer.size()), pipe_) == nullptr ? "" : buffer.data();
-  }
-  // Reads what is left; the exit status.
-  int finish() {
-    while (!line().empty()) {
-    }
-    int const status = pclose(std::exchange(pipe_, nullptr));
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  }
-
- private:
-  FILE* pipe_;
-};
 
 void watchRoutes() {
   ASSERT_TRUE(ip("link set lo up\nlink add a0 type veth peer name a1\nlink set a0 addrgenmode none\n"

@@ -1,0 +1,88 @@
+// The agent and the commands that work on it, each a process of its own.
+#include "tests/apps/Command.h"
+#include "tests/apps/OwnNetwork.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <string>
+
+namespace Apps {
+namespace {
+
+// All that it prints, and its exit status in the last line.
+std::string said(std::string const& line) {
+  Command command{line + "; echo status $?"};
+  std::string all;
+  for (std::string next = command.line(); !next.empty(); next = command.line()) all += next;
+  return all;
+}
+
+// The number of the process that a command prints first.
+std::string processOf(Command& command) {
+  std::string const line = command.line();
+  return line.substr(0, line.find('\n'));
+}
+
+bool ends(std::string const& text, std::string const& end) { return text.ends_with(end); }
+
+void serve() {
+  ASSERT_TRUE(ip("link set lo up\nlink add a0 type veth peer name a1\nlink set a0 addrgenmode none\n"
+                 "link set a0 up\nlink set a1 up\naddr add 10.0.0.1/24 dev a0\nroute add 20.0.0.0/16 via 10.0.0.2\n"));
+  std::string const path = testing::TempDir() + "agent" + std::to_string(getpid()) + ".sock";
+  ASSERT_EQ(setenv("DORNL3_AGENT", ("unix:" + path).c_str(), 1), 0);
+  EXPECT_TRUE(ends(said("dornl3 show"), "status 3\n")) << "nobody listens";
+
+  std::string const start = "exec " DORNL3_PROGRAM " agent";
+  Command agent{"echo $$; " + start};
+  std::string const process = processOf(agent);
+  ASSERT_NE(agent.line().find("listens at unix:" + path), std::string::npos);
+  EXPECT_TRUE(ends(said("dornl3 agent"), "status 1\n")) << "one listens";
+
+  // The same figures by either road, but for who asked how often, and when.
+  std::string const figures = " --json | grep -v 'statusResponseId\\|statusUpdatedTime\\|processed'";
+  EXPECT_EQ(said("dornl3 show" + figures), said("dornl3 show --local" + figures));
+
+  Command watch{"echo $$; exec " DORNL3_PROGRAM
+                " watch status.ipv4RouteStats.routes 'status.lemV4RouteStats.routeCount[16]'"};
+  std::string const watcher = processOf(watch);
+  EXPECT_EQ(watch.line(), "status.ipv4RouteStats.routes = 2\n");
+  EXPECT_EQ(watch.line(), "status.lemV4RouteStats.routeCount[16] = 1\n");
+  ASSERT_TRUE(ip("route add 20.1.0.0/16 via 10.0.0.2\n"));
+  // Each of those who ask together sees what was there before they asked.
+  EXPECT_EQ(
+      said("for i in $(seq 50); do dornl3 request --text & done | grep -c '^status.ipv4RouteStats = .*routes.: 3,'"),
+      "50\nstatus 0\n");
+  EXPECT_EQ(watch.line(), "status.ipv4RouteStats.routes = 3\n");
+  EXPECT_EQ(watch.line(), "status.lemV4RouteStats.routeCount[16] = 2\n");
+
+  EXPECT_EQ(said("dornl3 set cliConfig.ecmpPreferLocal False; dornl3 get cliConfig.ecmpPreferLocal"),
+            "cliConfig.ecmpPreferLocal = False\nFalse\nstatus 0\n");
+  EXPECT_TRUE(ends(said("dornl3 set 'aclRouteConfig.ipv6EgrAclOnVlan[7]' True"), "status 0\n"));
+  EXPECT_TRUE(
+      ends(said("dornl3 del 'aclRouteConfig.ipv6EgrAclOnVlan[7]'; dornl3 count aclRouteConfig.ipv6EgrAclOnVlan"),
+           "0\nstatus 0\n"));
+  EXPECT_TRUE(ends(said("dornl3 set status.numVrfs 4"), "status 1\n")) << "to read only";
+  EXPECT_TRUE(
+      ends(said("kill -STOP " + process + "; dornl3 set --timeout 1 cliConfig.ecmpPreferLocal True"), "status 3\n"))
+      << "nobody answers";
+
+  ASSERT_EQ(said("kill -KILL " + process), "status 0\n");
+  EXPECT_NE(watch.line().find("is stale since"), std::string::npos);
+  ASSERT_TRUE(ip("route del 20.1.0.0/16\n"));
+  Command next{"echo $$; " + start};
+  std::string const nextProcess = processOf(next);
+  EXPECT_EQ(watch.line(), "status.ipv4RouteStats.routes = 2\n");
+  EXPECT_EQ(watch.line(), "status.lemV4RouteStats.routeCount[16] = 1\n");
+  EXPECT_NE(watch.line().find("is current"), std::string::npos);
+  ASSERT_EQ(said("kill " + nextProcess), "status 0\n");
+  EXPECT_EQ(next.finish(), 0);
+  EXPECT_NE(access(path.c_str(), F_OK), 0) << "the socket has gone with its agent";
+  ASSERT_EQ(said("kill -INT " + watcher), "status 0\n");
+  EXPECT_EQ(watch.finish(), 0);
+}
+
+TEST(Agent, ServesOtherProcesses) { inOwnNetwork(serve); }
+
+}  // namespace
+}  // namespace Apps
