@@ -43,10 +43,12 @@ class StopSignals {
   StopSignals(StopSignals const&) = delete;
   StopSignals& operator=(StopSignals const&) = delete;
   ~StopSignals() {
-    signalfd_siginfo heard{};  // one that waits on would end the process now
-    while (read(descriptor_, &heard, sizeof heard) > 0) continue;
+    // One that waits on would end the process now, and one may come twice, to the process and to its group: who has
+    // been asked to end does so as its command says.
+    signalfd_siginfo heard{};
+    bool const isHeard = read(descriptor_, &heard, sizeof heard) > 0;
     close(descriptor_);
-    pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    if (!isHeard) pthread_sigmask(SIG_SETMASK, &before_, nullptr);
   }
 
   [[nodiscard]] int descriptor() const noexcept { return descriptor_; }

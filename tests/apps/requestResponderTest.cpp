@@ -121,7 +121,7 @@ TEST_F(Responder, AnswersAllThatHaveAskedAtOnceAndLast) {
   auto const requester = Vek::make<Requester>();
   requester->notifierIs(roots_.status);
   requester->isRegisteredNotifieeIs(true);
-  for (Vek::U64 id : {41, 43, 42}) roots_.request->statusRequestIdIs(id);
+  for (Vek::U64 const id : {41U, 43U, 42U}) roots_.request->statusRequestIdIs(id);
   EXPECT_EQ(calls_, 1);
   EXPECT_EQ(requester->answers, 0) << "not inside the setter";
   serve();

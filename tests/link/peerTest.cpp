@@ -128,7 +128,7 @@ TEST_F(Peers, ThatDieAtAnyMomentLeaveNothingBehind) {
     for (auto rounds = random() % 12; rounds > 0; --rounds) {
       change(random(), random());
       if (random() % 8 == 0) status->lemV4RouteStatsDel();
-      if (random() % 8 == 0) status->lemV4RouteStatsIs("v4")->routeCountIs(24, death);
+      if (random() % 8 == 0) status->lemV4RouteStatsIs("v4")->routeCountIs(24, static_cast<Vek::U32>(death));
       loop.runOnce(0);
     }
     // Without a farewell, and with what is under way lost.
