@@ -39,6 +39,7 @@ std::vector<AgentMounts::Wish> wishesFor(std::vector<std::string> const& paths, 
   });
   if (paths.empty()) return all;
   std::vector<Vek::Name> wanted;
+  wanted.reserve(paths.size());
   for (std::string const& path : paths) wanted.push_back(Attributes::readPath(*known, path).root->name());
   std::erase_if(all, [&wanted](AgentMounts::Wish const& wish) {
     return std::find(wanted.begin(), wanted.end(), wish.name) == wanted.end();
