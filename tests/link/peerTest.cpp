@@ -10,6 +10,8 @@
 
 #include <filesystem>
 #include <random>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -51,20 +53,32 @@ class Peers : public testing::Test {
   Ptr<Status> const status = statusFactory("status");
 };
 
-TEST_F(Peers, WhoIsNotHeardIsLetGoAndOthersStay) {
-  Server server{loop, address, settings(0.1)};
+TEST_F(Peers, WhoIsNotHeardIsLetGoAfterThreeHeartbeatsAndOthersStay) {
+  constexpr double heartbeat = 0.2;
+  auto const clock = Vek::NboAttrLog::steadyClock();
+  Server server{loop, address, settings(heartbeat)};
+  std::vector<std::string> reasons;
+  double firstLeft = 0;
+  server.whenChangedIs([&](Server::Event event, Server::Peer const& peer) {
+    if (event != Server::Event::left) return;
+    if (reasons.empty()) firstLeft = clock();
+    reasons.emplace_back(peer.connection.closeReason().view());
+  });
+  double const start = clock();
   Socket silent = Socket::of(address);
   ASSERT_TRUE(silent.connect(address));
   PollLoop wedged;
-  auto const mount = mountOf<Status>("status", Access::readOnly);
-  auto const stops = reader(wedged, mount, 0.1);
-  auto const stays = reader(loop, mountOf<Status>("other", Access::readOnly), 0.1);
+  auto const stops = reader(wedged, mountOf<Status>("status", Access::readOnly), heartbeat);
+  auto const stays = reader(loop, mountOf<Status>("other", Access::readOnly), heartbeat);
   for (int i = 0; i < 5; ++i) {
     wedged.runOnce(0);
     loop.runOnce(0.01);
   }
   EXPECT_EQ(server.peerCount(), 3U);
-  EXPECT_TRUE(loop.runUntil([&] { return server.peerCount() == 1; }, 2));
+  EXPECT_TRUE(loop.runUntil([&] { return server.peerCount() == 1; }, 3 * heartbeat + 0.3));
+  EXPECT_GE(firstLeft - start, 3 * heartbeat);
+  ASSERT_EQ(reasons.size(), 2U);
+  for (auto const& reason : reasons) EXPECT_EQ(reason.rfind("nothing was heard for 0.", 0), 0U) << reason;
   EXPECT_EQ(stays->connection().state(), Vek::NboAttrLog::open);
 }
 
