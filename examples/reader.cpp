@@ -1,4 +1,5 @@
-// A reader on an Asio loop: mounts the entity of examples/agent.cpp, changes it, and ends when the agent has the change.
+// A reader on an Asio loop: mounts the entity of examples/agent.cpp, changes it, and ends when the agent has the
+// change.
 #include <dornl3/platform/link/AsioLoop.h>
 #include <dornl3/platform/link/Client.h>
 #include <dornl3/schema/Status.h>

@@ -1,15 +1,19 @@
 // What peers may do to a server: nothing, or end at the worst moment, or stop reading.
 #include "dornl3/generic/Digest.h"
+#include "dornl3/platform/attrlog/MemoryTransport.h"
 #include "dornl3/platform/link/Client.h"
 #include "dornl3/platform/link/PollLoop.h"
 #include "dornl3/platform/link/Server.h"
 #include "dornl3/schema/Status.h"
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <random>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -51,20 +55,32 @@ class Peers : public testing::Test {
   Ptr<Status> const status = statusFactory("status");
 };
 
-TEST_F(Peers, WhoIsNotHeardIsLetGoAndOthersStay) {
-  Server server{loop, address, settings(0.1)};
+TEST_F(Peers, WhoIsNotHeardIsLetGoAfterThreeHeartbeatsAndOthersStay) {
+  constexpr double heartbeat = 0.2;
+  auto const clock = Vek::NboAttrLog::steadyClock();
+  Server server{loop, address, settings(heartbeat)};
+  std::vector<std::string> reasons;
+  double firstLeft = 0;
+  server.whenChangedIs([&](Server::Event event, Server::Peer const& peer) {
+    if (event != Server::Event::left) return;
+    if (reasons.empty()) firstLeft = clock();
+    reasons.emplace_back(peer.connection.closeReason().view());
+  });
+  double const start = clock();
   Socket silent = Socket::of(address);
   ASSERT_TRUE(silent.connect(address));
   PollLoop wedged;
-  auto const mount = mountOf<Status>("status", Access::readOnly);
-  auto const stops = reader(wedged, mount, 0.1);
-  auto const stays = reader(loop, mountOf<Status>("other", Access::readOnly), 0.1);
+  auto const stops = reader(wedged, mountOf<Status>("status", Access::readOnly), heartbeat);
+  auto const stays = reader(loop, mountOf<Status>("other", Access::readOnly), heartbeat);
   for (int i = 0; i < 5; ++i) {
     wedged.runOnce(0);
     loop.runOnce(0.01);
   }
   EXPECT_EQ(server.peerCount(), 3U);
-  EXPECT_TRUE(loop.runUntil([&] { return server.peerCount() == 1; }, 2));
+  EXPECT_TRUE(loop.runUntil([&] { return server.peerCount() == 1; }, 3 * heartbeat + 0.3));
+  EXPECT_GE(firstLeft - start, 3 * heartbeat);
+  ASSERT_EQ(reasons.size(), 2U);
+  for (auto const& reason : reasons) EXPECT_EQ(reason.rfind("nothing was heard for 0.", 0), 0U) << reason;
   EXPECT_EQ(stays->connection().state(), Vek::NboAttrLog::open);
 }
 
@@ -140,6 +156,53 @@ TEST_F(Peers, ThatDieAtAnyMomentLeaveNothingBehind) {
   auto const last = reader(loop, mount);
   ASSERT_TRUE(loop.runUntil([&] { return mount->state() == Vek::Dir::inStep; }, 20));
   EXPECT_EQ(Vek::digest(*mount->entity()), Vek::digest(*status));
+}
+
+// What a reader says until it is in step, as far as each byte of it: the server has any part of a greeting or record.
+TEST_F(Peers, ThatDieAtAnyByteHarmNobody) {
+  using Vek::NboAttrLog::Connection;
+  using Vek::NboAttrLog::MemoryTransport;
+  MemoryTransport here;
+  MemoryTransport there;
+  MemoryTransport::join(here, there);
+  auto const end = [](char const* name, MemoryTransport& transport) {
+    return Vek::make<Connection>(Connection::Settings{name, {}}, transport, Vek::NboAttrLog::steadyClock(),
+                                 Vek::NboAttrLog::systemRandom());
+  };
+  auto const owner = end("owner", here);
+  auto const living = end("reader", there);
+  auto const mount = mountOf<Status>("status", Access::readOnly);
+  owner->exports().exportIs(status, Access::readOnly);
+  living->mounts().mountIs(mount);
+  std::string said;
+  for (int turn = 0; turn < 1000 && mount->state() != Vek::Dir::inStep; ++turn) {
+    living->writable();
+    said += here.incoming();
+    owner->readable();
+    owner->writable();
+    living->readable();
+  }
+  ASSERT_EQ(mount->state(), Vek::Dir::inStep);
+  ASSERT_GT(said.size(), 40U);  // a greeting and a request
+
+  Server server{loop, address, settings(10)};
+  server.exportIs(status, Access::readOnly);
+  std::size_t came = 0;
+  server.whenChangedIs([&](Server::Event event, Server::Peer const&) { came += event == Server::Event::came ? 1 : 0; });
+  for (std::size_t length = 0; length <= said.size(); ++length) {
+    Socket dying = Socket::of(address);
+    ASSERT_TRUE(dying.connect(address));
+    ASSERT_EQ(send(dying.descriptor(), said.data(), length, MSG_NOSIGNAL), static_cast<ssize_t>(length));
+    if (length % 2 == 0) {
+      ASSERT_TRUE(loop.runUntil([&] { return came == length + 1; }, 5));
+    }
+    dying = Socket();
+    ASSERT_TRUE(loop.runUntil([&] { return came == length + 1 && server.peerCount() == 0; }, 5)) << length;
+  }
+  auto const afterwards = mountOf<Status>("status", Access::readOnly);
+  auto const last = reader(loop, afterwards);
+  ASSERT_TRUE(loop.runUntil([&] { return afterwards->state() == Vek::Dir::inStep; }, 20));
+  EXPECT_EQ(Vek::digest(*afterwards->entity()), Vek::digest(*status));
 }
 
 }  // namespace
