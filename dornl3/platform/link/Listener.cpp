@@ -134,6 +134,7 @@ unsigned short Listener::port() const noexcept {
   return 0;
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): what waits in the socket changes
 Listener::Taken Listener::accept(Socket& into) noexcept {
   while (true) {
     Socket taken(::accept4(descriptor(), nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC));

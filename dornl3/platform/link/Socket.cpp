@@ -27,6 +27,7 @@ Socket Socket::of(Address const& address) {
   return made;
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): the socket changes
 bool Socket::connect(Address const& address) {
   if (::connect(descriptor_, address.socketAddress(), address.length()) == 0) return true;
   // A Unix socket whose queue is full says EAGAIN, and nothing comes about: that is a failure like others.
