@@ -7,7 +7,6 @@
 #include <vector>
 
 using Vek::make;
-using Vek::Ptr;
 using Vek::String8;
 using Vek::U32;
 using Vek::U64;
