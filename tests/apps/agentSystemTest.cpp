@@ -1,4 +1,7 @@
 // The agent and the commands that work on it, each a process of its own.
+#include "dornl3/platform/link/PollLoop.h"
+#include "dornl3/platform/link/Server.h"
+#include "dornl3/schema/DornL3CliConfig.h"
 #include "tests/apps/Command.h"
 #include "tests/apps/OwnNetwork.h"
 
@@ -88,6 +91,42 @@ void serve() {
 }
 
 TEST(Agent, ServesOtherProcesses) { inOwnNetwork(serve); }
+
+// An owner that will not have one attribute changed, and dies of a change of the other.
+class Obstinate final : public Hardware::DornL3Unicast::CliConfig::Notifiee {
+ public:
+  void onEcmpPreferLocal() override { notifier()->ecmpPreferLocalIs(true); }
+  void onAradIp6HostRouteInLem() override { _exit(0); }
+};
+
+TEST(Set, TellsWhatTheOwnerMadeOfItAndNeverCallsDoneWhatIsUnknown) {
+  std::string const address = "unix:" + testing::TempDir() + "owner" + std::to_string(getpid()) + ".sock";
+  Vek::Link::PollLoop loop;
+  Vek::Link::Server server{loop, Vek::Link::Address::parse(address), {.connection = {"owner", {}}, .mode = 0600}};
+  auto const config = Hardware::DornL3Unicast::cliConfigFactory("cliConfig");
+  config->ecmpPreferLocalIs(true);
+  server.exportIs(config, Vek::NboAttrLog::Access::writable);
+  pid_t const owner = fork();
+  if (owner == 0) {
+    auto const obstinate = Vek::make<Obstinate>();
+    obstinate->notifierIs(config);
+    obstinate->isRegisteredNotifieeIs(true);
+    loop.runUntil([] { return false; }, 30);
+    _exit(1);
+  }
+  std::string const set = "dornl3 set --agent " + address + " cliConfig.";
+  EXPECT_EQ(said(set + "ecmpPreferLocal False"),
+            "cliConfig.ecmpPreferLocal = True\n"
+            "dornl3: cliConfig.ecmpPreferLocal is not as it was to be: its owner has made something else of it, as "
+            "printed.\nstatus 1\n");
+  std::string const cutOff =
+      said(set + "aradIp6HostRouteInLem " + (config->aradIp6HostRouteInLem() ? "False" : "True"));
+  EXPECT_NE(cutOff.find("Whether the change was made is unknown"), std::string::npos) << cutOff;
+  EXPECT_TRUE(ends(cutOff, "\nstatus 3\n")) << cutOff;
+  int status = -1;
+  ASSERT_EQ(waitpid(owner, &status, 0), owner);
+  EXPECT_EQ(status, 0) << "it died of the change";
+}
 
 }  // namespace
 }  // namespace Apps
