@@ -1,4 +1,7 @@
 // The agent and the commands that work on it, each a process of its own.
+#include "dornl3/platform/link/PollLoop.h"
+#include "dornl3/platform/link/Server.h"
+#include "dornl3/schema/DornL3CliConfig.h"
 #include "tests/apps/Command.h"
 #include "tests/apps/OwnNetwork.h"
 
@@ -37,11 +40,15 @@ void serve() {
   Command agent{"echo $$; " + start};
   std::string const process = processOf(agent);
   ASSERT_NE(agent.line().find("listens at unix:" + path), std::string::npos);
-  EXPECT_TRUE(ends(said("dornl3 agent"), "status 1\n")) << "one listens";
+  std::string const second = said("dornl3 agent");
+  EXPECT_NE(second.find("another process listens there"), std::string::npos) << second;
+  EXPECT_TRUE(ends(second, "status 1\n")) << second;
 
   // The same figures by either road, but for who asked how often, and when.
-  std::string const figures = " --json | grep -v 'statusResponseId\\|statusUpdatedTime\\|processed'";
-  EXPECT_EQ(said("dornl3 show" + figures), said("dornl3 show --local" + figures));
+  std::string const figures = " --json | grep -v 'statusResponseId\\|statusUpdatedTime'";
+  std::string const shown = said("dornl3 show" + figures);
+  EXPECT_NE(shown.find("\"numVrfs\": 1,"), std::string::npos) << shown;
+  EXPECT_EQ(shown, said("dornl3 show --local" + figures));
 
   Command watch{"echo $$; exec " DORNL3_PROGRAM
                 " watch status.ipv4RouteStats.routes 'status.lemV4RouteStats.routeCount[16]'"};
@@ -50,18 +57,19 @@ void serve() {
   EXPECT_EQ(watch.line(), "status.lemV4RouteStats.routeCount[16] = 1\n");
   ASSERT_TRUE(ip("route add 20.1.0.0/16 via 10.0.0.2\n"));
   // Each of those who ask together sees what was there before they asked.
-  EXPECT_EQ(
-      said("for i in $(seq 50); do dornl3 request --text & done | grep -c '^status.ipv4RouteStats = .*routes.: 3,'"),
-      "50\nstatus 0\n");
+  EXPECT_EQ(said("for i in $(seq 50); do { dornl3 request --text && echo fine; } & done | "
+                 "grep -c '^fine$\\|^status.ipv4RouteStats = .*routes.: 3,'"),
+            "100\nstatus 0\n");
   EXPECT_EQ(watch.line(), "status.ipv4RouteStats.routes = 3\n");
   EXPECT_EQ(watch.line(), "status.lemV4RouteStats.routeCount[16] = 2\n");
 
   EXPECT_EQ(said("dornl3 set cliConfig.ecmpPreferLocal False; dornl3 get cliConfig.ecmpPreferLocal"),
             "cliConfig.ecmpPreferLocal = False\nFalse\nstatus 0\n");
-  EXPECT_TRUE(ends(said("dornl3 set 'aclRouteConfig.ipv6EgrAclOnVlan[7]' True"), "status 0\n"));
-  EXPECT_TRUE(
-      ends(said("dornl3 del 'aclRouteConfig.ipv6EgrAclOnVlan[7]'; dornl3 count aclRouteConfig.ipv6EgrAclOnVlan"),
-           "0\nstatus 0\n"));
+  std::string const member = "aclRouteConfig.ipv6EgrAclOnVlan[7]";
+  std::string const count = "; dornl3 count aclRouteConfig.ipv6EgrAclOnVlan";
+  EXPECT_EQ(said("dornl3 set '" + member + "' True" + count), member + " = True\n1\nstatus 0\n");
+  EXPECT_EQ(said("dornl3 del '" + member + "'" + count), member + " = True\n0\nstatus 0\n") << "what has gone";
+  EXPECT_TRUE(ends(said("dornl3 del '" + member + "'"), "status 1\n")) << "nothing is there";
   EXPECT_TRUE(ends(said("dornl3 set status.numVrfs 4"), "status 1\n")) << "to read only";
   EXPECT_TRUE(
       ends(said("kill -STOP " + process + "; dornl3 set --timeout 1 cliConfig.ecmpPreferLocal True"), "status 3\n"))
@@ -83,6 +91,42 @@ void serve() {
 }
 
 TEST(Agent, ServesOtherProcesses) { inOwnNetwork(serve); }
+
+// An owner that will not have one attribute changed, and dies of a change of the other.
+class Obstinate final : public Hardware::DornL3Unicast::CliConfig::Notifiee {
+ public:
+  void onEcmpPreferLocal() override { notifier()->ecmpPreferLocalIs(true); }
+  void onAradIp6HostRouteInLem() override { _exit(0); }
+};
+
+TEST(Set, TellsWhatTheOwnerMadeOfItAndNeverCallsDoneWhatIsUnknown) {
+  std::string const address = "unix:" + testing::TempDir() + "owner" + std::to_string(getpid()) + ".sock";
+  Vek::Link::PollLoop loop;
+  Vek::Link::Server server{loop, Vek::Link::Address::parse(address), {.connection = {"owner", {}}, .mode = 0600}};
+  auto const config = Hardware::DornL3Unicast::cliConfigFactory("cliConfig");
+  config->ecmpPreferLocalIs(true);
+  server.exportIs(config, Vek::NboAttrLog::Access::writable);
+  pid_t const owner = fork();
+  if (owner == 0) {
+    auto const obstinate = Vek::make<Obstinate>();
+    obstinate->notifierIs(config);
+    obstinate->isRegisteredNotifieeIs(true);
+    loop.runUntil([] { return false; }, 30);
+    _exit(1);
+  }
+  std::string const set = "dornl3 set --agent " + address + " cliConfig.";
+  EXPECT_EQ(said(set + "ecmpPreferLocal False"),
+            "cliConfig.ecmpPreferLocal = True\n"
+            "dornl3: cliConfig.ecmpPreferLocal is not as it was to be: its owner has made something else of it, as "
+            "printed.\nstatus 1\n");
+  std::string const cutOff =
+      said(set + "aradIp6HostRouteInLem " + (config->aradIp6HostRouteInLem() ? "False" : "True"));
+  EXPECT_NE(cutOff.find("Whether the change was made is unknown"), std::string::npos) << cutOff;
+  EXPECT_TRUE(ends(cutOff, "\nstatus 3\n")) << cutOff;
+  int status = -1;
+  ASSERT_EQ(waitpid(owner, &status, 0), owner);
+  EXPECT_EQ(status, 0) << "it died of the change";
+}
 
 }  // namespace
 }  // namespace Apps
