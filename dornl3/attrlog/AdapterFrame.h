@@ -9,8 +9,8 @@
 
 namespace Vek {
 
-/// The reactor of an entity of type X that hands each change on to its stream adapter, if that is still there. The
-/// stream adapter is held over the call: a walk over reactors holds the reactor alone.
+/// The reactor of an entity of type X that hands each change on to its stream adapter, if that is still there. A walk
+/// over reactors holds the reactor alone: a slot that does more than to write a record holds its adapter meanwhile.
 template <class X>
 class LogReactor : public X::Notifiee {
  public:
@@ -41,13 +41,11 @@ class LogReactor : public X::Notifiee {
 
  protected:
   void forward(void (Adapter::*slot)()) {
-    using Handler = void (Entity::VekNboAttrLogSa::*)();
-    if (adapter_ != nullptr) adapter_->handleHeld(static_cast<Handler>(slot));
+    if (adapter_ != nullptr) (adapter_->*slot)();
   }
   template <class K>
   void forward(void (Adapter::*slot)(K), K const& key) {
-    using Handler = void (Entity::VekNboAttrLogSa::*)(K);
-    if (adapter_ != nullptr) adapter_->handleHeld(static_cast<Handler>(slot), key);
+    if (adapter_ != nullptr) (adapter_->*slot)(key);
   }
 
  private:

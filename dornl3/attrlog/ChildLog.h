@@ -56,6 +56,7 @@ template <class A, class Sa>
 /// The one child of an attribute has come, changed or gone.
 template <class Attr, class A, class Sa>
 void logChild(Sa& adapter) {
+  Ptr<Sa> const held(&adapter);
   Ptr<typename A::Child> const child = A::field(entityOn<typename A::Owner>(adapter));
   if (adapter.receivesChild()) {
     adapter.receiveChildId(child);
@@ -80,6 +81,7 @@ void logChild(Sa& adapter) {
 template <class A, class Sa>
 void serializeChild(Sa& adapter, typename A::Key const& key, Ptr<typename A::Child> const& child) {
   using Turn = Entity::VekNboAttrLogSa::Turn;
+  Ptr<Sa> const held(&adapter);
   if (adapter.receivesChild()) {
     adapter.receiveChildId(child);
     return;

@@ -17,20 +17,19 @@ template <class Sa>
   return static_cast<typename Sa::FlowOut&>(*static_cast<StreamAdapter const&>(adapter).flowOut());
 }
 
-/// Writes one key, or marks it. `value` is null where it is there no longer.
+/// Writes one key, or marks it, where not all is plain.
 template <class Dirty>
-void sendKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, typename Dirty::Key const& key,
-             void const* value) {
+[[gnu::noinline]] void sendKeyInTurn(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row,
+                                     typename Dirty::Key const& key, void const* value) {
   using Sa = Entity::VekNboAttrLogSa;
-  Sa::KeyRecord const record{row.number, row.isFixed, &key, fieldForm<typename Dirty::Key>, value, row.valueForm};
-  if (adapter.logKey(record)) return;
+  Ptr<Sa> const held(&adapter);
   Sa::Turn const turn = adapter.keyTurn(row.number);
   if (turn == Sa::Turn::silent) return;
   Ptr<NboAttrLog::FlowOut> const& owed = adapter.flowOut();
   if (turn == Sa::Turn::write) {
     if (owed) dirtyKeyDel(row.dirty(*owed), key);
     try {
-      adapter.writeKey(record);
+      adapter.writeKey(row.form, &key, value);
       return;
     } catch (...) {
       if (owed) dirtyKeyIs(row.dirty(*owed), key, true);
@@ -40,6 +39,13 @@ void sendKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, type
   Dirty& marks = row.dirty(*owed);
   dirtyKeyIs(marks, key, true);
   adapter.keyMarked(marks.count(), row.count(entityOn<Entity>(adapter)));
+}
+
+/// Writes one key, or marks it. `value` is null where it is there no longer.
+template <class Dirty>
+void sendKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, typename Dirty::Key const& key,
+             void const* value) {
+  if (!adapter.logKey(row.form, &key, value)) sendKeyInTurn(adapter, row, key, value);
 }
 
 template <class Dirty>
@@ -61,11 +67,10 @@ inline constexpr KeyedRow<DirtyOf<A>> childrenRow{A::number,       &RowOf<A>::di
 template <class A>
 inline constexpr ValuesRow<DirtyOf<A>> valuesRow{
     {A::number, &RowOf<A>::dirty, &RowOf<A>::count, &RowOf<A>::walk, &RowOf<A>::keyOf, &sendValue<A>},
-    hasFixedKeyRecord<A>,
     &RowOf<A>::find,
     &RowOf<A>::set,
     &RowOf<A>::remove,
-    fieldForm<typename A::Value>};
+    keyFormOf<A>()};
 
 template <class A>
 void sendValue(Entity::VekNboAttrLogSa& adapter, typename A::Key const& key) {

@@ -35,13 +35,11 @@ struct ValuesRow : KeyedRow<Dirty> {
     void const* value;
   };
 
-  /// Whether the size of a record is told ahead.
-  bool isFixed;
   Found (*find)(Entity& entity, Key const& key);
   /// Sets a value that the log of an adapter has brought.
   void (*set)(Entity& entity, Key const& key, void const* value, Entity::VekNboAttrLogSa const& adapter);
   void (*remove)(Entity& entity, Key const& key);
-  Entity::VekNboAttrLogSa::FieldForm valueForm;
+  Entity::VekNboAttrLogSa::KeyForm form;
 };
 
 namespace detail {
@@ -92,15 +90,41 @@ void writeField(NboAttrLog::OutPtr const& out, void const* field) {
 }
 
 template <class V>
+void putField(char* at, void const* field) noexcept {
+  putValueFields<typename V::Attr>(at, *static_cast<V const*>(field));
+}
+
+/// Whether V is a value of numbers alone.
+template <class V>
+constexpr bool hasNumbersOnly() noexcept {
+  if constexpr (requires { typename V::Attr::All; }) {
+    return areNumbers(typename V::Attr::All{});
+  } else {
+    return false;
+  }
+}
+
+template <class V>
 [[nodiscard]] constexpr Entity::VekNboAttrLogSa::FieldForm formOf() noexcept {
   if constexpr (numberBytes<V> != 0) {
-    return {numberBytes<V>, nullptr};
+    return {numberBytes<V>, nullptr, nullptr};
+  } else if constexpr (hasNumbersOnly<V>()) {
+    return {numbersSize(typename V::Attr::All{}), &putField<V>, nullptr};
   } else {
-    return {0, &writeField<V>};
+    return {0, nullptr, &writeField<V>};
   }
 }
 template <class V>
 inline constexpr Entity::VekNboAttrLogSa::FieldForm fieldForm = formOf<V>();
+
+template <class A>
+[[nodiscard]] constexpr Entity::VekNboAttrLogSa::KeyForm keyFormOf() noexcept {
+  constexpr auto number = static_cast<int>(A::number);
+  constexpr auto key = fieldForm<typename A::Key>;
+  constexpr auto value = fieldForm<typename A::Value>;
+  constexpr bool isVariable = !hasFixedKeyRecord<A>;
+  return {{number, key.bytes + value.bytes, isVariable}, {-number, key.bytes, isVariable}, key, value};
+}
 
 }  // namespace detail
 

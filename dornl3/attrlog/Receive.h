@@ -11,6 +11,11 @@ namespace Vek {
 
 namespace detail {
 
+template <class A>
+[[nodiscard]] typename A::Owner& entityOf(InboundRecord const& record) noexcept {
+  return static_cast<typename A::Owner&>(record.entity());
+}
+
 /// Where a received scalar goes.
 template <class V>
 struct ScalarPlace {
@@ -28,7 +33,7 @@ void receiveScalar(Entity::VekNboAttrLogSa& adapter, InboundRecord const& record
     return;
   }
   record.decoded();
-  Entity& entity = *record.entity();
+  Entity& entity = record.entity();
   if (place.field == value) return;
   storeOther(entity, place.field, value);  // it is the owner who says so, or one who may: no guard is asked
   if (adapter.isAloneOn(place.reactors)) return;
@@ -68,7 +73,8 @@ void receiveKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, I
     return;
   }
   record.decoded();
-  Entity& entity = *record.entity();
+  Ptr<Entity> const held(&record.entity());
+  Entity& entity = *held;
   WritePass const pass{entity};
   if (deleted) {
     row.remove(entity, key);
@@ -88,7 +94,8 @@ void receiveLongText(Sa& adapter, InboundRecord const& record) {
   }
   String8 text;
   if (!adapter.receiveText(record, A::number, logSlot<Attr, A>, text)) return;
-  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  Ptr<typename A::Owner> const held(&entityOf<A>(record));
+  auto& entity = *held;
   WritePass const pass{entity};
   scalarIs<A>(entity, text);
 }
@@ -125,13 +132,14 @@ void receiveChildAtKey(Sa& adapter, InboundRecord const& record, U32 idAt) {
     (adapter.*A::logHandler)(key);
     return;
   }
-  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  Ptr<typename A::Owner> const held(&entityOf<A>(record));
+  auto& entity = *held;
   Ptr<typename A::Child> const present = A::field(entity)[key];
   Expect const expect{NameInUseException::id};
   EntityId const id = adapter.peekChildId(record, present);
   try {
     static_cast<void>(adapter.mustMakeWay(present, id, true));
-    MsgChannel::DeserializingEidAnchor const anchor{id, record.entity()};
+    MsgChannel::DeserializingEidAnchor const anchor{id, held};
     childAtKeyIs<A>(adapter, entity, key);
   } catch (NameInUseException const&) {
     childAtKeyIsReplaced<A>(adapter, entity, key);
@@ -147,12 +155,13 @@ void receiveOneChild(Sa& adapter, InboundRecord const& record, U32 idAt) {
     (adapter.*A::logHandler)();
     return;
   }
-  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  Ptr<typename A::Owner> const held(&entityOf<A>(record));
+  auto& entity = *held;
   Ptr<typename A::Child> const present = A::field(entity);
   bool const sameName = present && present->name() == name;
   EntityId const id = adapter.peekChildId(record, sameName ? present : Ptr<typename A::Child>{});
   {
-    MsgChannel::DeserializingEidAnchor const anchor{id, record.entity()};
+    MsgChannel::DeserializingEidAnchor const anchor{id, held};
     WritePass const pass{entity};
     childIs<A>(entity, name);
   }
@@ -172,7 +181,8 @@ void receiveOneChild(Sa& adapter, InboundRecord const& record, U32 idAt) {
 
 template <class A, class Sa>
 void receiveChildGone(Sa& adapter, InboundRecord const& record) {
-  auto& entity = static_cast<typename A::Owner&>(*record.entity());
+  Ptr<typename A::Owner> const held(&entityOf<A>(record));
+  auto& entity = *held;
   if constexpr (holdsKeys<A>) {
     typename A::Key const key(record.in().nextString());
     if (!record.applies()) return (adapter.*A::logHandler)(key);
@@ -213,7 +223,7 @@ template <class Attr, class A, class Sa>
     receiveLongText<Attr, A>(adapter, record);
     return true;
   } else {
-    auto& entity = static_cast<typename A::Owner&>(*record.entity());
+    auto& entity = entityOf<A>(record);
     ReactorChain const& reactors = reactorsOf<typename A::Owner>(entity);
     receiveScalar<typename A::Value>(adapter, record,
                                      {A::field(entity), reactors, A::number, static_cast<ReactorSlot>(A::slot)});

@@ -25,12 +25,17 @@ template <class A>
   return entity == nullptr ? nullptr : &A::field(*entity);
 }
 
+template <class Attr, class A>
+inline constexpr Entity::VekNboAttrLogSa::ScalarForm scalarForm{
+    {static_cast<int>(A::number), fieldForm<typename A::Value>.bytes, fixedSize<typename A::Value> == 0},
+    logSlot<Attr, A>,
+    fieldForm<typename A::Value>};
+
 }  // namespace detail
 
 template <class Attr, class A>
 void logScalar(Entity::VekNboAttrLogSa& adapter) {
-  using V = typename A::Value;
-  adapter.logField(A::number, logSlot<Attr, A>, fixedSize<V> != 0, detail::fieldOn<A>(adapter), detail::fieldForm<V>);
+  adapter.logField<numberBytes<typename A::Value>>(detail::scalarForm<Attr, A>, detail::fieldOn<A>(adapter));
 }
 
 /// A text goes out. Whether all of it has gone.

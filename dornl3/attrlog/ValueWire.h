@@ -78,18 +78,22 @@ void readValueFields(X& value, NboAttrLog::In& in) {
   });
 }
 
+/// Writes the fields of a value that are all numbers, where there is room for them.
+template <class Attr, class X>
+void putValueFields(char* at, X const& value) noexcept {
+  forEach(typename Attr::All{}, [&](auto attribute) {
+    using V = typename decltype(attribute)::Value;
+    NboAttrLog::putNumber(at, std::bit_cast<detail::Unsigned<V>>(decltype(attribute)::field(value)));
+    at += sizeof(V);
+  });
+}
+
 /// Writes the fields of a value.
 template <class Attr, class X>
 NboAttrLog::OutPtr const& writeValueFields(NboAttrLog::OutPtr const& out, X const& value) {
   using All = typename Attr::All;
   if constexpr (detail::areNumbers(All{})) {
-    if (char* at = out->fieldsIs(detail::numbersSize(All{}))) {
-      forEach(All{}, [&](auto attribute) {
-        using V = typename decltype(attribute)::Value;
-        NboAttrLog::putNumber(at, std::bit_cast<detail::Unsigned<V>>(decltype(attribute)::field(value)));
-        at += sizeof(V);
-      });
-    }
+    if (char* const at = out->fieldsIs(detail::numbersSize(All{}))) putValueFields<Attr>(at, value);
   } else {
     forEach(All{}, [&](auto attribute) { out << decltype(attribute)::field(value); });
   }

@@ -28,28 +28,36 @@ void tellLogsOfMissedChange(ReactorChain const& reactors, AttributeId attribute)
   }
 }
 
+/// The turn of one reactor.
+template <class Call>
+[[gnu::always_inline]] inline void callReactor(PtrInterface::NotifieeConst& reactor, AttributeId attribute,
+                                               Expect const* around, Call const& call) {
+  try {
+    Expect const expect{Exception::any, around};
+    call(reactor);
+  } catch (...) {
+    reactor.onNotificationException(attribute);
+  }
+}
+
+/// Several of them. It stands apart so that the walk over one needs no room for their array.
+template <class Call>
+[[gnu::noinline]] void walkSeveral(ReactorChain const& reactors, AttributeId attribute, Call const& call) {
+  Expect const* const around = Expect::innermost();
+  HeldReactors const all = heldFor(reactors, attribute);
+  for (ReactorTurns walk{all}; walk; walk.advance()) callReactor(walk.current(), attribute, around, call);
+}
+
 /// Calls `call(reactor)` for the reactors on the list at entry. What one throws goes to its
 /// onNotificationException(attribute), and the walk goes on; what that throws ends the walk and reaches the caller.
 template <class Call>
 void walkReactors(PtrInterface const& notifier, ReactorChain const& reactors, AttributeId attribute, Call const& call) {
   if (reactors.count() == 0) return;
   auto const held = holdOver(notifier);
-  Expect const* const around = Expect::innermost();
-  auto const turn = [attribute, around, &call](PtrInterface::NotifieeConst& reactor) {
-    try {
-      Expect const expect{Exception::any, around};
-      call(reactor);
-    } catch (...) {
-      reactor.onNotificationException(attribute);
-    }
-  };
-  if (reactors.count() == 1) {  // most often so: no need of an array
-    Ptr<PtrInterface::NotifieeConst> const only(const_cast<PtrInterface::NotifieeConst*>(reactors.head()));
-    turn(*only);
-    return;
-  }
-  HeldReactors const all = heldFor(reactors, attribute);
-  for (ReactorTurns walk{all}; walk; walk.advance()) turn(walk.current());
+  if (reactors.count() != 1) return walkSeveral(reactors, attribute, call);
+  auto& only = const_cast<PtrInterface::NotifieeConst&>(*reactors.head());
+  Ptr<PtrInterface::NotifieeConst> const heldOnly(&only);
+  callReactor(only, attribute, Expect::innermost(), call);
 }
 
 /// A slot without a key, as a member of the root of the reactors.

@@ -94,11 +94,6 @@ void Sa::onZeroReferences() {
 
 // ---- What becomes of a change
 
-void Sa::handleHeld(void (Sa::*slot)()) {
-  Ptr<Sa> const held(this);
-  (this->*slot)();
-}
-
 void Sa::handlerFailed(AttributeId attr) {
   Ptr<Sa> const held(this);
   Sa::onNotificationException(attr);

@@ -50,15 +50,8 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
 
   // The halves of the frames that depend on no type.
 
-  /// Calls a slot of this adapter, which is held meanwhile.
-  void handleHeld(void (VekNboAttrLogSa::*slot)());
   /// A slot has thrown.
   void handlerFailed(AttributeId attr);
-  template <class K>
-  void handleHeld(void (VekNboAttrLogSa::*slot)(K), K const& key) {
-    Ptr<VekNboAttrLogSa> const held(this);
-    (this->*slot)(key);
-  }
 
   /// What binds a child, a closure of the caller's.
   class ChildBinder {
@@ -83,24 +76,31 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   };
   /// How the fields of a type are written.
   struct FieldForm {
-    U32 bytes;  ///< of one that is a number, in memory as on the log; 0 for another, which `write` writes
-    void (*write)(NboAttrLog::OutPtr const& out, void const* field);
+    U32 bytes;                                                        ///< of one or more numbers; 0 for another field
+    void (*put)(char* at, void const* field);                         ///< writes several numbers; null for one
+    void (*write)(NboAttrLog::OutPtr const& out, void const* field);  ///< writes a field that is none
   };
-  /// Writes the field of a scalar, or marks the scalar; nothing where there is no field. `isFixed`: the size is told
-  /// ahead.
-  void logField(AttributeId attr, U32 slot, bool isFixed, void const* field, FieldForm form);
-  /// A record of one key.
-  struct KeyRecord {
-    AttributeId attr;
-    bool isFixed;  ///< its size is told ahead
-    void const* key;
-    FieldForm keyForm;
-    void const* value;  ///< null where the key is there no longer
-    FieldForm valueForm;
+  /// The record of a scalar.
+  struct ScalarForm {
+    NboAttrLog::RecordHead head;
+    U32 slot;
+    FieldForm value;
   };
-  /// Writes a key, where the plainest of all reasons says so; else the turn decides. Whether it is written.
-  [[nodiscard]] bool logKey(KeyRecord const& record);
-  void writeKey(KeyRecord const& record);
+  /// Writes the field of a scalar, or marks the scalar; nothing where there is no field. `bytes`: 1, 2, 4 or 8 for one
+  /// number; 0 for what is none.
+  template <U32 bytes>
+  void logField(ScalarForm const& form, void const* field);
+  /// The records of one key: as it stands, and where it is there no longer.
+  struct KeyForm {
+    NboAttrLog::RecordHead present;
+    NboAttrLog::RecordHead gone;
+    FieldForm key;
+    FieldForm value;
+  };
+  /// Writes a key, where the plainest of all reasons says so; else the turn decides. Whether it is written. `value`:
+  /// null where the key is there no longer.
+  [[nodiscard]] bool logKey(KeyForm const& form, void const* key, void const* value);
+  void writeKey(KeyForm const& form, void const* key, void const* value);
   /// Decides for a scalar, and marks it or clears its mark.
   [[nodiscard]] Turn scalarTurn(AttributeId attr, U32 slot);
   /// Decides for a key. The caller marks it in the flow-out, or clears its mark there.
@@ -187,11 +187,19 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   [[nodiscard]] bool maySend(AttributeId attr);
   void needWritable(AttributeId attr);
   [[nodiscard]] bool isInStep() const noexcept;
+  /// The way of a scalar where not all is plain.
+  using PutScalar = void (VekNboAttrLogSa::*)(ScalarForm const& form, void const* field);
+  void logFieldInTurn(ScalarForm const& form, void const* field, PutScalar put);
+  template <U32 bytes>
+  void putScalar(ScalarForm const& form, void const* field);
   void sayWhatWasApplied();
-  void putField(void const* field, FieldForm form);
+  void putKey(KeyForm const& form, void const* key, void const* value);
+  static void putNumbers(char* at, void const* field, FieldForm const& form);
+  void putField(void const* field, FieldForm const& form);
   /// What follows the closing of a record.
   void recordDone();
-  void noteWhatWasTooLong();
+  void smallRecordDone(NboAttrLog::RecordHead const& head);
+  void noteWhatWasTooLong(int attr, bool wasDropped);
   /// The far side has an older value of this attribute, or no longer.
   void notReplicatedIs(AttributeId attr, bool on);
   // Steps of the walk: whether it ends there, with `next` as its answer. `behind`: the attribute that follows, or 0.

@@ -12,7 +12,24 @@ class InboundRecord {
 
   /// `in`: as in StreamAdapter::handleAttrDeserialization. Throws InternalException where another record is being
   /// applied on the adapter, and where the far side may not write.
-  InboundRecord(Sa& adapter, int attr, Ptr<NboAttrLog::In> const& in);
+  InboundRecord(Sa& adapter, int attr, Ptr<NboAttrLog::In> const& in)
+      : adapter_(adapter),
+        entity_(const_cast<Entity*>(static_cast<Entity const*>(adapter.rawNotifier()))),
+        input_(in.ptr()),
+        applies_(!in) {
+    if (applies_) {
+      NboAttrLog::Out const* const out = adapter.nboAttrLogOut();
+      if (out != nullptr) input_ = out->input();
+    }
+    if (entity_ == nullptr) input_ = nullptr;
+    if (!applies_ || input_ == nullptr) return;
+    if (adapter.hasFlag(StreamAdapter::entityReactorActive)) [[unlikely]]
+      throwAlreadyActive();
+    if (adapter.hasFlag(StreamAdapter::readOnlyRemote)) [[unlikely]]
+      adapter.needRemoteWritable(attr);
+    adapter.flagsIs(StreamAdapter::entityReactorActive, true);
+    isActive_ = true;
+  }
   InboundRecord(InboundRecord const&) = delete;
   InboundRecord& operator=(InboundRecord const&) = delete;
   ~InboundRecord() {
@@ -26,11 +43,14 @@ class InboundRecord {
   [[nodiscard]] bool applies() const noexcept { return applies_; }
   /// All of it is read: what follows touches the entity.
   void decoded() const noexcept { input_->phaseIs(NboAttrLog::In::Phase::applying); }
-  [[nodiscard]] Ptr<Entity> const& entity() const noexcept { return entity_; }
+  /// The entity. Whoever touches it when reactors have run holds it meanwhile.
+  [[nodiscard]] Entity& entity() const noexcept { return *entity_; }
 
  private:
+  [[noreturn]] static void throwAlreadyActive();
+
   Sa& adapter_;  // whoever hands the record over holds it
-  Ptr<Entity> const entity_;
+  Entity* const entity_;
   NboAttrLog::In* input_;
   bool const applies_;
   bool isActive_ = false;

@@ -47,6 +47,26 @@ struct MsgHeader {
   U8 headerTail = 0;
 };
 
+/// What stands behind the id in the header of a plain record, as it stands there: a constant of each attribute.
+class RecordHead {
+ public:
+  constexpr RecordHead() noexcept = default;
+  /// `isVariable`: the header does not promise that others of this attribute have the same size.
+  constexpr RecordHead(int attribute, U32 size, bool isVariable) noexcept
+      : attribute_(networkOrder(static_cast<U32>(attribute))),
+        size_(networkOrder(size)),
+        rest_(networkOrder((isVariable ? U32{variableSizeFlag} : 0) << 8)) {}
+
+  [[nodiscard]] constexpr int attribute() const noexcept { return static_cast<int>(networkOrder(attribute_)); }
+  void write(char* at) const noexcept { std::memcpy(at, this, sizeof *this); }
+
+ private:
+  U32 attribute_ = 0;
+  U32 size_ = 0;
+  U32 rest_ = 0;
+};
+static_assert(sizeof(RecordHead) + sizeof(EntityId) == headerSize);
+
 class Out : public Vek::Connection::Out {
  public:
   Out(Connection* connection, Limits const& limits) noexcept : connection_(connection), limits_(limits) {}
@@ -55,23 +75,18 @@ class Out : public Vek::Connection::Out {
   /// Opens a record. One that stands open is dropped.
   void nextHeaderIs(MsgHeader const& header);
   /// A plain record of so few bytes that every peer takes it, written and closed but for its payload, which the caller
-  /// writes where the answer points before anything else is written. `isVariable`: its header does not promise that
-  /// others of this attribute have the same size.
-  [[nodiscard]] char* smallRecordIs(EntityId id, int attribute, U32 size, bool isVariable) {
+  /// writes where the answer points before anything else is written. `size`: as the head has it.
+  [[nodiscard]] char* smallRecordIs(EntityId id, RecordHead const& head, U32 size) {
     assert(size <= leastLimit);
     if (isOpen_) [[unlikely]]
       dropOpen();
     std::size_t const whole = headerSize + tokensSize + size;
     char* const at = bytes_.room(whole);
-    putHeader(at, {.entityId = id,
-                   .attribute = attribute,
-                   .variableSize = static_cast<U8>(isVariable ? 1 : 0),
-                   .payloadSize = size});
+    id.write(at);
+    head.write(at + sizeof id);
     at[headerSize] = tokenOpen;
     at[whole - 1] = tokenClose;
     bytes_.extend(whole);
-    attribute_ = attribute;
-    droppedLast_ = false;
     ++records_;
     due();
     return at + headerSize + 1;
@@ -111,7 +126,7 @@ class Out : public Vek::Connection::Out {
     return unsent() > std::size_t{limits_.outBytes} + limits_.recordBytes;
   }
   /// Whether the connection takes records, there is room, and nothing comes in over several records.
-  [[nodiscard]] bool takesPlainly() const noexcept { return !isOpen_ && bytes_.size() < plainEnd_; }
+  [[nodiscard]] bool takesPlainly() const noexcept { return bytes_.size() < plainEnd_; }
   /// Whether something comes in over several records.
   void hasFlowInsIs(bool on) noexcept {
     hasFlowIns_ = on;
@@ -151,9 +166,9 @@ class Out : public Vek::Connection::Out {
   [[nodiscard]] U64 droppedRecords() const noexcept { return droppedRecords_; }
   /// One was not even begun.
   void droppedInc() noexcept { ++droppedRecords_; }
-  /// Whether the record closed last was one of them.
+  /// Whether the record closed last was one of them; small ones never are.
   [[nodiscard]] bool droppedLast() const noexcept { return droppedLast_; }
-  /// The attribute of the record opened last.
+  /// The attribute of the record opened last, small ones apart.
   [[nodiscard]] int attribute() const noexcept { return attribute_; }
   /// Bytes of closed records, since the beginning.
   [[nodiscard]] U64 written() const noexcept { return gone_ + unsent(); }

@@ -32,6 +32,7 @@ U32 roomForAText(NboAttrLog::Out const& out) noexcept {
 }  // namespace
 
 bool Sa::serializeText(AttributeId attr, U32 slot, String8 const& text) {
+  Ptr<Sa> const held(this);
   if (hasFlag(syncModeRelay)) return false;
   if (!hasFlag(entityReactorActive) && handlingFlowInFor(attr)) {
     if (!hasFlag(handlingScheduledFlowOut)) streamDemuxer()->flowIn(entityId())->hasLocalChangeIs(true);

@@ -15,56 +15,91 @@ inline bool Sa::isInStep() const noexcept {
   return out != nullptr && out->takesPlainly();
 }
 
-void Sa::logField(AttributeId attr, U32 slot, bool isFixed, void const* field, FieldForm form) {
+inline void Sa::sayWhatWasApplied() {
+  if (side() == Side::replica) streamDemuxer()->ackIfMoved();
+}
+
+inline void Sa::smallRecordDone(NboAttrLog::RecordHead const& head) {
+  Out const& out = *boundLog();
+  recordWritten(out);
+  if (out.isWatched()) [[unlikely]]
+    noteWhatWasTooLong(head.attribute(), false);
+}
+
+inline void Sa::putNumbers(char* at, void const* field, FieldForm const& form) {
+  form.put == nullptr ? NboAttrLog::putNumber(at, field, form.bytes) : form.put(at, field);
+}
+
+template <U32 bytes>
+[[gnu::always_inline]] inline void Sa::putScalar(ScalarForm const& form, void const* field) {
+  sayWhatWasApplied();
+  Out& out = *boundLog();
+  if constexpr (bytes != 0) {
+    NboAttrLog::putNumber(out.smallRecordIs(entityId(), form.head, bytes), field, bytes);
+    smallRecordDone(form.head);
+  } else if (form.value.put != nullptr) {
+    form.value.put(out.smallRecordIs(entityId(), form.head, form.value.bytes), field);
+    smallRecordDone(form.head);
+  } else {
+    out.variableRecordIs(entityId(), form.head.attribute());
+    form.value.write(boundLog(), field);
+    recordClosed();
+  }
+}
+
+template <U32 bytes>
+void Sa::logField(ScalarForm const& form, void const* field) {
   if (field == nullptr) return;
-  if (!isInStep() && scalarTurn(attr, slot) != Turn::write) return;
+  isInStep() ? putScalar<bytes>(form, field) : logFieldInTurn(form, field, &Sa::putScalar<bytes>);
+}
+template void Sa::logField<0>(ScalarForm const& form, void const* field);
+template void Sa::logField<1>(ScalarForm const& form, void const* field);
+template void Sa::logField<2>(ScalarForm const& form, void const* field);
+template void Sa::logField<4>(ScalarForm const& form, void const* field);
+template void Sa::logField<8>(ScalarForm const& form, void const* field);
+
+void Sa::logFieldInTurn(ScalarForm const& form, void const* field, PutScalar put) {
+  Ptr<Sa> const held(this);
+  if (scalarTurn(static_cast<AttributeId>(form.head.attribute()), form.slot) != Turn::write) return;
   try {
-    sayWhatWasApplied();
-    Out& out = *boundLog();
-    if (form.bytes != 0) {
-      char* const at = out.smallRecordIs(entityId(), static_cast<int>(attr), form.bytes, !isFixed);
-      NboAttrLog::putNumber(at, field, form.bytes);
-    } else {
-      out.variableRecordIs(entityId(), static_cast<int>(attr));
-      form.write(boundLog(), field);
-      out.closeRecord();
-    }
-    recordDone();
+    (this->*put)(form, field);
   } catch (...) {
-    scalarOwed(slot);
+    scalarOwed(form.slot);
     throw;
   }
 }
 
-bool Sa::logKey(KeyRecord const& record) {
-  bool const isPlain = isInStep();
-  if (isPlain) writeKey(record);
-  return isPlain;
-}
-
-void Sa::writeKey(KeyRecord const& record) {
-  bool const isThere = record.value != nullptr;
-  auto const attr = static_cast<int>(record.attr);
-  U32 const keyBytes = record.keyForm.bytes;
-  U32 const valueBytes = isThere ? record.valueForm.bytes : 0;
+[[gnu::always_inline]] inline void Sa::putKey(KeyForm const& form, void const* key, void const* value) {
+  bool const isThere = value != nullptr;
+  NboAttrLog::RecordHead const& head = isThere ? form.present : form.gone;
+  U32 const keyBytes = form.key.bytes;
+  U32 const valueBytes = isThere ? form.value.bytes : 0;
   sayWhatWasApplied();
   Out& out = *boundLog();
   if (keyBytes != 0 && (valueBytes != 0 || !isThere)) {
-    char* const at = out.smallRecordIs(entityId(), isThere ? attr : -attr, keyBytes + valueBytes, !record.isFixed);
-    NboAttrLog::putNumber(at, record.key, keyBytes);
-    if (isThere) NboAttrLog::putNumber(at + keyBytes, record.value, valueBytes);
+    char* const at = out.smallRecordIs(entityId(), head, keyBytes + valueBytes);
+    putNumbers(at, key, form.key);
+    if (isThere) putNumbers(at + keyBytes, value, form.value);
+    smallRecordDone(head);
   } else {
-    out.variableRecordIs(entityId(), isThere ? attr : -attr);
-    putField(record.key, record.keyForm);
-    if (isThere) putField(record.value, record.valueForm);
-    out.closeRecord();
+    out.variableRecordIs(entityId(), head.attribute());
+    putField(key, form.key);
+    if (isThere) putField(value, form.value);
+    recordClosed();
   }
-  recordDone();
 }
 
-void Sa::putField(void const* field, FieldForm form) {
+bool Sa::logKey(KeyForm const& form, void const* key, void const* value) {
+  bool const isPlain = isInStep();
+  if (isPlain) putKey(form, key, value);
+  return isPlain;
+}
+
+void Sa::writeKey(KeyForm const& form, void const* key, void const* value) { putKey(form, key, value); }
+
+void Sa::putField(void const* field, FieldForm const& form) {
   if (form.bytes == 0) return form.write(boundLog(), field);
-  if (char* const at = boundLog()->fieldsIs(form.bytes)) NboAttrLog::putNumber(at, field, form.bytes);
+  if (char* const at = boundLog()->fieldsIs(form.bytes)) putNumbers(at, field, form);
 }
 
 Ptr<Out> const& Sa::recordIs(int attr, U32 fixedSize, bool isVariable, U32 kind) {
@@ -83,19 +118,15 @@ void Sa::recordClosed() {
   recordDone();
 }
 
-inline void Sa::sayWhatWasApplied() {
-  if (side() == Side::replica) streamDemuxer()->ackIfMoved();
-}
-
 inline void Sa::recordDone() {
-  recordWritten(*boundLog());
-  if (boundLog()->droppedLast() || boundLog()->isWatched()) [[unlikely]]
-    noteWhatWasTooLong();
+  Out const& out = *boundLog();
+  recordWritten(out);
+  if (out.droppedLast() || out.isWatched()) [[unlikely]]
+    noteWhatWasTooLong(out.attribute(), out.droppedLast());
 }
 
-void Sa::noteWhatWasTooLong() {
-  int const attr = boundLog()->attribute();
-  notReplicatedIs(static_cast<AttributeId>(attr < 0 ? -attr : attr), boundLog()->droppedLast());
+void Sa::noteWhatWasTooLong(int attr, bool wasDropped) {
+  notReplicatedIs(static_cast<AttributeId>(attr < 0 ? -attr : attr), wasDropped);
 }
 
 void Sa::notReplicatedIs(AttributeId attr, bool on) {
