@@ -27,7 +27,7 @@ AgentWatch::AgentWatch(Vek::Link::Loop& loop, Target const& target, WatchOptions
       pace_{loop, togetherness, [this] { look(); }},
       mounts_{loop, target.mounts("watch"), wishesFor(options.paths, Use::reads)},
       timer_{loop.timer([this] {
-        if (!watch_) throw timedOut(mounts_.place(), timeout_);
+        if (!watch_) mounts_.giveUp(timeout_);
       })} {
   mounts_.whenChangedIs([this] { pace_.soon(); });
   timer_->dueIs(Vek::NboAttrLog::steadyClock()() + timeout_);

@@ -16,17 +16,20 @@ using Vek::NboAttrLog::Mount;
 
 namespace {
 
+constexpr double restOfTheEager = 0.1;  // seconds: an agent that is just being started soon listens
+
 Client::Settings settingsFor(AgentMounts::Target const& target) {
   Client::Settings settings;
   settings.connection.name = target.self;
   settings.longestRest = target.longestRest;
+  if (target.isWaitedFor) settings.firstRest = restOfTheEager;
   return settings;
 }
 
 }  // namespace
 
 AgentMounts::AgentMounts(Vek::Link::Loop& loop, Target const& target, std::vector<Wish> const& wishes)
-    : client_{loop, target.address, settingsFor(target)} {
+    : isWaitedFor_{target.isWaitedFor}, client_{loop, target.address, settingsFor(target)} {
   client_.whenChangedIs([this] { changed(); });
   for (Wish const& wish : wishes) {
     mounts_.push_back(Vek::make<Mount>(wish.name, *wish.type, wish.access, dir_));
@@ -76,8 +79,9 @@ void AgentMounts::needConnection() const {
   case EAGAIN: return;  // it has many to let in
   case ENOENT:
   case ECONNREFUSED:
-    throw NoAnswer{fmt::format("No agent listens at {}. Start one with 'dornl3 agent', name another with --agent, or "
-                               "read this host's kernel with --local.",
+    if (isWaitedFor_) return;
+    throw NoAnswer{fmt::format("No agent listens at {}. Start one with 'dornl3 agent', wait for one with --wait, name "
+                               "another with --agent, or read this host's kernel with --local.",
                                place())};
   case EACCES:
   case EPERM:
@@ -92,6 +96,12 @@ void AgentMounts::needConnection() const {
     throw NoAnswer{
         fmt::format("The agent at {} cannot be reached: {}. Check the address and the way there.", place(), why)};
   }
+}
+
+void AgentMounts::giveUp(double seconds) {
+  isWaitedFor_ = false;
+  needConnection();
+  throw timedOut(place(), seconds);
 }
 
 }  // namespace Apps

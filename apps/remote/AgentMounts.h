@@ -23,8 +23,9 @@ class AgentMounts {
   };
   struct Target {
     Vek::Link::Address address;
-    Vek::Name self;           // what the command calls itself
-    double longestRest = 10;  // seconds between attempts to reach an agent that was lost
+    Vek::Name self;            // what the command calls itself
+    double longestRest = 10;   // seconds between attempts to reach an agent that was lost
+    bool isWaitedFor = false;  // it may listen only later
   };
 
   AgentMounts(Vek::Link::Loop& loop, Target const& target, std::vector<Wish> const& wishes);
@@ -47,6 +48,8 @@ class AgentMounts {
   void needNoRefusal() const;
   /// Throws NoAnswer where there is no connection, and one that wants an answer now has no reason to wait for it.
   void needConnection() const;
+  /// Throws NoAnswer: so many seconds have been waited in vain.
+  [[noreturn]] void giveUp(double seconds);
 
  private:
   void changed();
@@ -54,6 +57,7 @@ class AgentMounts {
   Vek::Ptr<Vek::Dir> const dir_ = Vek::make<Vek::Dir>();
   std::vector<Vek::Ptr<Vek::NboAttrLog::Mount>> mounts_;
   std::function<void()> whenChanged_;
+  bool isWaitedFor_;
   bool wasConnected_ = false;
   Vek::Link::Client client_;
 };

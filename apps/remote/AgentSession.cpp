@@ -24,7 +24,7 @@ void AgentSession::waitUntil(std::function<bool()> const& condition) {
     return false;
   };
   if (loop_.runUntil(isOver, end_ - Vek::NboAttrLog::steadyClock()())) return;
-  throw timedOut(place(), seconds_);
+  mounts_.giveUp(seconds_);
 }
 
 void AgentSession::settle(std::vector<std::string_view> const& roots) {

@@ -19,13 +19,17 @@ void Target::addTo(CLI::App& command, char const* local) {
       command.add_option("--timeout", timeout, "How long to wait for it, 10 seconds if not given")
           ->type_name("SECONDS")
           ->check(CLI::PositiveNumber);
+  CLI::Option* const start = command.add_flag("--wait", waits, "Wait also for an agent that does not listen yet");
   if (here == nullptr) return;
   there->excludes(here);
   patience->excludes(here);
+  start->excludes(here);
 }
 
 AgentMounts::Target Target::mounts(std::string const& command) const {
-  return {Vek::Link::Address::parse(agent), Vek::Name{"dornl3 " + command}};
+  AgentMounts::Target target{Vek::Link::Address::parse(agent), Vek::Name{"dornl3 " + command}};
+  target.isWaitedFor = waits;
+  return target;
 }
 
 std::vector<AgentMounts::Wish> wishesFor(std::vector<std::string> const& paths, Use use) {

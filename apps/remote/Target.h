@@ -15,6 +15,7 @@ struct Target {
   bool isLocal = false;
   std::string agent;    // an address
   double timeout = 10;  // seconds for all that the agent has to say
+  bool waits = false;   // also for an agent that does not listen yet
 
   /// Adds the options for that to a command. `local`: what --local is for; null where there is no such thing.
   void addTo(CLI::App& command, char const* local);
