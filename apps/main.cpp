@@ -193,7 +193,7 @@ int tell(Attributes::Answer const& answer) {
 
 int runOnHost(Attributes::CommandLine const& attributes) {
   Kernel::NetlinkSocket kernel;
-  Show::HostRoots const host{[&kernel] { return Kernel::readKernel(kernel); }};
+  Show::HostRoots const host{[&kernel] { return Kernel::readKernel(kernel); }, Show::Asker::self};
   for (std::string const& notice : Show::noticesOf(host.interrupted())) complain(notice);
   Attributes::Filled const filled{Show::filledPaths(Show::Reading::once)};
   return tell(attributes.run(Vek::Dir::root(), filled, [] {}));

@@ -38,7 +38,7 @@ std::string describe(Server::Peer const& peer) {
 Agent::Agent(Vek::Link::Loop& loop, Kernel::MessageSource& questions, Kernel::NotificationSource& notifications,
              int news, Settings const& settings, Say say, Kernel::KernelFollower::Pace pace)
     : say_{std::move(say)},
-      host_{questions, notifications, goingOn(pace)},
+      host_{questions, notifications, goingOn(pace), Show::Asker::others},
       news_{loop,
             news,
             {.take =

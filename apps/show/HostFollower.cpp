@@ -8,8 +8,9 @@
 namespace Apps::Show {
 
 HostFollower::HostFollower(Kernel::MessageSource& questions, Kernel::NotificationSource& notifications,
-                           Kernel::KernelFollower::Pace pace)
-    : follower_{questions, notifications, secondsSince1970, pace} {}
+                           Kernel::KernelFollower::Pace pace, Asker asker)
+    : follower_{questions, notifications, secondsSince1970, pace},
+      roots_{[this] { return follower_.figures(); }, asker} {}
 
 void HostFollower::publish() {
   if (!follower_.isSettled()) return;  // advance() tells when they are again

@@ -11,7 +11,7 @@ class HostFollower {
  public:
   /// Uses both sources, owns neither; see KernelFollower. Throws KernelError.
   HostFollower(Kernel::MessageSource& questions, Kernel::NotificationSource& notifications,
-               Kernel::KernelFollower::Pace pace = {});
+               Kernel::KernelFollower::Pace pace = {}, Asker asker = Asker::self);
 
   /// Takes what the kernel has told; true if the roots are to be filled. Throws KernelError.
   bool advance() { return follower_.advance(); }
@@ -29,7 +29,7 @@ class HostFollower {
 
  private:
   Kernel::KernelFollower follower_;
-  HostRoots const roots_{[this] { return follower_.figures(); }};
+  HostRoots const roots_;
   Interrupted interrupted_ = roots_.interrupted();
   Interrupted told_;
   std::string toldFailure_;

@@ -6,16 +6,25 @@
 
 namespace Apps::Show {
 
+namespace {
+
+Interrupted fillOnly(ReadFigures const& read, Roots const& roots) {
+  Kernel::KernelFigures const figures = read();
+  fill(roots, figures);
+  return figures.interrupted;
+}
+
+}  // namespace
+
 Interrupted fillFrom(ReadFigures const& read, Roots const& roots) {
   auto const responder = Vek::make<RequestResponder>();
   responder->notifierIs(roots.request);
   responder->isRegisteredNotifieeIs(true);
 
   roots.request->statusRequestIdInc(1);
-  Kernel::KernelFigures const figures = read();
-  fill(roots, figures);
+  Interrupted interrupted = fillOnly(read, roots);
   responder->answer(roots, secondsSince1970());
-  return figures.interrupted;
+  return interrupted;
 }
 
 std::vector<std::string> noticesOf(Interrupted const& interrupted) {
@@ -28,7 +37,8 @@ std::vector<std::string> noticesOf(Interrupted const& interrupted) {
   return notices;
 }
 
-HostRoots::HostRoots(ReadFigures const& read) : interrupted_{fillFrom(read, roots_)} {
+HostRoots::HostRoots(ReadFigures const& read, Asker asker)
+    : interrupted_{asker == Asker::self ? fillFrom(read, roots_) : fillOnly(read, roots_)} {
   roots_.forEach([](Vek::Ptr<Vek::Entity> const& root) { Vek::Dir::root().entryIs(root); });
 }
 

@@ -17,6 +17,9 @@ using ReadFigures = std::function<Kernel::KernelFigures()>;
 /// Names of tables that changed while they were read.
 using Interrupted = std::vector<std::string_view>;
 
+/// Who asks for the figures of the first reading: whoever reads, or others later, so that it answers nobody.
+enum class Asker { self, others };
+
 /// Puts a request, fills the roots with what `read` gives, and answers. Throws what `read` throws.
 [[nodiscard]] Interrupted fillFrom(ReadFigures const& read, Roots const& roots);
 
@@ -26,7 +29,7 @@ using Interrupted = std::vector<std::string_view>;
 class HostRoots {
  public:
   /// Throws what `read` throws.
-  explicit HostRoots(ReadFigures const& read);
+  HostRoots(ReadFigures const& read, Asker asker);
   HostRoots(HostRoots const&) = delete;
   HostRoots& operator=(HostRoots const&) = delete;
   ~HostRoots();

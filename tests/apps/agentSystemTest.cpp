@@ -13,12 +13,16 @@
 namespace Apps {
 namespace {
 
-// All that it prints, and its exit status in the last line.
-std::string said(std::string const& line) {
-  Command command{line + "; echo status $?"};
+std::string rest(Command& command) {
   std::string all;
   for (std::string next = command.line(); !next.empty(); next = command.line()) all += next;
   return all;
+}
+
+// All that it prints, and its exit status in the last line.
+std::string said(std::string const& line) {
+  Command command{line + "; echo status $?"};
+  return rest(command);
 }
 
 // The number of the process that a command prints first.
@@ -34,8 +38,10 @@ void serve() {
                  "link set a0 up\nlink set a1 up\naddr add 10.0.0.1/24 dev a0\nroute add 20.0.0.0/16 via 10.0.0.2\n"));
   std::string const path = testing::TempDir() + "agent" + std::to_string(getpid()) + ".sock";
   ASSERT_EQ(setenv("DORNL3_AGENT", ("unix:" + path).c_str(), 1), 0);
-  EXPECT_TRUE(ends(said("dornl3 show"), "status 3\n")) << "nobody listens";
+  EXPECT_TRUE(ends(said("dornl3 show; dornl3 show --wait --timeout 0.3"), "status 3\n")) << "nobody listens";
 
+  std::string const figures = " --json | sed 's/\\(\"statusUpdatedTime\": \\)[0-9.]*/\\1TIME/'";
+  Command waiting{"dornl3 show --wait" + figures};
   std::string const start = "exec " DORNL3_PROGRAM " agent";
   Command agent{"echo $$; " + start};
   std::string const process = processOf(agent);
@@ -44,11 +50,10 @@ void serve() {
   EXPECT_NE(second.find("another process listens there"), std::string::npos) << second;
   EXPECT_TRUE(ends(second, "status 1\n")) << second;
 
-  // The same figures by either road, but for who asked how often, and when.
-  std::string const figures = " --json | grep -v 'statusResponseId\\|statusUpdatedTime'";
-  std::string const shown = said("dornl3 show" + figures);
-  EXPECT_NE(shown.find("\"numVrfs\": 1,"), std::string::npos) << shown;
-  EXPECT_EQ(shown, said("dornl3 show --local" + figures));
+  // The same figures by either road, but for the time.
+  std::string const shown = rest(waiting);
+  EXPECT_NE(shown.find("\"statusUpdatedTime\": TIME,"), std::string::npos) << shown;
+  EXPECT_EQ(shown + "status 0\n", said("dornl3 show --local" + figures));
 
   Command watch{"echo $$; exec " DORNL3_PROGRAM
                 " watch status.ipv4RouteStats.routes 'status.lemV4RouteStats.routeCount[16]'"};
