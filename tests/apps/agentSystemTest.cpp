@@ -31,6 +31,14 @@ std::string processOf(Command& command) {
   return line.substr(0, line.find('\n'));
 }
 
+// Whether these processes sleep on for a second and a half together, as heartbeats let them.
+bool sleep(std::string const& processes) {
+  return said(
+             "wakes() { for p in " + processes + "; do grep ^voluntary /proc/$p/status; done; }; " +
+             "for try in 1 2 3 4; do before=$(wakes); sleep 1.5; [ \"$(wakes)\" = \"$before\" ] && exit; done; echo no")
+      .empty();
+}
+
 bool ends(std::string const& text, std::string const& end) { return text.ends_with(end); }
 
 void serve() {
@@ -76,6 +84,7 @@ void serve() {
   EXPECT_EQ(said("dornl3 del '" + member + "'" + count), member + " = True\n0\nstatus 0\n") << "what has gone";
   EXPECT_TRUE(ends(said("dornl3 del '" + member + "'"), "status 1\n")) << "nothing is there";
   EXPECT_TRUE(ends(said("dornl3 set status.numVrfs 4"), "status 1\n")) << "to read only";
+  EXPECT_TRUE(sleep(process + " " + watcher)) << "they poll";
   EXPECT_TRUE(
       ends(said("kill -STOP " + process + "; dornl3 set --timeout 1 cliConfig.ecmpPreferLocal True"), "status 3\n"))
       << "nobody answers";

@@ -143,8 +143,9 @@ bool Connection::takeGreeting() {
   peerTag_ = tag;
   peerHeartbeat_ = heartbeat / 1000.0;
   out_->peerName_ = Name(come.substr(greetingSize, nameLength));
-  out_->limits_.recordBytes = std::min(out_->limits_.recordBytes, theirs.recordBytes);
-  out_->limits_.messageBytes = std::min(out_->limits_.messageBytes, theirs.recordBytes - 1);  // a piece, and its mark
+  Limits& agreed = out_->limits_;
+  agreed.recordBytes = std::min(agreed.recordBytes, theirs.recordBytes);
+  agreed.messageBytes = std::min(agreed.messageBytes, agreed.recordBytes - 1);  // a piece, and its mark
   out_->limits_.textBytes = std::min(out_->limits_.textBytes, theirs.textBytes);
   demuxer_.adapters().mostIs(std::min(settings_.limits.entities, theirs.entities));
   bytes.consume(greetingSize + nameLength);
