@@ -145,7 +145,7 @@ TEST_F(Deaths, OfAnOwnerAtAnyByteLeaveWhatItHadSaidAndNothingElse) {
     giveTo(*server, Access::readOnly);
     ASSERT_TRUE(runUntil([&] { return areOwned(mounts); })) << client.trouble();
     server.reset();
-    ASSERT_TRUE(runUntil([&] { return mounts.are(Vek::Dir::stale); }));
+    ASSERT_TRUE(runUntil([&] { return mounts.are(Vek::Dir::stale) && client.attempts() > 2; }));
   };
   live();
   auto const tree = mounts.status->entity();
@@ -174,9 +174,9 @@ TEST_F(Deaths, OfAnOwnerAtAnyByteLeaveWhatItHadSaidAndNothingElse) {
       look(*tree, *mounted<AuditRequest>(*mounts.request), hasEndedWell);
     }
   }
-  EXPECT_EQ(Held(), before);
   fill(*request, *status, "old");
   live();
+  EXPECT_EQ(Held(), before);
   EXPECT_EQ(mounts.status->entity(), tree);
 }
 
@@ -233,12 +233,6 @@ TEST_F(Deaths, OfReadersAtAnyMomentLeaveNothingBehind) {
   }
   ASSERT_TRUE(runUntil([&] { return server.peerCount() == 0; }));
   EXPECT_EQ(Held(), before);
-  Mortal const last = caller();
-  MountedPair const mounts{last.connection->mounts(), Access::readOnly};
-  EXPECT_TRUE(runUntil([&] {
-    last.turn();
-    return areOwned(mounts);
-  }));
 }
 
 }  // namespace

@@ -2,9 +2,12 @@
 #include "dornl3/platform/link/Listener.h"
 
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
+#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -42,8 +45,8 @@ TEST(Address, IsRefusedWithWhatIsWrong) {
 
 class ListenerTest : public testing::Test {
  protected:
-  ListenerTest() { unlink(path.c_str()); }
-  ~ListenerTest() override { unlink(path.c_str()); }
+  ListenerTest() { std::filesystem::create_directory(directory); }
+  ~ListenerTest() override { std::filesystem::remove_all(directory); }
 
   [[nodiscard]] mode_t modeOfPath() const {
     struct stat found {};
@@ -58,17 +61,22 @@ class ListenerTest : public testing::Test {
     }
   }
 
-  std::string const path = testing::TempDir() + "listener" + std::to_string(getpid()) + ".sock";
+  std::string const directory = testing::TempDir() + "listener" + std::to_string(getpid());
+  std::string const path = directory + "/l3.sock";
   Address const address = Address::parse("unix:" + path);
 };
 
 TEST_F(ListenerTest, HasItsModeWhateverTheMaskAndTakesItsFileAway) {
   for (mode_t const mask : {0U, 0777U}) {
     mode_t const before = umask(mask);
+    Socket const events{inotify_init1(IN_NONBLOCK)};
+    ASSERT_GE(inotify_add_watch(events.descriptor(), directory.c_str(), IN_ATTRIB), 0);
     {
       Listener const listener{address, 0660};
       EXPECT_EQ(modeOfPath(), 0660U);
     }
+    std::array<char, 4096> event{};
+    EXPECT_LT(read(events.descriptor(), event.data(), event.size()), 0) << "its mode came after it";
     EXPECT_EQ(umask(before), mask);
     EXPECT_EQ(modeOfPath(), 0U);
   }
