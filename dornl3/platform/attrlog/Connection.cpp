@@ -146,7 +146,7 @@ bool Connection::takeGreeting() {
   Limits& agreed = out_->limits_;
   agreed.recordBytes = std::min(agreed.recordBytes, theirs.recordBytes);
   agreed.messageBytes = std::min(agreed.messageBytes, agreed.recordBytes - 1);  // a piece, and its mark
-  out_->limits_.textBytes = std::min(out_->limits_.textBytes, theirs.textBytes);
+  agreed.textBytes = std::min(agreed.textBytes, theirs.textBytes);
   demuxer_.adapters().mostIs(std::min(settings_.limits.entities, theirs.entities));
   bytes.consume(greetingSize + nameLength);
   out_->bufferFlagIs(true);
