@@ -30,6 +30,7 @@ struct Setters : LeakCheck {
 };
 
 TEST_F(Setters, AChangeIsStoredCountedAndToldOnceAndTheSameValueAgainIsNothing) {
+  reactor->nextDo({[this] { EXPECT_EQ(toy->writeCount(), 1U) << "counted before anybody hears"; }});
   // Neighbours in `values` differ.
   auto const expectChanges = [this](char const* name, auto setter, auto getter, auto const& values) {
     for (auto const& value : values) {
