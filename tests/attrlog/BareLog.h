@@ -28,26 +28,41 @@ inline PairOptions oneRecord(U32 messageBytes = 1) {
   return options;
 }
 
+/// A number in what a log holds, of that many bytes.
+inline U32 numberAt(std::string_view bytes, std::size_t at, std::size_t size = 4) {
+  U32 value = 0;
+  for (char const c : bytes.substr(at, size)) value = value << 8 | static_cast<unsigned char>(c);
+  return value;
+}
+
+/// A record that waits, or has come.
+struct Record {
+  bool isOfConnection;
+  int attribute;
+  U32 kind;
+  bool isVariable;  ///< its size was not known ahead
+  std::string_view payload;
+};
+
+/// The records of a log, behind the greeting where it opens with one.
+inline std::vector<Record> recordsIn(std::string_view bytes) {
+  if (bytes.starts_with("DL3 log\n")) bytes.remove_prefix(32 + numberAt(bytes, 30, 2));
+  std::vector<Record> records;
+  for (; bytes.size() >= 22; bytes.remove_prefix(numberAt(bytes, 12) + 22)) {
+    records.push_back({numberAt(bytes, 0) == 0, static_cast<int>(numberAt(bytes, 8)), numberAt(bytes, 16, 2),
+                       bytes[18] != 0, bytes.substr(21, numberAt(bytes, 12))});
+  }
+  return records;
+}
+
 /// The records that wait, in order, each as its attribute, '~' where its size was not known ahead, '#' and its kind,
 /// and its payload behind a colon. They are taken out.
 inline Records said(Connection& connection) {
   Records records;
-  std::string_view left = connection.out()->view();
-  auto const number = [](std::string_view bytes) {
-    U32 value = 0;
-    for (char const c : bytes) value = value << 8 | static_cast<unsigned char>(c);
-    return value;
-  };
-  while (!left.empty()) {
-    U32 const length = number(left.substr(12, 4));
-    U32 const kind = number(left.substr(16, 2));
-    auto const attribute = static_cast<int>(number(left.substr(8, 4)));
-    std::string text = std::to_string(attribute);
-    if (left[18] != 0) text += '~';
-    if (kind != 0) text += '#' + std::to_string(kind);
-    text += ':' + hex(left.substr(21, length));
-    if (attribute != Vek::NboAttrLog::aliveRecord) records.push_back(text);
-    left.remove_prefix(length + 22);
+  for (Record const& each : recordsIn(connection.out()->view())) {
+    if (each.attribute == Vek::NboAttrLog::aliveRecord) continue;
+    records.push_back(std::to_string(each.attribute) + (each.isVariable ? "~" : "") +
+                      (each.kind != 0 ? '#' + std::to_string(each.kind) : "") + ':' + hex(each.payload));
   }
   connection.out()->sent(connection.out()->unsent());
   return records;

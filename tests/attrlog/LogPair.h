@@ -109,6 +109,26 @@ class LogPair {
   std::optional<End> reader_;
 };
 
+/// The reader's mount of an entity of the owner's.
+template <class X>
+struct Mounted {
+  Mounted(LogPair& pair, Vek::Ptr<X> const& entity, Access access = Access::writable,
+          Vek::Ptr<Vek::Dir> const& into = Vek::make<Vek::Dir>())
+      : dir(into), mount(Vek::make<Mount>(entity->name(), *entity->fwkType(), access, into)) {
+    bind(pair, entity);
+    pair.settle();
+  }
+  /// Over a connection that is new to both.
+  void bind(LogPair& pair, Vek::Ptr<X> const& entity) {
+    pair.owner().exports().exportIs(entity, mount->access());
+    pair.reader().mounts().mountIs(mount);
+  }
+  [[nodiscard]] Vek::Ptr<X> replica() const { return Vek::ptrCast<X>(dir->entity(mount->name())); }
+
+  Vek::Ptr<Vek::Dir> dir;
+  Vek::Ptr<Mount> mount;
+};
+
 /// Bytes as a test writes them: pairs of hexadecimal digits, with spaces between them at will.
 [[nodiscard]] inline std::string bytes(std::string_view digits) {
   std::string out;

@@ -1,7 +1,6 @@
 // How an entity is bound to a log, found there, switched off and on, and let go.
 #include "tests/attrlog/BareLog.h"
 
-#include <algorithm>
 #include <climits>
 
 namespace LogTest {
@@ -21,15 +20,6 @@ TEST_F(Binding, AgainWithOtherFlagsChangesThoseOfACallerAlone) {
     EXPECT_EQ(adapter->flags(), own | (flags & Sa::Vek_BitSet::notificationBitMask()));
   }
   EXPECT_EQ(said(), Records{});
-}
-
-TEST_F(Binding, NeedsALog) {
-  try {
-    toy->vekNboAttrLogSaIs({}, 1, nullptr, nullptr);
-    FAIL() << "bound to nothing";
-  } catch (Vek::RangeException const& error) {
-    EXPECT_STREQ(error.what(), "null ValidPtr");
-  }
 }
 
 TEST_F(Binding, IsFoundByItsLogAndByItsId) {
@@ -153,32 +143,6 @@ TEST_F(Binding, ReportsAnAttributeByItsNumber) {
     SCOPED_TRACE(each.number);
     each.entity.vekNboAttrLogSa(Ptr<Vek::NboAttrLog::Out const>(log().out()))->doNotification(each.number, each.key);
     EXPECT_EQ(said(), each.records);
-  }
-}
-
-// Whoever goes first: the caller's entity, the caller's adapter, the connection.
-TEST_F(Binding, EndsInAnyOrder) {
-  for (U32 const flags : {0U, Sa::weakAdapter}) {
-    std::string order = "eac";
-    do {
-      SCOPED_TRACE(order + (flags != 0 ? ", weak" : ""));
-      auto link = std::make_unique<LogPair>(oneRecord());
-      link->settle();
-      Ptr<ToyBox> entity = Toys::toyBoxFactory("box");
-      entity->shelvesIs("s")->drawersIs("d");
-      entity->countsIs(1, 1);
-      entity->countsIs(2, 2);
-      Ptr<Sa> adapter = bound(entity, flags, link->owner());
-      adapter->doThis();
-      link->owner().writable();  // the walk stops in the middle
-      EXPECT_NE(adapter->flowOut(), nullptr);
-      for (char const who : order) {
-        if (who == 'e') entity = nullptr;
-        if (who == 'a') adapter = nullptr;
-        if (who == 'c') link = nullptr;
-        if (link) link->settle();
-      }
-    } while (std::next_permutation(order.begin(), order.end()));
   }
 }
 

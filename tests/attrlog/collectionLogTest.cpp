@@ -2,8 +2,6 @@
 // id.
 #include "tests/attrlog/BareLog.h"
 
-#include <algorithm>
-
 namespace LogTest {
 namespace {
 
@@ -92,25 +90,6 @@ TEST_F(Collections, KeysAlone) {
   EXPECT_EQ(said(), (Records{"258~:0000000200000020"}));
 }
 
-TEST_F(Collections, ChildrenThatAreGone) {
-  box->lidIs("lid");
-  box->shelvesIs("s");
-  said();
-  fill();
-  box->lidDel();
-  box->shelvesDel("s");
-  box->shelvesIs("t");
-  box->shelvesDel("t");
-  said();
-  Records all;
-  for (Vek::AttributeId at = 258; at != 0;) {
-    at = adapter->handleAttrFlowOut(at);
-    for (auto const& record : said()) all.push_back(record);
-  }
-  std::sort(all.begin(), all.end());
-  EXPECT_EQ(all, (Records{"-265:", "-266~:" + textHex("s"), "-266~:" + textHex("t")}));
-}
-
 TEST_F(Collections, AChildBoundAgain) {
   auto const lid = Ptr<Toys::Lid>(box->lidIs("lid"));
   auto const child = Vek::ptrCast<Toys::Lid::VekNboAttrLogSa>(lid->vekNboAttrLogSa(log().out()));
@@ -187,47 +166,6 @@ TEST_F(Collections, ABindingThatFails) {
   EXPECT_EQ(adapter->references(), before);
   child->whenFound = nullptr;
   child->parentIs(nullptr);
-}
-
-struct FewIds : Collections {
-  static PairOptions two() {
-    PairOptions options;
-    options.limits.entities = 2;
-    return options;
-  }
-  FewIds() : Collections(two()) {}
-};
-
-TEST_F(FewIds, AChildWithoutOneWaitsUntilOneIsFree) {
-  struct {
-    std::function<void()> make;
-    Vek::AttributeId attr;
-    std::string record;
-  } const cases[] = {
-      {[this] { box->shelvesIs("s"); }, 266, "266~#151:" + textHex("s")},
-      {[this] { box->lidIs("lid"); }, 265, "265~#151:" + textHex("lid")},
-  };
-  for (auto const& each : cases) {
-    SCOPED_TRACE(each.attr);
-    auto const toy = Toys::toyFactory("toy");
-    bound(toy);
-    each.make();
-    ASSERT_NE(adapter->flowOut(), nullptr);
-    EXPECT_EQ(adapter->flowOut()->attrId(), each.attr);
-    EXPECT_TRUE(adapter->flowOut()->yieldRequested());
-    Vek::NboAttrLog::Schedule& schedule = log().demuxer().schedule();
-    for (int turns = 0; turns < 3; ++turns) schedule.turn(1000);
-    EXPECT_FALSE(schedule.isDue()) << "it would try for ever";
-    EXPECT_EQ(said(), Records{});
-    toy->vekNboAttrLogSaDel(log().out());
-    for (int turns = 0; turns < 3; ++turns) schedule.turn(1000);
-    Records const records = said();
-    ASSERT_FALSE(records.empty());
-    EXPECT_EQ(records[0].substr(0, each.record.size()), each.record);
-    EXPECT_TRUE(adapter->hasFlag(Sa::noFlowOut));
-    box->shelvesDelAll();
-    said();
-  }
 }
 
 struct InOneGo : Collections {

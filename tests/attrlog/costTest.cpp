@@ -8,19 +8,11 @@ namespace LogTest {
 namespace {
 
 struct CostTest : LeakCheck {
-  explicit CostTest(PairOptions const& options = {}) : pair(options) {
-    pair.owner().exports().exportIs(box, Access::readOnly);
-    pair.owner().exports().exportIs(toy, Access::readOnly);
-    pair.reader().mounts().mountIs(boxMount);
-    pair.reader().mounts().mountIs(toyMount);
-    pair.settle();
-  }
-
   LogPair pair;
   Vek::Ptr<Toys::ToyBox> box = Toys::toyBoxFactory("box");
   Vek::Ptr<Toys::Toy> toy = Toys::toyFactory("toy");
-  Vek::Ptr<Mount> boxMount = Vek::NboAttrLog::mountOf<Toys::ToyBox>("box", Access::readOnly);
-  Vek::Ptr<Mount> toyMount = Vek::NboAttrLog::mountOf<Toys::Toy>("toy", Access::readOnly);
+  Mounted<Toys::ToyBox> mountedBox{pair, box, Access::readOnly};
+  Mounted<Toys::Toy> mountedToy{pair, toy, Access::readOnly};
 };
 
 TEST_F(CostTest, ChangeInStepAllocatesNothingFromTheSetterToTheReplica) {
@@ -37,7 +29,7 @@ TEST_F(CostTest, ChangeInStepAllocatesNothingFromTheSetterToTheReplica) {
   int const before = allocationCount();
   for (Vek::U32 value = 3; value < 1000; ++value) changeAll(value);
   EXPECT_EQ(allocationCount(), before);
-  EXPECT_EQ(Vek::NboAttrLog::mounted<Toys::Toy>(*toyMount)->size(), 999U);
+  EXPECT_EQ(mountedToy.replica()->size(), 999U);
 }
 
 TEST_F(CostTest, BurstWhileTheLogIsShortCostsOneRecordOfTheLastValue) {
@@ -49,7 +41,7 @@ TEST_F(CostTest, BurstWhileTheLogIsShortCostsOneRecordOfTheLastValue) {
   pair.ownerTransport().capacityIs(std::numeric_limits<std::size_t>::max());
   pair.settle();
   EXPECT_EQ(pair.owner().out()->records(), records + 1);
-  EXPECT_EQ(Vek::NboAttrLog::mounted<Toys::Toy>(*toyMount)->size(), 999'999U);
+  EXPECT_EQ(mountedToy.replica()->size(), 999'999U);
 }
 
 }  // namespace

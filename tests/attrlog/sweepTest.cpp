@@ -39,6 +39,7 @@ TEST_F(Sweeping, WhatWasNotMentionedGoes) {
   };
   auto const elsewhere = bound(box, 0, other.owner());
   auto const ear = Toys::listen<Toys::BoxListener>(box, calls, "L");
+  auto const digits = [](int number) { return "0000000" + std::to_string(number); };
   for (auto const& each : cases) {
     SCOPED_TRACE(each.what);
     for (U32 const key : {1U, 2U, 3U}) box->countsIs(key, key);
@@ -50,7 +51,7 @@ TEST_F(Sweeping, WhatWasNotMentionedGoes) {
       if (auto const* const type = std::get_if<Sa::AttrTransactionType>(&act))
         marker(258, *type);
       else
-        receive(*adapter, 258, std::string("0000000") + static_cast<char>('0' + std::get<int>(act)) + "00000009");
+        receive(*adapter, 258, digits(std::get<int>(act)) + digits(2));  // of the second that is no change
     }
     std::string left;
     for (auto it = box->countsIteratorConst(); it; ++it) left += static_cast<char>('0' + it->key());
@@ -202,12 +203,10 @@ TEST_F(Sweeping, ATypeBindsItsChildren) {
 }
 
 // Reactors that throw, and whose exceptions reach whoever made the change.
-struct Throwing final : Toys::BoxListener {
-  using BoxListener::BoxListener;
-  void onNotificationException(Vek::AttributeId) override { throw; }
-};
-struct ThrowingToy final : Toys::ToyListener {
-  using ToyListener::ToyListener;
+template <class Listener>
+struct Throwing final : Listener {
+  using Listener::Listener;
+  using Listener::onNotificationException;
   void onNotificationException(Vek::AttributeId) override { throw; }
 };
 
@@ -232,8 +231,8 @@ TEST_F(Sweeping, AReactorThatThrowsLeavesAllAsItWas) {
       {"a mode", [&] { receive(*adapter, 135, "00000001"); }},
   };
   box->countsIs(1, 1);
-  auto const ear = Toys::listen<Throwing>(box, calls, "L");
-  auto const toyEar = Toys::listen<ThrowingToy>(toy, calls, "L");
+  auto const ear = Toys::listen<Throwing<Toys::BoxListener>>(box, calls, "L");
+  auto const toyEar = Toys::listen<Throwing<Toys::ToyListener>>(toy, calls, "L");
   auto const broken = [] { throw std::runtime_error("a reactor"); };
   U32 const before[] = {adapter->references(), toys->references(), box->references(), toy->references()};
   for (auto const& each : cases) {

@@ -9,18 +9,11 @@ namespace LogTest {
 namespace {
 
 using Vek::Dir;
-using Vek::NboAttrLog::mountedWritable;
 
 // A box that both ends may change, in step.
 struct Traces : LeakCheck {
-  explicit Traces(PairOptions const& options = oneRecord()) : pair(options) { mounted(); }
+  explicit Traces(PairOptions const& options = oneRecord()) : pair(options) {}
 
-  void mounted() {
-    pair.owner().exports().exportIs(box, Access::writable);
-    pair.reader().mounts().mountIs(mount);
-    pair.settle();
-    if (mount->entity()) replica = mountedWritable<ToyBox>(*mount);
-  }
   void expectEqual() {
     pair.settle();
     EXPECT_EQ(mount->state(), Dir::inStep);
@@ -39,8 +32,9 @@ struct Traces : LeakCheck {
 
   LogPair pair;
   Ptr<ToyBox> box = Toys::toyBoxFactory("box");
-  Ptr<Mount> mount = Vek::NboAttrLog::mountOf<ToyBox>("box", Access::writable);
-  Ptr<ToyBox> replica;
+  Mounted<ToyBox> mounted{pair, box};
+  Ptr<Mount> mount = mounted.mount;
+  Ptr<ToyBox> replica = mounted.replica();
 };
 
 TEST_F(Traces, AChildRemovedAndMadeAgainWhileTheLogIsFullIsAnother) {
@@ -102,8 +96,7 @@ struct FewEntities : Traces {
 
 TEST_F(FewEntities, AChildWhoseBindIsParkedComesAsItIsWhenAnIdIsFree) {
   auto const other = Toys::toyFactory("other");
-  pair.owner().exports().exportIs(other, Access::readOnly);
-  pair.reader().mounts().mountIs(Vek::NboAttrLog::mountOf<Toy>("other", Access::readOnly));
+  Mounted<Toy> const ofOther(pair, other);
   box->shelvesIs("a");
   expectEqual();
   box->shelvesIs("b");
@@ -125,8 +118,7 @@ TEST_F(FewEntities, ATreeOfMoreNeverComesInStepAndTheReasonIsTold) {
   pair.cut();
   for (char const* name : {"a", "b", "c"}) box->shelvesIs(name);
   pair.connect();
-  pair.owner().exports().exportIs(box, Access::writable);
-  pair.reader().mounts().mountIs(mount);
+  mounted.bind(pair, box);
   for (int steps = 0; steps < 20; ++steps) pair.step();
   EXPECT_EQ(mount->state(), Dir::stale);
   EXPECT_EQ(pair.owner().closeReason(), "box.shelves: the peer takes no more than 3 entities");
@@ -161,16 +153,8 @@ TEST(LongWalk, SendsEachKeyOnceAndEachLaterChangeOnceATurn) {
   EXPECT_GT(turns, 20U);
 
   std::map<U32, U32> times;
-  U32 mostAtOnce = 0;
-  std::string_view left = pair.readerHeard;
-  auto const number = [&left](std::size_t at) {
-    U32 value = 0;
-    for (std::size_t i = at; i < at + 4; ++i) value = value << 8 | static_cast<unsigned char>(left[i]);
-    return value;
-  };
-  for (left.remove_prefix(32 + 5); !left.empty(); left.remove_prefix(number(12) + 22)) {
-    if (number(8) != 258 && number(8) != U32(-258)) continue;
-    mostAtOnce = std::max(mostAtOnce, ++times[number(21)]);
+  for (Record const& each : recordsIn(pair.readerHeard)) {
+    if (each.attribute == 258 || each.attribute == -258) ++times[numberAt(each.payload, 0)];
   }
   EXPECT_LE(times[0], 1 + turns);
   for (auto const& [key, count] : times) {

@@ -43,16 +43,6 @@ constexpr AttributeId counts = 258;
 constexpr AttributeId lid = 265;
 constexpr AttributeId shelves = 266;
 
-TEST_F(EntityGeneric, ScalarsAreReadAndSetAsByTheirNames) {
-  Vek::Ptr<Toy> const toy = toyFactory("toy");
-  g = VekType::genericIf(toy.ptr(), false);
-  Generic const large = Vek::Builtin<Vek::U64>::_fwkType()->genericIf(Vek::String8("7"), false);
-  for (int i = 0; i < 2; ++i) EXPECT_FALSE(op(258, GenericIf::OpSet, {}, large));
-  EXPECT_EQ(toy->writeCount(), 1U) << "the present value is nothing";
-  EXPECT_EQ(get(258), "7");
-  EXPECT_EQ(toy->readCount(), 1U);
-}
-
 TEST_F(EntityGeneric, ChildrenAreMadeFromAListAndGoByKey) {
   auto const list = Vek::make<GenericIf::List_>();
   list->enqueue(name("top"));

@@ -38,14 +38,6 @@ TEST_F(ValueGeneric, TakesAnotherValueWhateverItsConstnessAndItsCopyIsAsConst) {
   }
 }
 
-TEST_F(ValueGeneric, ANarrowValueTravelsByValueAndAnyOtherByReference) {
-  using Point = ToyPoint::GenericIf_;
-  using Vlan = ToyVlan::GenericIf_;
-  EXPECT_TRUE((std::is_same_v<decltype(&Point::valIs),
-                              void (Vek::ValueGeneric<ToyPoint, ToyPoint const&>::*)(ToyPoint const&)>));
-  EXPECT_TRUE((std::is_same_v<decltype(&Vlan::valIs), void (Vek::ValueGeneric<ToyVlan, ToyVlan>::*)(ToyVlan)>));
-}
-
 TEST_F(ValueGeneric, IsRegisteredFromTheStartAndAgainWhenSwitchedOnAgain) {
   auto const point = ToyPoint::GenericIf_::GenericIf_Is(ToyPoint(), false);
   for (int i = 0; i < 2; ++i) {

@@ -1,6 +1,5 @@
 #include "dornl3/platform/vek/ScalarText.h"
 
-#include "dornl3/platform/vek/TextReader.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/platform/ReadText.h"
 
@@ -194,45 +193,6 @@ TEST_F(ScalarText, NoReaderLooksBehindTheEnd) {
   EXPECT_FALSE(readScalar<String8>("'abc'", 4).value);
   EXPECT_EQ(readScalar<String8>("'abc'd'", 5).column, 5);
   EXPECT_FALSE(readScalar<long long>("123", 0).value);
-}
-
-TEST_F(ScalarText, APatternsBlankMatchesAnyWhiteSpaceAndNone) {
-  auto const need = [](std::string_view text, char const* pattern, int length = -1) {
-    return readText(
-        text,
-        [pattern](auto& it, auto const& end) {
-          Vek::needString(it, end, pattern);
-          return true;
-        },
-        length);
-  };
-  EXPECT_EQ(need("(x", " (").column, 1);
-  EXPECT_EQ(need(" \t\r\n\v\f(x", " (").column, 7);
-  EXPECT_EQ(need("}  x", "} ").column, 3);
-  EXPECT_EQ(need("}", "} ").column, 1);
-  auto const bad = need("  **|{", " **");
-  EXPECT_EQ(bad.column, 4);
-  auto const worse = need("  * *", " **");
-  EXPECT_EQ(worse.column, 3);
-  EXPECT_EQ(worse.message, "expected ** at column 3, found ' *'");
-  EXPECT_EQ(need(" **", " **", 2).message, "expected ** at column 2, found the end of the text");
-  EXPECT_TRUE(need("", " ").value);
-}
-
-TEST_F(ScalarText, AttributesCutBitsAndNameThemselvesInFailures) {
-  auto const attribute = [](std::string_view text, auto tag) {
-    return readText(text, [tag](auto& it, auto const& end) {
-      return Vek::deserializeAttr(it, end, const_cast<decltype(tag)*>(&tag), "level");
-    });
-  };
-  EXPECT_EQ(attribute("259", Vek::U8{}).value, 3);
-  EXPECT_EQ(attribute("4294967301", Vek::U32{}).value, 5U);
-  EXPECT_EQ(attribute("-1", Vek::U32{}).value, ~0U);
-  EXPECT_EQ(attribute("18446744073709551615", U64{}).value, ~0ULL);
-  EXPECT_EQ(attribute("0.1", double{}).value, 0.1);
-  EXPECT_EQ(attribute("True", bool{}).value, true);
-  EXPECT_EQ(attribute("x", U64{}).message, "level: expected a whole number at column 0, found 'x'");
-  EXPECT_EQ(attribute("True", String8{}).message, "level: expected a string in quotes at column 0, found 'True'");
 }
 
 }  // namespace

@@ -11,31 +11,17 @@ namespace {
 // The rules of names look at what derivedNames gives, so it must give all that the templates make of an attribute, but
 // for the names of its stream adapter: these begin with the stem of the framework, as no attribute may.
 TEST(Names, AreAllThatStandInTheHeaderForAnAttribute) {
-  File const file = good(R"(namespace = "Acme"
-[[value]]
-name = "Record"
-doc = "d"
-attributes = [ { number = 2, name = "zulu", type = "U32", doc = "d" } ]
-[[entity]]
-name = "Part"
-doc = "d"
-attributes = [ { number = 258, name = "alpha", type = "Vek::String", fixed = true, doc = "d" } ]
-[[entity]]
-name = "Lid"
-doc = "d"
-attributes = [ { number = 258, name = "bravo", type = "U8", constant = 1, doc = "d" } ]
-[[entity]]
-name = "Whole"
-doc = "d"
-attributes = [
+  File const file = good(
+      acme + typed("value", "Record", R"({ number = 2, name = "zulu", type = "U32", doc = "d" })") +
+      typed("entity", "Part", R"({ number = 258, name = "alpha", type = "Vek::String", fixed = true, doc = "d" })") +
+      typed("entity", "Lid", R"({ number = 258, name = "bravo", type = "U8", constant = 1, doc = "d" })") +
+      typed("entity", "Whole", R"(
   { number = 258, name = "charlie", type = "U64", increment = true, doc = "d" },
   { number = 259, name = "delta", type = "Vek::String", doc = "d" },
   { number = 260, name = "echo", ordered = "U32", type = "bool", doc = "d" },
   { number = 261, name = "foxtrot", hashed = "U32", type = "bool", doc = "d" },
   { number = 262, name = "golf", child = "Lid", doc = "d" },
-  { number = 263, name = "hotel", child = "Part", hashed = "alpha", doc = "d" },
-]
-)");
+  { number = 263, name = "hotel", child = "Part", hashed = "alpha", doc = "d" },)"));
   std::string const header = emit(file, "").header;
   for (Type const& type : file.types) {
     for (Attribute const& a : type.attributes) {

@@ -40,49 +40,15 @@ TEST(Emitted, MembersTellTheirDocAndWhatTheyDo) {
   EXPECT_GT(found, 50);
 }
 
-// Emitted code is read, compiled and shipped with each attribute: behaviour that is not its own belongs in a template.
-TEST(Emitted, AnAttributeMoreIsAFewLinesMore) {
-  auto const lines = [](std::string const& attribute) {
-    Emitted const emitted = emit(good(R"(namespace = "Acme"
-[[entity]]
-name = "Part"
-doc = "d"
-attributes = [ { number = 258, name = "size", type = "U8", doc = "d" } ]
-[[entity]]
-name = "Whole"
-doc = "d"
-attributes = [
-  { number = 258, name = "size", type = "U8", doc = "d" },
-)" + attribute + "]\n"),
-                                 "");
-    return std::count(emitted.header.begin(), emitted.header.end(), '\n') +
-           std::count(emitted.source.begin(), emitted.source.end(), '\n');
-  };
-  auto const without = lines("");
-  for (auto const& [keys, most] : {std::pair{"type = 'U32', increment = true", 25},
-                                   {"type = 'U32', constant = 3", 8},
-                                   {"ordered = 'U32', type = 'U32'", 95},
-                                   {"child = 'Part'", 55},
-                                   {"child = 'Part', hashed = 'name'", 110}}) {
-    EXPECT_LE(lines(fmt::format("{{ number = 259, name = 'next', doc = 'd', {} }}\n", keys)) - without, most) << keys;
-  }
-}
-
 TEST(Emitted, NumbersAreThoseOfTheSchemaAlsoWhereTomlEnds) {
-  Emitted const emitted = emit(good(R"(namespace = "Acme"
-[[value]]
-name = "Duty"
-doc = "d"
-attributes = [ { number = 2, name = "share", type = "U8", min = 3, max = 7, default = 4, doc = "d" } ]
-[[entity]]
-name = "Fan"
-doc = "d"
-attributes = [
+  Emitted const emitted =
+      emit(good(acme +
+                typed("value", "Duty",
+                      R"({ number = 2, name = "share", type = "U8", min = 3, max = 7, default = 4, doc = "d" })") +
+                typed("entity", "Fan", R"(
   { number = 258, name = "serial", type = "U64", default = "18446744073709551615", doc = "d" },
-  { number = 259, name = "none", type = "U64", constant = "9223372036854775808", doc = "d" },
-]
-)"),
-                               "");
+  { number = 259, name = "none", type = "U64", constant = "9223372036854775808", doc = "d" },)")),
+           "");
   for (char const* line :
        {" share_ = 4;", " serial_ = 18446744073709551615u;", " none() { return 9223372036854775808u; }"})
     EXPECT_NE(emitted.header.find(line), std::string::npos) << line;

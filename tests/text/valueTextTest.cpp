@@ -39,7 +39,7 @@ TEST_F(ValueText, IsReadWithAnySpacingOrderAndOmission) {
     std::string text;
     ToyPoint value;
   } const cases[] = {
-      {" \n Value ( 'Toys::ToyPoint' ,\t** { 'x' : 1 , 'y' :2.5,'label':'a' } )  ", {1, 2.5, "a"}},
+      {" \n\v\f\r Value ( 'Toys::ToyPoint' ,\t** { 'x' : 1 , 'y' :2.5,'label':'a' } )  ", {1, 2.5, "a"}},
       {"Value('Toys::ToyPoint',**{'x':1,'y':2.5,'label':'a'})", {1, 2.5, "a"}},
       {head + "'label': 'a', 'y': 2.5, 'x': 1})", {1, 2.5, "a"}},
       {head + "\"x\": 1, 'y': 2, \"label\": \"it's\"})", {1, 2, "it's"}},
