@@ -21,48 +21,26 @@ using Sa = Vek::Entity::VekNboAttrLogSa;
 using Records = std::vector<std::string>;
 
 /// A log that is short of room as soon as one record waits in it.
-inline PairOptions oneRecord(U32 messageBytes = 1) {
-  PairOptions options;
-  options.limits.outBytes = 1;
-  options.limits.messageBytes = messageBytes;
-  return options;
-}
-
-/// A number in what a log holds, of that many bytes.
-inline U32 numberAt(std::string_view bytes, std::size_t at, std::size_t size = 4) {
-  U32 value = 0;
-  for (char const c : bytes.substr(at, size)) value = value << 8 | static_cast<unsigned char>(c);
-  return value;
-}
-
-/// A record that waits, or has come.
-struct Record {
-  bool isOfConnection;
-  int attribute;
-  U32 kind;
-  bool isVariable;  ///< its size was not known ahead
-  std::string_view payload;
-};
-
-/// The records of a log, behind the greeting where it opens with one.
-inline std::vector<Record> recordsIn(std::string_view bytes) {
-  if (bytes.starts_with("DL3 log\n")) bytes.remove_prefix(32 + numberAt(bytes, 30, 2));
-  std::vector<Record> records;
-  for (; bytes.size() >= 22; bytes.remove_prefix(numberAt(bytes, 12) + 22)) {
-    records.push_back({numberAt(bytes, 0) == 0, static_cast<int>(numberAt(bytes, 8)), numberAt(bytes, 16, 2),
-                       bytes[18] != 0, bytes.substr(21, numberAt(bytes, 12))});
-  }
-  return records;
-}
+inline PairOptions oneRecord(U32 messageBytes = 1) { return {.limits = {.outBytes = 1, .messageBytes = messageBytes}}; }
 
 /// The records that wait, in order, each as its attribute, '~' where its size was not known ahead, '#' and its kind,
 /// and its payload behind a colon. They are taken out.
 inline Records said(Connection& connection) {
   Records records;
-  for (Record const& each : recordsIn(connection.out()->view())) {
-    if (each.attribute == Vek::NboAttrLog::aliveRecord) continue;
-    records.push_back(std::to_string(each.attribute) + (each.isVariable ? "~" : "") +
-                      (each.kind != 0 ? '#' + std::to_string(each.kind) : "") + ':' + hex(each.payload));
+  auto const number = [](std::string_view bytes) {
+    U32 value = 0;
+    for (char const c : bytes) value = value << 8 | static_cast<unsigned char>(c);
+    return value;
+  };
+  for (std::string_view left = connection.out()->view(); !left.empty();) {
+    U32 const length = number(left.substr(12, 4));
+    U32 const kind = number(left.substr(16, 2));
+    auto const attribute = static_cast<int>(number(left.substr(8, 4)));
+    if (attribute != Vek::NboAttrLog::aliveRecord) {
+      records.push_back(std::to_string(attribute) + (left[18] != 0 ? "~" : "") +
+                        (kind != 0 ? '#' + std::to_string(kind) : "") + ':' + hex(left.substr(21, length)));
+    }
+    left.remove_prefix(length + 22);
   }
   connection.out()->sent(connection.out()->unsent());
   return records;
@@ -103,6 +81,15 @@ struct BareLog : LeakCheck {
 
  private:
   std::string payload_;
+};
+
+/// With a toy, a box, and what their reactors are called for. Whoever makes them has the types of the toys registered
+/// too: not for tests of the real types, which go over all that the registry holds.
+struct BareToys : BareLog {
+  using BareLog::BareLog;
+  Ptr<Toy> toy = Toys::toyFactory("toy");
+  Ptr<ToyBox> box = Toys::toyBoxFactory("box");
+  Toys::Calls calls;
 };
 
 /// The digits of a text, and of an entity id of the peer's.

@@ -326,8 +326,6 @@ void LawScript::play(std::vector<Act> const& acts) {
   settle();
 }
 
-LogPair& LawScript::lastLink() { return replicas_.back()->link; }
-
 std::string LawScript::wentTwice() const {
   std::string what;
   for (auto const& replica : replicas_) what += replica->wentTwice();

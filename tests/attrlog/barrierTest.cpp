@@ -1,21 +1,12 @@
 // Barriers: when the far side answers, that it answers once, and what becomes of requests by the thousand.
 #include "dornl3/generic/Digest.h"
-#include "tests/attrlog/LogPair.h"
+#include "tests/attrlog/BareLog.h"
 #include "tests/attrlog/RawPeer.h"
-#include "tests/core/LeakCheck.h"
-#include "tests/frame/Listener.h"
-
-#include <functional>
-#include <vector>
 
 namespace LogTest {
 namespace {
 
-using Toys::Toy;
-using Toys::ToyBox;
 using Vek::Dir;
-using Vek::Ptr;
-using Vek::U32;
 using Vek::U64;
 using Vek::NboAttrLog::Barriers;
 using Outcome = Barriers::Outcome;
@@ -38,13 +29,7 @@ struct Reader : Mounted<X> {
 
 struct Barrier : LeakCheck {
   // Logs of one record, and streams of a few bytes.
-  static PairOptions narrow() {
-    PairOptions options;
-    options.limits.outBytes = options.limits.messageBytes = 1;
-    options.turnBytes = 1;
-    options.slice = 7;
-    return options;
-  }
+  static PairOptions narrow() { return {.limits = {.outBytes = 1, .messageBytes = 1}, .turnBytes = 1, .slice = 7}; }
   Ptr<Toy> const toy = Toys::toyFactory("toy");
   Ptr<ToyBox> const box = Toys::toyBoxFactory("box");
   Outcomes const applied{Outcome::applied};
@@ -247,9 +232,7 @@ TEST_F(Barrier, IsNotAnsweredBeforeItIsAsked) {
 
 // Whoever drives the connection is told of each change that it can write, also behind a barrier that it cannot.
 TEST_F(Barrier, BehindWhatIsBlockedHidesNoChange) {
-  PairOptions options;
-  options.limits.entities = 1;
-  LogPair pair{options};
+  LogPair pair{{.limits = {.entities = 1}}};
   Reader<ToyBox> reader{pair, box};
   int due = 0;
   pair.owner().whenDueIs([&] { ++due; });
@@ -261,15 +244,6 @@ TEST_F(Barrier, BehindWhatIsBlockedHidesNoChange) {
   EXPECT_GT(due, 0);
   pair.settle();
   pair.owner().whenDueIs(nullptr);
-}
-
-TEST_F(Barrier, ConnectionsThatHaveEndedWantNothing) {
-  LogPair pair;
-  EXPECT_EQ(pair.owner().deadline(), pair.world.now + 30) << "the peer's greeting";
-  pair.settle();
-  EXPECT_EQ(pair.owner().deadline(), pair.world.now + 10) << "a word that it lives";
-  pair.owner().closeIs("over");
-  EXPECT_EQ(pair.owner().deadline(), std::numeric_limits<double>::infinity());
 }
 
 }  // namespace

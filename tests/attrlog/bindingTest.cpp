@@ -6,10 +6,7 @@
 namespace LogTest {
 namespace {
 
-struct Binding : BareLog {
-  Ptr<Toy> toy = Toys::toyFactory("toy");
-  Ptr<ToyBox> box = Toys::toyBoxFactory("box");
-};
+struct Binding : BareToys {};
 
 TEST_F(Binding, AgainWithOtherFlagsChangesThoseOfACallerAlone) {
   U32 const own = Sa::noFlowOut | Sa::handlingScheduledFlowOut | Sa::logEnabled;
@@ -146,20 +143,12 @@ TEST_F(Binding, ReportsAnAttributeByItsNumber) {
   }
 }
 
-TEST_F(Binding, SwitchedOffLetsAnEntityGoThatEnds) {
-  struct {
-    char const* what;
-    std::function<void(Sa&)> off;
-  } const ways[] = {
-      {"switched off", [](Sa& adapter) { adapter.hasNotificationActiveIs(false); }},
-      {"marked", [](Sa& adapter) { adapter.vekDoZombieReactors(true); }},
-  };
-  for (auto const& way : ways) {
-    SCOPED_TRACE(way.what);
+TEST_F(Binding, SwitchedOffOrMarkedLetsAnEntityGoThatEnds) {
+  for (bool const isMarked : {false, true}) {
     Ptr<Toy> brief = Toys::toyFactory("brief");
     Ptr<Sa> const adapter = bound(brief, Sa::weakAdapter);
     adapter->doThis();
-    way.off(*adapter);
+    isMarked ? adapter->vekDoZombieReactors(true) : adapter->hasNotificationActiveIs(false);
     brief = nullptr;
     EXPECT_EQ(adapter->vekNotifierEntity(), nullptr);
     pair.settle();

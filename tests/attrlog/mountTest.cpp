@@ -1,21 +1,19 @@
-// Exports and mounts: an entity is announced, comes in step, follows its owner, and survives a cut.
+// Exports and mounts: an entity is announced, comes in step, follows its owner, and survives a cut; and
+// what a change costs.
 #include "dornl3/generic/Digest.h"
-#include "tests/attrlog/LogPair.h"
-#include "tests/core/LeakCheck.h"
-#include "tests/frame/Listener.h"
+#include "tests/attrlog/BareLog.h"
+#include "tests/core/AllocationCount.h"
 
 namespace LogTest {
 namespace {
 
 using Toys::Calls;
-using Toys::Toy;
-using Toys::ToyBox;
 using Toys::ToyListener;
 using Vek::Dir;
 
 struct MountTest : LeakCheck {
   LogPair pair;
-  Vek::Ptr<Toy> toy = Toys::toyFactory("toy");
+  Ptr<Toy> toy = Toys::toyFactory("toy");
 };
 
 TEST_F(MountTest, ReadOnlyReplicaRefusesAndStoresNothing) {
@@ -36,10 +34,8 @@ TEST_F(MountTest, ReadOnlyReplicaRefusesAndStoresNothing) {
 }
 
 TEST_F(MountTest, IsInStepWhenAllChildrenAreAndGuardsThoseToo) {
-  PairOptions options;
-  options.turnBytes = 50;
-  LogPair narrow(options);
-  Vek::Ptr<ToyBox> const box = Toys::toyBoxFactory("box");
+  LogPair narrow({.turnBytes = 50});
+  Ptr<ToyBox> const box = Toys::toyBoxFactory("box");
   Mounted<ToyBox> mounted(narrow, box, Access::readOnly);
   narrow.connect();
   auto const shelf = box->shelvesIs("shelf");  // which takes longer than all else
@@ -88,7 +84,9 @@ TEST_F(MountTest, AnEntityThatIsTakenBackOrDiesIsStaleWhereItWasMounted) {
 }
 
 TEST_F(MountTest, SilenceForThreeHeartbeatsEndsAConnection) {
+  EXPECT_EQ(pair.owner().deadline(), pair.world.now + 30) << "the peer's greeting";
   Mounted<Toy> const mounted(pair, toy, Access::readOnly);
+  EXPECT_EQ(pair.owner().deadline(), pair.world.now + 10) << "a word that it lives";
   for (int i = 0; i < 5; ++i) {
     pair.world.now += 10;
     pair.owner().tick();
@@ -100,6 +98,7 @@ TEST_F(MountTest, SilenceForThreeHeartbeatsEndsAConnection) {
   pair.reader().tick();
   EXPECT_EQ(pair.reader().state(), Vek::NboAttrLog::dead);
   EXPECT_EQ(pair.reader().closeReason(), "nothing was heard for 30.0 seconds");
+  EXPECT_EQ(pair.reader().deadline(), std::numeric_limits<double>::infinity()) << "it wants nothing more";
   EXPECT_EQ(mounted.mount->state(), Dir::stale);
 }
 
@@ -125,9 +124,7 @@ TEST_F(MountTest, AChainKnowsThatItsBeginningIsCut) {
 }
 
 TEST_F(MountTest, WhatIsTooLongForThePeerIsNamedAndTheRestGoesOn) {
-  PairOptions options;
-  options.limits.recordBytes = 1024;
-  LogPair narrow(options);
+  LogPair narrow({.limits = {.recordBytes = 1024}});
   toy->placeIs({1, 2, Vek::String8(std::string_view(std::string(2000, 'x')))});
   Mounted<Toy> const mounted(narrow, toy, Access::readOnly);
   EXPECT_EQ(mounted.mount->state(), Dir::inStep);
@@ -137,6 +134,119 @@ TEST_F(MountTest, WhatIsTooLongForThePeerIsNamedAndTheRestGoesOn) {
   narrow.settle();
   EXPECT_TRUE(narrow.owner().demuxer().notReplicated().empty());
   EXPECT_EQ(mounted.replica()->place(), toy->place());
+}
+
+// A box that both ends may change, in step.
+struct BothWays : LeakCheck {
+  explicit BothWays(PairOptions const& options = oneRecord()) : pair(options) {}
+
+  void expectEqual() {
+    pair.settle();
+    EXPECT_EQ(mounted.mount->state(), Dir::inStep);
+    EXPECT_EQ(Vek::digest(*box), Vek::digest(*replica));
+  }
+  // What an end says goes nowhere from here on, and its log is short of room.
+  void stall(MemoryTransport& transport, ToyBox& its) {
+    transport.capacityIs(0);
+    its.countsIs(1, its.counts(1) + 1);
+  }
+  void letGo() {
+    for (auto* const transport : {&pair.ownerTransport(), &pair.readerTransport()}) {
+      transport->capacityIs(std::numeric_limits<std::size_t>::max());
+    }
+  }
+
+  LogPair pair;
+  Ptr<ToyBox> box = Toys::toyBoxFactory("box");
+  Mounted<ToyBox> mounted{pair, box};
+  Ptr<ToyBox> replica = mounted.replica();
+};
+
+TEST_F(BothWays, AChildWhoseBindIsParkedIsNotSweptAway) {
+  box->shelvesIs("old");
+  expectEqual();
+  stall(pair.readerTransport(), *replica);
+  Ptr<Toys::Shelf> const made = replica->shelvesIs("new");
+  box->vekNboAttrLogSa(pair.owner().out())->oweEverything();
+  for (int steps = 0; steps < 100; ++steps) pair.step();
+  EXPECT_EQ(replica->shelves("new"), made);
+  letGo();
+  expectEqual();
+  EXPECT_EQ(replica->shelves("new"), made);
+  EXPECT_NE(box->shelves("new"), nullptr);
+  EXPECT_NE(box->shelves("old"), nullptr);
+}
+
+struct FewEntities : BothWays {
+  FewEntities() : BothWays({.limits = {.entities = 3}}) {}
+};
+
+TEST_F(FewEntities, AChildWhoseBindIsParkedComesAsItIsWhenAnIdIsFree) {
+  auto const other = Toys::toyFactory("other");
+  Mounted<Toy> const ofOther(pair, other);
+  box->shelvesIs("a");
+  expectEqual();
+  box->shelvesIs("b");
+  box->lidIs("lid");
+  pair.settle();
+  EXPECT_EQ(replica->shelves("b"), nullptr);
+  box->shelves("b")->drawersIs("d")->thingsIs(7);
+  box->lid()->openIs(false);
+  pair.settle();
+  EXPECT_EQ(mounted.mount->state(), Dir::inStep);
+  pair.owner().exports().exportDel("other");
+  box->shelvesDel("a");
+  box->lidDel();
+  expectEqual();
+  EXPECT_EQ(replica->shelves("b")->drawers("d")->things(), 7U);
+}
+
+TEST_F(FewEntities, ATreeOfMoreNeverComesInStepAndTheReasonIsTold) {
+  pair.cut();
+  for (char const* name : {"a", "b", "c"}) box->shelvesIs(name);
+  pair.connect();
+  mounted.bind(pair, box);
+  for (int steps = 0; steps < 20; ++steps) pair.step();
+  EXPECT_EQ(mounted.mount->state(), Dir::stale);
+  EXPECT_EQ(pair.owner().closeReason(), "box.shelves: the peer takes no more than 3 entities");
+}
+
+// What a change costs that everybody has to pay for: no memory in step, one record for a burst where the log is short.
+struct CostTest : LeakCheck {
+  LogPair pair;
+  Ptr<ToyBox> box = Toys::toyBoxFactory("box");
+  Ptr<Toy> toy = Toys::toyFactory("toy");
+  Mounted<ToyBox> mountedBox{pair, box, Access::readOnly};
+  Mounted<Toy> mountedToy{pair, toy, Access::readOnly};
+};
+
+TEST_F(CostTest, ChangeInStepAllocatesNothingFromTheSetterToTheReplica) {
+  auto const changeAll = [this](U32 value) {
+    toy->sizeIs(value);
+    toy->brokenIs(value % 2 == 0);
+    toy->placeIs({value, 0.5, {}});
+    box->countsIs(1, value);
+    box->wantedIs(7, value % 2 == 0);
+    for (int i = 0; i < 4; ++i) pair.step();
+  };
+  changeAll(1);
+  changeAll(2);
+  int const before = allocationCount();
+  for (U32 value = 3; value < 1000; ++value) changeAll(value);
+  EXPECT_EQ(allocationCount(), before);
+  EXPECT_EQ(mountedToy.replica()->size(), 999U);
+}
+
+TEST_F(CostTest, BurstWhileTheLogIsShortCostsOneRecordOfTheLastValue) {
+  pair.ownerTransport().capacityIs(0);
+  while (pair.owner().out()->hasSufficientBuffer()) toy->sizeInc(1);
+  auto const records = pair.owner().out()->records();
+  for (U32 value = 0; value < 1'000'000; ++value) toy->sizeIs(value);
+  EXPECT_EQ(pair.owner().out()->records(), records);
+  pair.ownerTransport().capacityIs(std::numeric_limits<std::size_t>::max());
+  pair.settle();
+  EXPECT_EQ(pair.owner().out()->records(), records + 1);
+  EXPECT_EQ(mountedToy.replica()->size(), 999'999U);
 }
 
 }  // namespace

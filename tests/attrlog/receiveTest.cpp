@@ -6,14 +6,11 @@ namespace {
 
 using Toys::Calls;
 
-struct Receiving : BareLog {
-  Receiving() : BareLog(PairOptions{}) {}
+struct Receiving : BareToys {
+  Receiving() : BareToys(PairOptions{}) {}
 
-  Ptr<Toy> toy = Toys::toyFactory("toy");
-  Ptr<ToyBox> box = Toys::toyBoxFactory("box");
   Ptr<Toy::VekNboAttrLogSa> toys = bound(toy);
   Ptr<ToyBox::VekNboAttrLogSa> boxes = bound(box);
-  Calls calls;
 
   template <class Error>
   std::string complaint(Sa& adapter, int attr, std::string_view digits, bool resend = false) {

@@ -16,13 +16,6 @@ Vek::Ptr<GenericIf> plain(T const& value) {
   return Vek::Builtin<T>::_fwkType()->genericIf(static_cast<void const*>(&value), false);
 }
 
-TEST_F(ValueGeneric, FindsAttributesByTheirExactNames) {
-  auto const point = ToyPoint::GenericIf_::GenericIf_Is(ToyPoint(), false);
-  EXPECT_EQ(point->attributeId("label"), 4U);
-  EXPECT_EQ(point->attributeId("Label"), GenericIf::noAttribute);
-  EXPECT_EQ(point->attributeId("lab"), GenericIf::noAttribute);
-}
-
 TEST_F(ValueGeneric, TakesAnotherValueWhateverItsConstnessAndItsCopyIsAsConst) {
   for (bool const isConst : {false, true}) {
     auto const point = ToyPoint::GenericIf_::GenericIf_Is(ToyPoint(), isConst);

@@ -56,10 +56,7 @@ TEST_F(ScalarText, EveryDoubleReadsBackTheSame) {
 }
 
 TEST_F(ScalarText, ANumberIsRoundedOnceToTheNearestDouble) {
-  struct {
-    std::string text;
-    double value;
-  } const cases[] = {
+  std::pair<std::string, double> const cases[] = {
       // Just beside the middle of two doubles, nearer than the extended type can tell: rounding twice gets them wrong.
       {"9007199254740993.00000000000000000000001", 9007199254740994.0},
       {"1.00000000000000011102230246251565404236316680908203126", 1.0000000000000002},
@@ -84,11 +81,11 @@ TEST_F(ScalarText, ANumberIsRoundedOnceToTheNearestDouble) {
       {"007.25", 7.25},
       {"+inf", std::numeric_limits<double>::infinity()},
   };
-  for (auto const& c : cases) {
-    auto const read = readScalar<long double>(c.text);
-    ASSERT_TRUE(read.value) << c.text;
-    EXPECT_EQ(std::bit_cast<U64>(static_cast<double>(*read.value)), std::bit_cast<U64>(c.value)) << c.text;
-    EXPECT_EQ(read.column, static_cast<int>(c.text.size())) << c.text;
+  for (auto const& [text, value] : cases) {
+    auto const read = readScalar<long double>(text);
+    ASSERT_TRUE(read.value) << text;
+    EXPECT_EQ(std::bit_cast<U64>(static_cast<double>(*read.value)), std::bit_cast<U64>(value)) << text;
+    EXPECT_EQ(read.column, static_cast<int>(text.size())) << text;
   }
 }
 
@@ -141,10 +138,7 @@ TEST_F(ScalarText, TruthIsSpelledInFull) {
 }
 
 TEST_F(ScalarText, AStringIsQuotedAndWhatDoesNotPrintIsEscaped) {
-  struct {
-    std::string_view value;
-    char const* text;
-  } const cases[] = {
+  std::pair<std::string_view, char const*> const cases[] = {
       {"", "''"},
       {" plain text~", "' plain text~'"},
       {"it's", "'it\\'s'"},
@@ -153,7 +147,7 @@ TEST_F(ScalarText, AStringIsQuotedAndWhatDoesNotPrintIsEscaped) {
       {"\n\r\t", "'\\n\\r\\t'"},
       {std::string_view{"\0\x1f\x7f\x80\xff", 5}, "'\\x00\\x1f\\x7f\\x80\\xff'"},
   };
-  for (auto const& c : cases) EXPECT_EQ(textOf(String8{c.value}), c.text);
+  for (auto const& [value, text] : cases) EXPECT_EQ(textOf(String8{value}), text);
 }
 
 TEST_F(ScalarText, EveryByteStringReadsBackTheSame) {

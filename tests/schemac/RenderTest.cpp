@@ -95,10 +95,7 @@ TEST(Render, BracesOfCppStay) {
 }
 
 TEST(Render, FaultsNameTemplateLineAndName) {
-  struct {
-    char const* text;
-    char const* complaint;
-  } const faults[] = {
+  std::pair<char const*, char const*> const faults[] = {
       {"\n{{! a remark\n on two lines }}{{entity.nmae}}",
        "template 'Root', line 3: 'entity.nmae' is unknown: 'entity' has no 'nmae'"},
       {"{{attr.name}}", "template 'Root', line 1: 'attr.name' is unknown: there is no 'attr' here"},
@@ -120,8 +117,8 @@ TEST(Render, FaultsNameTemplateLineAndName) {
       {"{{#entity.keyed}}\n{{#entity.empty}}\n{{/entity.keyed}}{{/entity.empty}}",
        "template 'Root', line 3: 'entity.keyed' is closed where 'entity.empty' of line 2 is open"},
   };
-  for (auto const& fault : faults) {
-    EXPECT_EQ(faultOf({{"Root", fault.text}, {"Other", "\n{{entity.nmae}}"}}, entity()), fault.complaint) << fault.text;
+  for (auto const& [text, complaint] : faults) {
+    EXPECT_EQ(faultOf({{"Root", text}, {"Other", "\n{{entity.nmae}}"}}, entity()), complaint) << text;
   }
 }
 
