@@ -159,6 +159,33 @@ TEST_F(Collections, ABindingThatFails) {
   child->parentIs(nullptr);
 }
 
+struct FewIds : Collections {
+  FewIds() : Collections({.limits = {.entities = 2}}) {}
+};
+
+TEST_F(FewIds, AChildWithoutOneWaitsUntilOneIsFree) {
+  std::pair<std::function<void()>, std::string> const cases[] = {
+      {[this] { box->shelvesIs("s"); }, "266~#151:" + textHex("s")},
+      {[this] { box->lidIs("lid"); }, "265~#151:" + textHex("lid")},
+  };
+  for (auto const& [make, record] : cases) {
+    bound(toy);
+    make();
+    ASSERT_NE(adapter->flowOut(), nullptr);
+    EXPECT_TRUE(adapter->flowOut()->yieldRequested());
+    Vek::NboAttrLog::Schedule& schedule = log().demuxer().schedule();
+    for (int turns = 0; turns < 3; ++turns) schedule.turn(1000);
+    EXPECT_FALSE(schedule.isDue()) << "it would try for ever";
+    EXPECT_EQ(said(), Records{});
+    toy->vekNboAttrLogSaDel(log().out());
+    for (int turns = 0; turns < 3; ++turns) schedule.turn(1000);
+    EXPECT_EQ(said().at(0).substr(0, record.size()), record);
+    EXPECT_TRUE(adapter->hasFlag(Sa::noFlowOut));
+    box->shelvesDelAll();
+    said();
+  }
+}
+
 struct InOneGo : Collections {
   InOneGo() : Collections(PairOptions{}) {}
 };

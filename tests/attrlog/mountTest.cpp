@@ -1,5 +1,5 @@
-// Exports and mounts: an entity is announced, comes in step, follows its owner, and survives a cut; and
-// what a change costs.
+// Exports and mounts: an entity is announced, comes in step, follows its owner, and survives a cut; and what a change
+// costs.
 #include "dornl3/generic/Digest.h"
 #include "tests/attrlog/BareLog.h"
 #include "tests/core/AllocationCount.h"
