@@ -98,11 +98,8 @@ class Message {
 
   // The whole message.
   [[nodiscard]] Buffer framed(std::uint32_t sequence, std::uint16_t flags = NLM_F_MULTI) const {
-    nlmsghdr header{};
-    header.nlmsg_len = static_cast<std::uint32_t>(sizeof header + bytes_.size());
-    header.nlmsg_type = type_;
-    header.nlmsg_flags = flags;
-    header.nlmsg_seq = sequence;
+    auto const length = static_cast<std::uint32_t>(sizeof(nlmsghdr) + bytes_.size());
+    nlmsghdr const header{length, type_, flags, sequence, 0};
     return joined({bytesOf(header), bytes_});
   }
 
@@ -119,9 +116,7 @@ inline Buffer nested(std::uint16_t attribute, Buffer const& payload) {
 
 inline Message link(int index, unsigned flags, std::string_view kind = {}, std::uint32_t master = 0,
                     std::uint32_t below = 0) {
-  ifinfomsg header{};
-  header.ifi_index = index;
-  header.ifi_flags = flags;
+  ifinfomsg const header{AF_UNSPEC, {}, {}, index, flags, {}};
   Message message{RTM_NEWLINK, header};
   if (!kind.empty()) message.put(IFLA_LINKINFO, nested(IFLA_INFO_KIND, bytesOf(kind)));
   if (master != 0) message.put(IFLA_MASTER, master);
@@ -130,26 +125,16 @@ inline Message link(int index, unsigned flags, std::string_view kind = {}, std::
 }
 
 inline Message linkAddress(std::uint32_t link, std::uint8_t scope) {
-  ifaddrmsg header{};
-  header.ifa_family = AF_INET;
-  header.ifa_scope = scope;
-  header.ifa_index = link;
-  return Message{RTM_NEWADDR, header};
+  return Message{RTM_NEWADDR, ifaddrmsg{AF_INET, {}, {}, scope, link}};
 }
 
 inline Message neighbour(int link, char const* address, std::uint16_t state, std::uint8_t flags = 0) {
-  ndmsg header{};
-  header.ndm_family = familyOf(address);
-  header.ndm_ifindex = link;
-  header.ndm_state = state;
-  header.ndm_flags = flags;
+  ndmsg const header{familyOf(address), {}, {}, link, state, flags, {}};
   return Message{RTM_NEWNEIGH, header}.put(NDA_DST, ip(address));
 }
 
 inline Message nextHop(std::uint32_t id, std::uint32_t link, char const* gateway, unsigned flags = 0) {
-  nhmsg header{};
-  header.nh_family = familyOf(gateway);
-  header.nh_flags = flags;
+  nhmsg const header{familyOf(gateway), {}, {}, {}, flags};
   return Message{RTM_NEWNEXTHOP, header}.put(NHA_ID, id).put(NHA_OIF, link).put(NHA_GATEWAY, ip(gateway));
 }
 
@@ -159,21 +144,18 @@ inline Message nextHopGroup(std::uint32_t id, std::vector<std::uint32_t> const& 
   return Message{RTM_NEWNEXTHOP, nhmsg{}}.put(NHA_ID, id).put(NHA_GROUP, joined(entries));
 }
 
+// Of a route to a prefix of that length.
+inline rtmsg routeHeader(std::uint8_t family, std::uint8_t length, std::uint8_t type, std::uint32_t flags = 0) {
+  return {family, length, {}, {}, {}, {}, {}, type, flags};
+}
+
 inline Message route(std::uint8_t family, std::uint8_t type = RTN_UNICAST, std::uint32_t flags = 0) {
-  rtmsg header{};
-  header.rtm_family = family;
-  header.rtm_type = type;
-  header.rtm_flags = flags;
-  return Message{RTM_NEWROUTE, header};
+  return Message{RTM_NEWROUTE, routeHeader(family, 0, type, flags)};
 }
 
 // A route that discards what goes to a prefix of that length.
 inline Message prefix(std::uint8_t family, std::uint8_t length, std::uint8_t type = RTN_BLACKHOLE) {
-  rtmsg header{};
-  header.rtm_family = family;
-  header.rtm_dst_len = length;
-  header.rtm_type = type;
-  return Message{RTM_NEWROUTE, header};
+  return Message{RTM_NEWROUTE, routeHeader(family, length, type)};
 }
 
 inline Message routeVia(std::uint32_t link, char const* gateway, std::uint32_t flags = 0) {
@@ -182,12 +164,8 @@ inline Message routeVia(std::uint32_t link, char const* gateway, std::uint32_t f
 
 // One next hop of RTA_MULTIPATH.
 inline Buffer pathBy(int link, Buffer const& attributes, std::uint8_t flags = 0, std::uint8_t weight = 1) {
-  rtnexthop header{};
-  header.rtnh_len = static_cast<std::uint16_t>(sizeof header + attributes.size());
-  header.rtnh_flags = flags;
-  header.rtnh_hops = static_cast<std::uint8_t>(weight - 1);
-  header.rtnh_ifindex = link;
-  return joined({bytesOf(header), attributes});
+  auto const length = static_cast<std::uint16_t>(sizeof(rtnexthop) + attributes.size());
+  return joined({bytesOf(rtnexthop{length, flags, static_cast<std::uint8_t>(weight - 1), link}), attributes});
 }
 
 inline Buffer hop(int link, char const* gateway, std::uint8_t flags = 0, std::uint8_t weight = 1) {

@@ -42,13 +42,10 @@ auto withGateways(std::vector<Route>& routes) {
 Message ModelKernel::message(std::uint8_t family, unsigned key, Route const& route, std::uint8_t type) const {
   auto const differs = [&](Differ by) { return key == 2 && differ_ == by; };
   bool const isAlone = route.paths.size() == 1;
-  rtmsg header{};
-  header.rtm_family = family;
-  header.rtm_dst_len = key == 0 ? 0 : 24;
-  header.rtm_type = type;
+  std::uint32_t const flags = (isAlone ? flagsOf(*route.paths.begin()) : 0U) | (key == 2 ? RTM_F_TRAP : 0U);
+  rtmsg header = routeHeader(family, key == 0 ? 0 : 24, type, flags);
   header.rtm_tos = differs(Differ::typeOfService) ? 8 : 0;
   header.rtm_src_len = differs(Differ::source) && family == AF_INET6 ? 16 : 0;
-  header.rtm_flags = (isAlone ? flagsOf(*route.paths.begin()) : 0U) | (key == 2 ? RTM_F_TRAP : 0U);
   Message message{RTM_NEWROUTE, header};
   bool const byPrefix = differ_ == Differ::prefix || (differ_ == Differ::source && family == AF_INET);
   std::string const number = std::to_string(byPrefix ? key : 1);

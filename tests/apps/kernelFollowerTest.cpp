@@ -132,9 +132,7 @@ TEST(KernelFollower, ReadsAfreshOnlyWhenItMust) {
   kernel.notifications.tell(link(1, IFF_UP | IFF_RUNNING));  // as it was
   kernel.notifications.tell(link(9, 0, "dummy"));            // new
   kernel.notifications.tell(linkAddress(1, 0));
-  ifinfomsg port{};
-  port.ifi_family = AF_BRIDGE;
-  port.ifi_index = 1;
+  ifinfomsg const port{AF_BRIDGE, {}, {}, 1, {}, {}};
   kernel.notifications.tell(Message{RTM_DELLINK, port});  // it left its bridge and is there all the same
   expectReadings(0, "all that is told whole");
   EXPECT_EQ(followed.state(), followed.read());
@@ -188,9 +186,7 @@ TEST(KernelFollower, GivesUpAfterThreeReadingsThatFailed) {
 }
 
 Message forwarding(std::uint8_t family, std::int32_t link, std::int32_t value) {
-  netconfmsg header{};
-  header.ncm_family = family;
-  return Message{RTM_NEWNETCONF, header}.put(NETCONFA_IFINDEX, link).put(NETCONFA_FORWARDING, value);
+  return Message{RTM_NEWNETCONF, netconfmsg{family}}.put(NETCONFA_IFINDEX, link).put(NETCONFA_FORWARDING, value);
 }
 
 TEST(KernelFollower, KeepsTheTimesOfChanges) {
@@ -226,9 +222,7 @@ TEST(KernelFollower, ForgetsNextHopsAndSourcesThatNobodyUses) {
     std::string const number = std::to_string(i);
     told.tell(routeVia(1, ("10.0.0." + number).c_str()), NLM_F_REPLACE);
     told.tell(nextHop(1, 1, ("10.1.0." + number).c_str()));  // no route goes by it
-    rtmsg header{};
-    header.rtm_family = AF_INET6;
-    header.rtm_type = RTN_UNREACHABLE;
+    rtmsg header = routeHeader(AF_INET6, 0, RTN_UNREACHABLE);
     header.rtm_src_len = 64;
     Message const route = Message{RTM_NEWROUTE, header}.put(RTA_SRC, ip(("fd00:" + number + "::").c_str()));
     told.tell(route, NLM_F_CREATE);

@@ -12,27 +12,21 @@ namespace {
 TEST(RouteMessage, RefusesLengthsThatDoNotFit) {
   Buffer longAddress = bytesOf(__kernel_sa_family_t{AF_PACKET});
   longAddress.resize(2 + Address::limit + 1);
-  rtnexthop tooLong{};
-  tooLong.rtnh_len = 64;
-  rtnexthop tooShort{};
-  tooShort.rtnh_len = 0;
-  struct {
-    char const* what;
-    Message message;
-  } const cases[] = {
+  rtnexthop const tooLong{64, {}, {}, {}};
+  std::pair<char const*, Message> const cases[] = {
       {"IPv4 gateway of 16 bytes", route(AF_INET).put(RTA_GATEWAY, ip("fd00::1"))},
       {"link of 2 bytes", route(AF_INET).put(RTA_OIF, std::uint16_t{1})},
       {"via without a family", route(AF_INET).put(RTA_VIA, Buffer(1))},
       {"via of no known family", route(AF_INET).put(RTA_VIA, Buffer(6))},
       {"link-layer address of 33 bytes", route(AF_MPLS).put(RTA_VIA, longAddress)},
       {"next hop longer than its list", route(AF_INET).put(RTA_MULTIPATH, tooLong)},
-      {"next hop shorter than its header", route(AF_INET).put(RTA_MULTIPATH, tooShort)},
+      {"next hop shorter than its header", route(AF_INET).put(RTA_MULTIPATH, rtnexthop{})},
       {"prefix longer than an IPv4 address", prefix(AF_INET, 33)},
       {"prefix longer than an IPv6 address", prefix(AF_INET6, 129)},
   };
-  for (auto const& one : cases) {
+  for (auto const& [what, message] : cases) {
     Route into;
-    EXPECT_FALSE(readRoute(one.message.body(), into)) << one.what;
+    EXPECT_FALSE(readRoute(message.body(), into)) << what;
   }
 }
 

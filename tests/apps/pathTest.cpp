@@ -22,54 +22,46 @@ class Path : public AttributeTest {
 };
 
 TEST_F(Path, LeadsToEveryKindOfPlaceAndIsWrittenOneWay) {
-  struct Case {
-    char const* typed;
-    char const* canonical;
+  std::pair<char const*, char const*> const cases[] = {
+      {"status", "status"},
+      {"status.\"numVrfs\"", "status.numVrfs"},
+      {"status.inUseArpEntries[+0002]", "status.inUseArpEntries[2]"},
+      {"auditStatus.auditInfo[kernel].table['ipv4 main'].perFapInfo[\"Fap0\"].totalEntriesFixed",
+       "auditStatus.auditInfo[kernel].table['ipv4 main'].perFapInfo[Fap0].totalEntriesFixed"},
+      {"auditStatus.auditDone['']", "auditStatus.auditDone['']"},
+      {"auditStatus.auditInfo[None]", "auditStatus.auditInfo['None']"},
+      {"aclRouteConfig.ipv4EgAclLabel[7].value", "aclRouteConfig.ipv4EgAclLabel[7].value"},
+      {"auditStatus.auditInfo[kernel].parent.numAudits", "auditStatus.auditInfo[kernel].parent.numAudits"},
   };
-  for (Case const& c : {
-           Case{"status", "status"},
-           Case{"status.\"numVrfs\"", "status.numVrfs"},
-           Case{"status.inUseArpEntries[+0002]", "status.inUseArpEntries[2]"},
-           Case{"auditStatus.auditInfo[kernel].table['ipv4 main'].perFapInfo[\"Fap0\"].totalEntriesFixed",
-                "auditStatus.auditInfo[kernel].table['ipv4 main'].perFapInfo[Fap0].totalEntriesFixed"},
-           Case{"auditStatus.auditDone['']", "auditStatus.auditDone['']"},
-           Case{"auditStatus.auditInfo[None]", "auditStatus.auditInfo['None']"},
-           Case{"aclRouteConfig.ipv4EgAclLabel[7].value", "aclRouteConfig.ipv4EgAclLabel[7].value"},
-           Case{"auditStatus.auditInfo[kernel].parent.numAudits", "auditStatus.auditInfo[kernel].parent.numAudits"},
-       }) {
-    EXPECT_EQ(canonical(c.typed), c.canonical);
-  }
+  for (auto const& [typed, written] : cases) EXPECT_EQ(canonical(typed), written);
 }
 
 TEST_F(Path, IsRefusedWithWhatWouldFit) {
-  struct Case {
-    std::string path;
-    char const* says;
-  };
   std::string deep = "auditStatus.auditInfo[kernel]";
   for (int i = 0; i < 15; ++i) deep += ".parent.auditInfo[kernel]";
   EXPECT_EQ(canonical(deep + ".parent"), deep + ".parent") << "32 attributes";
-  for (Case const& c : {
-           Case{"statusx", "There is no root entity 'statusx'; did you mean 'status'? There are: aclRouteConfig, "},
-           Case{"status.numVrf", "status has no attribute 'numVrf'; did you mean 'numVrfs'? 'dornl3 types "},
-           Case{"status.numVrfs.x", "status.numVrfs is a U32, which has no attributes."},
-           Case{"status.numVrfs[3]", "status.numVrfs is no collection: leave out the key"},
-           Case{"status.inUseArpEntries[0][0]", "expected . at column 25, found '[0]'"},
-           Case{"status.inUseArpEntries.x", "is a collection: name one member, as status.inUseArpEntries[KEY]. The key "
-                                            "is a Hardware::Dorn::FapId, such as 2048."},
-           Case{"status.inUseArpEntries[x]", "The key of status.inUseArpEntries is a Hardware::Dorn::FapId, such as "
-                                             "2048; 'x' is none: expected a whole number at column 0, found 'x'."},
-           Case{"status.lemV4RouteStats.hostCount", "status.lemV4RouteStats is not there. Make it first: "},
-           Case{"aclRouteConfig.ipv4EgAclLabel[8].value", "aclRouteConfig.ipv4EgAclLabel[8] is not there."},
-           Case{"auditStatus.auditInfo[a b]", "expected ] at column 23"},
-           Case{"", "'' is no path: "},
-           Case{"\x1b[31m", "'\\x1b[31m' is no path: "},
-           Case{deep + ".parent.auditInfo", "The path has more than 32 attributes."},
-           Case{std::string(4097, 'a'), "The path is longer than 4096 bytes."},
-           Case{std::string(4096, 'a'), "aaa'..."},
-       }) {
-    SCOPED_TRACE(c.path);
-    EXPECT_THAT(refused(c.path), HasSubstr(c.says));
+  std::pair<std::string, char const*> const cases[] = {
+      {"statusx", "There is no root entity 'statusx'; did you mean 'status'? There are: aclRouteConfig, "},
+      {"status.numVrf", "status has no attribute 'numVrf'; did you mean 'numVrfs'? 'dornl3 types "},
+      {"status.numVrfs.x", "status.numVrfs is a U32, which has no attributes."},
+      {"status.numVrfs[3]", "status.numVrfs is no collection: leave out the key"},
+      {"status.inUseArpEntries[0][0]", "expected . at column 25, found '[0]'"},
+      {"status.inUseArpEntries.x", "is a collection: name one member, as status.inUseArpEntries[KEY]. The key "
+                                   "is a Hardware::Dorn::FapId, such as 2048."},
+      {"status.inUseArpEntries[x]", "The key of status.inUseArpEntries is a Hardware::Dorn::FapId, such as "
+                                    "2048; 'x' is none: expected a whole number at column 0, found 'x'."},
+      {"status.lemV4RouteStats.hostCount", "status.lemV4RouteStats is not there. Make it first: "},
+      {"aclRouteConfig.ipv4EgAclLabel[8].value", "aclRouteConfig.ipv4EgAclLabel[8] is not there."},
+      {"auditStatus.auditInfo[a b]", "expected ] at column 23"},
+      {"", "'' is no path: "},
+      {"\x1b[31m", "'\\x1b[31m' is no path: "},
+      {deep + ".parent.auditInfo", "The path has more than 32 attributes."},
+      {std::string(4097, 'a'), "The path is longer than 4096 bytes."},
+      {std::string(4096, 'a'), "aaa'..."},
+  };
+  for (auto const& [path, says] : cases) {
+    SCOPED_TRACE(path);
+    EXPECT_THAT(refused(path), HasSubstr(says));
   }
 }
 

@@ -1,14 +1,9 @@
 #include "apps/show/RequestResponder.h"
 
-#include "apps/show/Figures.h"
 #include "apps/show/StatusFiller.h"
-#include "apps/show/TextForm.h"
-#include "tests/apps/SomeFigures.h"
 #include "tests/core/LeakCheck.h"
 
 #include <gtest/gtest.h>
-
-#include <array>
 
 namespace Apps::Show {
 namespace {
@@ -22,10 +17,11 @@ class Responder : public LeakCheck {
     responder_->isRegisteredNotifieeIs(true);
   }
 
-  void ask() { roots_.request->statusRequestIdInc(1); }
   // What whoever owns the entities does, in a turn of his own.
-  void serve(Kernel::KernelFigures const& figures = someFigures()) {
+  void serve() {
     if (!responder_->isAsked()) return;
+    Kernel::KernelFigures figures;
+    figures.vrfs = 3;
     fill(roots_, figures);
     responder_->answer(roots_, 1234.5);
   }
@@ -34,78 +30,6 @@ class Responder : public LeakCheck {
   int calls_ = 0;
   Vek::Ptr<RequestResponder> responder_ = Vek::make<RequestResponder>([this] { ++calls_; });
 };
-
-TEST_F(Responder, FillsTheEntitiesAndTakesOutWhatTheKernelDoesNotHave) {
-  roots_.status->inUseArpEntriesIs(1, 10);
-  roots_.status->inUseIpTunnelEntriesIs(2, 10);
-  roots_.status->inUseMplsTailEntriesIs(3, 10);
-  roots_.status->inUseMplsHeadEntriesIs(4, 10);
-  roots_.status->lemV4RouteStatsIs("lemV4RouteStats")->routeCountIs(1000, 1);
-  roots_.status->lemV4RouteStats()->prefixLenInLemIs(25, true);
-  ask();
-  serve();
-  EXPECT_EQ(textForm(figuresOf(roots_)), R"(status.statusResponseId = 1
-status.statusUpdatedTime = 1234.5
-restartCompletionStatus.restartComplete = True
-status.numVrfs = 3
-status.numVxlanTunnels = 2
-aradVxlanRoutingStatus.vxlanRoutingEnabled = True
-status.ipv4RouteStats = Value('Hardware::DornL3Unicast::RouteStats', ** {'routes': 10, 'adjs': 9, 'pendingRoutes': 8, 'pendingAdjs': 7, 'unprogrammedRoutes': 6, 'unprogrammedAdjs': 5})
-status.ipv6RouteStats = Value('Hardware::DornL3Unicast::RouteStats', ** {'routes': 20, 'adjs': 19, 'pendingRoutes': 18, 'pendingAdjs': 17, 'unprogrammedRoutes': 16, 'unprogrammedAdjs': 15})
-status.mplsRouteStats = Value('Hardware::DornL3Unicast::RouteStats', ** {'routes': 30, 'adjs': 29, 'pendingRoutes': 28, 'pendingAdjs': 27, 'unprogrammedRoutes': 26, 'unprogrammedAdjs': 25})
-status.ipFecs = Value('Hardware::DornL3Unicast::FecCountStats', ** {'numNonEcmpFecs': 1, 'numEcmpFecs': 2, 'numFecEntries': 3})
-status.mplsFecs = Value('Hardware::DornL3Unicast::FecCountStats', ** {'numNonEcmpFecs': 3, 'numEcmpFecs': 4, 'numFecEntries': 7})
-status.tunnelFecs = Value('Hardware::DornL3Unicast::FecCountStats', ** {'numNonEcmpFecs': 5, 'numEcmpFecs': 6, 'numFecEntries': 11})
-status.inUseArpEntries[0] = 7
-status.inUseIpTunnelEntries[0] = 4
-status.inUseMplsTailEntries[0] = 8
-status.inUseMplsHeadEntries[0] = 9
-status.lemCmdsStats = Value('Hardware::DornL3Unicast::LemCmdsStats', ** {'totalProcessed': 100, 'failed': 1, 'added': 60, 'deleted': 50, 'overwritten': 40})
-status.restartHelperStats = Value('Hardware::DornL3Unicast::RestartHelperStats', ** {'failedInitArpEntry': 11, 'routesPointedAtCpu': 12, 'failedFecRecovery': 13, 'fecWithMultipleFecVias': 14, 'fecNotRecovered': 15})
-status.lemV4RouteStats.hostsInLem = True
-status.lemV4RouteStats.hostCount = 40
-status.lemV4RouteStats.prefixLenInLem[0] = True
-status.lemV4RouteStats.prefixLenInLem[3] = True
-status.lemV4RouteStats.prefixLenInLem[24] = True
-status.lemV4RouteStats.routeCount[0] = 1
-status.lemV4RouteStats.routeCount[3] = 2
-status.lemV4RouteStats.routeCount[24] = 50
-status.lemV6RouteStats.hostsInLem = True
-status.lemV6RouteStats.hostCount = 41
-status.lemV6RouteStats.prefixLenInLem[127] = True
-status.lemV6RouteStats.routeCount[127] = 60
-)");
-  TimingMarkers const times = roots_.status->timingMarkers();
-  EXPECT_EQ((std::array{times.lastRouteUpdateTime(), times.lastDefaultRouteUpdateTime(),
-                        times.routingEnabledLastUpdTime(), times.routingDisabledLastUpdTime(),
-                        times.lastV6RouteUpdateTime(), times.lastV6DefaultRouteUpdateTime(),
-                        times.v6RoutingEnabledLastUpdTime(), times.v6RoutingDisabledLastUpdTime()}),
-            (std::array<Vek::Seconds, 8>{1, 2, 3, 4, 5, 6, 7, 8}));
-}
-
-TEST_F(Responder, WritesWhatChangedAndNothingElse) {
-  ask();
-  serve();
-  Status const& status = *roots_.status;
-  LemRouteStats const& prefixes = *status.lemV4RouteStats();
-  Vek::U32 const before = status.writeCount();
-  Vek::U32 const prefixesBefore = prefixes.writeCount();
-  ask();
-  serve();
-  EXPECT_EQ(status.writeCount() - before, 3U) << "the kernel is as it was: the answer, and two children asked for";
-  EXPECT_EQ(prefixes.writeCount(), prefixesBefore);
-
-  Kernel::KernelFigures figures = someFigures();
-  figures.tunnels = 5;
-  figures.ipv4Prefixes.byLength[0] = 0;    // gone
-  figures.ipv4Prefixes.byLength[8] = 3;    // new
-  figures.ipv4Prefixes.byLength[24] = 49;  // another number
-  ask();
-  serve(figures);
-  EXPECT_EQ(status.writeCount() - before, 7U) << "and one of four numbers by FAP";
-  EXPECT_EQ(prefixes.writeCount() - prefixesBefore, 5U) << "two lengths with their flags, and a number";
-  EXPECT_EQ(prefixes.prefixLenInLemCount(), 3U);
-}
 
 // Notes whether Status is filled at the moment of the answer.
 struct Requester : Status::Notifiee {

@@ -82,11 +82,6 @@ TEST(WatchLocal, SaysWhatIsWrongWithTheCommandLine) {
       {"dornl3 count --local", 2, "dornl3: PATH is required. Type 'dornl3 count --help' to see what there is.\n"},
       {"dornl3 wach --local", 2,
        "dornl3: There is no command 'wach'; did you mean 'watch'? Type 'dornl3 --help' to see what there is.\n"},
-      {"dornl3 bogus", 2,
-       "dornl3: There is no command 'bogus'. There are: show, request, agent, replicate, watch, get, count, ls, types, "
-       "set, del. Type "
-       "'dornl3 "
-       "--help' to see what there is.\n"},
       {"dornl3 get --lcoal status", 2,
        "dornl3: 'dornl3 get' has no option '--lcoal'; did you mean '--local'? Type 'dornl3 get --help' to see what "
        "there is.\n"},

@@ -97,22 +97,19 @@ TEST_F(WatchTest, WithoutAPathFollowsAllThatIsFilled) {
 }
 
 TEST_F(WatchTest, RefusesWhatCanNeverBeThereOrIsNeverToldOf) {
-  struct Case {
-    char const* path;
-    char const* says;
+  std::pair<char const*, char const*> const cases[] = {
+      {"auditStatus.auditInfo[x].tables", "has no attribute 'tables'; did you mean 'table'? 'dornl3 types "},
+      {"aclRouteConfig.ipv4EgAclLabel[8].value.x", "is a Bridging::VlanIdOrNone, which has no attributes."},
+      {"status.writeCount", "status.writeCount is never told of: 'dornl3 get' reads it."},
+      {"status.parent.x", "status.parent is a Vek::PtrInterface, which has no attributes."},
+      {"auditStatus.auditInfo[k].parent.numAudits", "auditStatus.auditInfo[k].parent is never told of: "},
   };
-  for (Case const& c : {
-           Case{"auditStatus.auditInfo[x].tables", "has no attribute 'tables'; did you mean 'table'? 'dornl3 types "},
-           Case{"aclRouteConfig.ipv4EgAclLabel[8].value.x", "is a Bridging::VlanIdOrNone, which has no attributes."},
-           Case{"status.writeCount", "status.writeCount is never told of: 'dornl3 get' reads it."},
-           Case{"status.parent.x", "status.parent is a Vek::PtrInterface, which has no attributes."},
-           Case{"auditStatus.auditInfo[k].parent.numAudits", "auditStatus.auditInfo[k].parent is never told of: "},
-       }) {
-    SCOPED_TRACE(c.path);
+  for (auto const& refused : cases) {
+    SCOPED_TRACE(refused.first);
     EXPECT_THAT(refusal([&] {
-                  return Watch{*directory_, {"status", c.path}, {Depth::one}}.start();
+                  return Watch{*directory_, {"status", refused.first}, {Depth::one}}.start();
                 }),
-                HasSubstr(c.says));
+                HasSubstr(refused.second));
   }
   std::vector<std::string> many(Watch::maxPaths, "status");
   EXPECT_EQ(refusal([&] { return Watch{*directory_, many, {Depth::one}}.start(); }), "accepted");

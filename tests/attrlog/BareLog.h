@@ -21,32 +21,25 @@ using Sa = Vek::Entity::VekNboAttrLogSa;
 using Records = std::vector<std::string>;
 
 /// A log that is short of room as soon as one record waits in it.
-inline PairOptions oneRecord(U32 messageBytes = 1) {
-  PairOptions options;
-  options.limits.outBytes = 1;
-  options.limits.messageBytes = messageBytes;
-  return options;
-}
+inline PairOptions oneRecord(U32 messageBytes = 1) { return {.limits = {.outBytes = 1, .messageBytes = messageBytes}}; }
 
 /// The records that wait, in order, each as its attribute, '~' where its size was not known ahead, '#' and its kind,
 /// and its payload behind a colon. They are taken out.
 inline Records said(Connection& connection) {
   Records records;
-  std::string_view left = connection.out()->view();
   auto const number = [](std::string_view bytes) {
     U32 value = 0;
     for (char const c : bytes) value = value << 8 | static_cast<unsigned char>(c);
     return value;
   };
-  while (!left.empty()) {
+  for (std::string_view left = connection.out()->view(); !left.empty();) {
     U32 const length = number(left.substr(12, 4));
     U32 const kind = number(left.substr(16, 2));
     auto const attribute = static_cast<int>(number(left.substr(8, 4)));
-    std::string text = std::to_string(attribute);
-    if (left[18] != 0) text += '~';
-    if (kind != 0) text += '#' + std::to_string(kind);
-    text += ':' + hex(left.substr(21, length));
-    if (attribute != Vek::NboAttrLog::aliveRecord) records.push_back(text);
+    if (attribute != Vek::NboAttrLog::aliveRecord) {
+      records.push_back(std::to_string(attribute) + (left[18] != 0 ? "~" : "") +
+                        (kind != 0 ? '#' + std::to_string(kind) : "") + ':' + hex(left.substr(21, length)));
+    }
     left.remove_prefix(length + 22);
   }
   connection.out()->sent(connection.out()->unsent());
@@ -88,6 +81,15 @@ struct BareLog : LeakCheck {
 
  private:
   std::string payload_;
+};
+
+/// With a toy, a box, and what their reactors are called for. Whoever makes them has the types of the toys registered
+/// too: not for tests of the real types, which go over all that the registry holds.
+struct BareToys : BareLog {
+  using BareLog::BareLog;
+  Ptr<Toy> toy = Toys::toyFactory("toy");
+  Ptr<ToyBox> box = Toys::toyBoxFactory("box");
+  Toys::Calls calls;
 };
 
 /// The digits of a text, and of an entity id of the peer's.

@@ -122,8 +122,7 @@ class LawScript::Replica {
         access_(options.access),
         from_(std::move(from)),
         heard_(heard) {
-    link.reader().mounts().mountIs(toyMount);
-    link.reader().mounts().mountIs(boxMount);
+    mountBoth();
   }
   ~Replica() { link.cut(); }
   Replica(Replica const&) = delete;
@@ -132,10 +131,12 @@ class LawScript::Replica {
   void reconnect() {
     link.connect();
     exported_ = 0;
-    link.reader().mounts().mountIs(toyMount);
-    link.reader().mounts().mountIs(boxMount);
+    mountBoth();
   }
 
+  void mountBoth() {
+    for (auto const& mount : {toyMount, boxMount}) link.reader().mounts().mountIs(mount);
+  }
   void beat() {
     link.world.now += 10;
     link.owner().tick();
@@ -324,8 +325,6 @@ void LawScript::play(std::vector<Act> const& acts) {
   ask();
   settle();
 }
-
-LogPair& LawScript::lastLink() { return replicas_.back()->link; }
 
 std::string LawScript::wentTwice() const {
   std::string what;

@@ -61,7 +61,7 @@ std::ostream& operator<<(std::ostream& os, Act const& act);
 enum class Joined { pair, star, chain };
 
 struct LawOptions {
-  PairOptions pair;
+  PairOptions pair = {};
   Access access = Access::readOnly;
   Joined joined = Joined::pair;
 };
@@ -83,8 +83,6 @@ class LawScript {
   [[nodiscard]] std::string complaint();
   /// What went at some time, and more than once.
   [[nodiscard]] std::string wentTwice() const;
-  /// The streams of the last replica's connection, as each end has heard them.
-  [[nodiscard]] LogPair& lastLink();
 
  private:
   class Replica;

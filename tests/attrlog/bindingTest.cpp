@@ -1,16 +1,12 @@
 // How an entity is bound to a log, found there, switched off and on, and let go.
 #include "tests/attrlog/BareLog.h"
 
-#include <algorithm>
 #include <climits>
 
 namespace LogTest {
 namespace {
 
-struct Binding : BareLog {
-  Ptr<Toy> toy = Toys::toyFactory("toy");
-  Ptr<ToyBox> box = Toys::toyBoxFactory("box");
-};
+struct Binding : BareToys {};
 
 TEST_F(Binding, AgainWithOtherFlagsChangesThoseOfACallerAlone) {
   U32 const own = Sa::noFlowOut | Sa::handlingScheduledFlowOut | Sa::logEnabled;
@@ -21,15 +17,6 @@ TEST_F(Binding, AgainWithOtherFlagsChangesThoseOfACallerAlone) {
     EXPECT_EQ(adapter->flags(), own | (flags & Sa::Vek_BitSet::notificationBitMask()));
   }
   EXPECT_EQ(said(), Records{});
-}
-
-TEST_F(Binding, NeedsALog) {
-  try {
-    toy->vekNboAttrLogSaIs({}, 1, nullptr, nullptr);
-    FAIL() << "bound to nothing";
-  } catch (Vek::RangeException const& error) {
-    EXPECT_STREQ(error.what(), "null ValidPtr");
-  }
 }
 
 TEST_F(Binding, IsFoundByItsLogAndByItsId) {
@@ -156,46 +143,12 @@ TEST_F(Binding, ReportsAnAttributeByItsNumber) {
   }
 }
 
-// Whoever goes first: the caller's entity, the caller's adapter, the connection.
-TEST_F(Binding, EndsInAnyOrder) {
-  for (U32 const flags : {0U, Sa::weakAdapter}) {
-    std::string order = "eac";
-    do {
-      SCOPED_TRACE(order + (flags != 0 ? ", weak" : ""));
-      auto link = std::make_unique<LogPair>(oneRecord());
-      link->settle();
-      Ptr<ToyBox> entity = Toys::toyBoxFactory("box");
-      entity->shelvesIs("s")->drawersIs("d");
-      entity->countsIs(1, 1);
-      entity->countsIs(2, 2);
-      Ptr<Sa> adapter = bound(entity, flags, link->owner());
-      adapter->doThis();
-      link->owner().writable();  // the walk stops in the middle
-      EXPECT_NE(adapter->flowOut(), nullptr);
-      for (char const who : order) {
-        if (who == 'e') entity = nullptr;
-        if (who == 'a') adapter = nullptr;
-        if (who == 'c') link = nullptr;
-        if (link) link->settle();
-      }
-    } while (std::next_permutation(order.begin(), order.end()));
-  }
-}
-
-TEST_F(Binding, SwitchedOffLetsAnEntityGoThatEnds) {
-  struct {
-    char const* what;
-    std::function<void(Sa&)> off;
-  } const ways[] = {
-      {"switched off", [](Sa& adapter) { adapter.hasNotificationActiveIs(false); }},
-      {"marked", [](Sa& adapter) { adapter.vekDoZombieReactors(true); }},
-  };
-  for (auto const& way : ways) {
-    SCOPED_TRACE(way.what);
+TEST_F(Binding, SwitchedOffOrMarkedLetsAnEntityGoThatEnds) {
+  for (bool const isMarked : {false, true}) {
     Ptr<Toy> brief = Toys::toyFactory("brief");
     Ptr<Sa> const adapter = bound(brief, Sa::weakAdapter);
     adapter->doThis();
-    way.off(*adapter);
+    isMarked ? adapter->vekDoZombieReactors(true) : adapter->hasNotificationActiveIs(false);
     brief = nullptr;
     EXPECT_EQ(adapter->vekNotifierEntity(), nullptr);
     pair.settle();

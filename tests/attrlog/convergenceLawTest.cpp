@@ -19,23 +19,14 @@ rc::Gen<Act> anAct(int replicaShare) {
 
 // Of any size down to logs that hold one record and streams that take one byte.
 LawOptions someOptions(Joined joined, Access access) {
-  LawOptions options;
-  options.joined = joined;
-  options.access = access;
-  options.pair.limits.outBytes = *rc::gen::element(1U, 40U, 90U, 300U, 65536U);
-  options.pair.limits.marks = *rc::gen::element(0U, 1U, 1024U);
-  options.pair.limits.messageBytes = *rc::gen::element(1U, 3U, 30U, 200U);
-  options.pair.turnBytes = *rc::gen::element(1U, 50U, 400U, 65536U);
-  options.pair.capacity = *rc::gen::element<std::size_t>(1, 30, 200, 100000);
-  options.pair.slice = *rc::gen::element<std::size_t>(1, 7, 100000);
-  return options;
-}
-
-std::string told(LawOptions const& o) {
-  std::ostringstream text;
-  text << "out " << o.pair.limits.outBytes << ", message " << o.pair.limits.messageBytes << ", turn "
-       << o.pair.turnBytes << ", capacity " << o.pair.capacity << ", slice " << o.pair.slice;
-  return text.str();
+  return {.pair = {.limits = {.outBytes = *rc::gen::element(1U, 40U, 90U, 300U, 65536U),
+                              .messageBytes = *rc::gen::element(1U, 3U, 30U, 200U),
+                              .marks = *rc::gen::element(0U, 1U, 1024U)},
+                   .turnBytes = *rc::gen::element(1U, 50U, 400U, 65536U),
+                   .capacity = *rc::gen::element<std::size_t>(1, 30, 200, 100000),
+                   .slice = *rc::gen::element<std::size_t>(1, 7, 100000)},
+          .access = access,
+          .joined = joined};
 }
 
 void expectConvergence(Joined joined, Access access, int replicaShare, int cases) {
@@ -45,7 +36,7 @@ void expectConvergence(Joined joined, Access access, int replicaShare, int cases
     LawScript script(options);
     script.play(acts);
     std::string const complaint = script.complaint();
-    if (!complaint.empty()) RC_FAIL(complaint + "; " + told(options));
+    if (!complaint.empty()) RC_FAIL(complaint);
   });
 }
 
@@ -71,16 +62,14 @@ TEST_F(Convergence, OfHistoriesThatOnceFailed) {
     script.play(acts);
     EXPECT_EQ(script.complaint(), "") << what;
   };
-  auto const pair = [](Access access, Vek::U32 outBytes, Vek::U32 messageBytes, Vek::U32 turnBytes, std::size_t slice) {
-    LawOptions options{{}, access};
-    options.pair.limits.outBytes = outBytes;
-    options.pair.limits.messageBytes = messageBytes;
-    options.pair.turnBytes = turnBytes;
-    options.pair.slice = slice;
-    return options;
+  auto const pair = [](Access access, Vek::U32 outBytes, Vek::U32 messageBytes, Vek::U32 turnBytes, std::size_t slice,
+                       Joined joined = Joined::pair) {
+    return LawOptions{
+        {.limits = {.outBytes = outBytes, .messageBytes = messageBytes}, .turnBytes = turnBytes, .slice = slice},
+        access,
+        joined};
   };
-  LawOptions chain = pair(Access::writable, 40, 30, 50, 100000);
-  chain.joined = Joined::chain;
+  LawOptions const chain = pair(Access::writable, 40, 30, 50, 100000, Joined::chain);
   expectLawOf("a change behind a walk whose end is due to be told", pair(Access::readOnly, 300, 30, 400, 100000),
               {step, step, step, step, {Act::counts, false, 0, 0}});
   expectLawOf("a text that changes while it is part-way out", pair(Access::readOnly, 90, 3, 400, 200),

@@ -33,14 +33,18 @@ struct Ring : LeakCheck {
     while (processes.size() <= at) processes.emplace_back();
     return processes[at];
   }
-  // `to` mounts the toy of `from`.
-  Mount& mounted(std::size_t from, std::size_t to) {
+  // `to` wants the toy of `from`.
+  Mount& wanted(std::size_t from, std::size_t to) {
     Link& link = links.emplace_back(static_cast<U32>(links.size()));
     if (process(from).toy()) link.pair.owner().exports().exportIs(process(from).toy(), Access::writable);
     link.mount = Vek::make<Mount>("toy", *Toy::_fwkType(), Access::writable, process(to).dir);
     link.pair.reader().mounts().mountIs(link.mount);
-    settle();
     return *link.mount;
+  }
+  Mount& mounted(std::size_t from, std::size_t to) {
+    Mount& mount = wanted(from, to);
+    settle();
+    return mount;
   }
   void settle() {
     for (int rounds = 0; rounds < 8; ++rounds) {
@@ -77,12 +81,7 @@ TEST_F(Ring, IsRefusedByWhoeverClosesIt) {
 
 TEST_F(Ring, OfTwoWhoHadTheEntityBothIsRefusedByOneAtLeast) {
   process(1).dir->entryIs(Toys::toyFactory("toy"));
-  for (std::size_t const from : {0U, 1U}) {
-    Link& link = links.emplace_back(static_cast<U32>(links.size()));
-    link.pair.owner().exports().exportIs(process(from).toy(), Access::writable);
-    link.mount = Vek::make<Mount>("toy", *Toy::_fwkType(), Access::writable, process(1 - from).dir);
-    link.pair.reader().mounts().mountIs(link.mount);
-  }
+  for (std::size_t const from : {0U, 1U}) wanted(from, 1 - from);
   for (int rounds = 0; rounds < 8; ++rounds) {
     for (auto& link : links) link.pair.step();
   }
@@ -96,22 +95,18 @@ TEST_F(Ring, OfTwoWhoHadTheEntityBothIsRefusedByOneAtLeast) {
   settle();
 }
 
-// Over one connection, both ways.
 TEST_F(Ring, OverOneConnection) {
-  Process other;
-  other.dir->entryIs(Toys::toyFactory("toy"));
-  LogPair pair;
-  pair.owner().exports().exportIs(process(0).toy(), Access::writable);
-  pair.reader().exports().exportIs(other.toy(), Access::writable);
+  process(1).dir->entryIs(Toys::toyFactory("toy"));
+  Mount const& there = wanted(0, 1);
+  LogPair& pair = links.front().pair;
+  pair.reader().exports().exportIs(process(1).toy(), Access::writable);
   auto const here = Vek::make<Mount>("toy", *Toy::_fwkType(), Access::writable, process(0).dir);
-  auto const there = Vek::make<Mount>("toy", *Toy::_fwkType(), Access::writable, other.dir);
   pair.owner().mounts().mountIs(here);
-  pair.reader().mounts().mountIs(there);
-  pair.settle();
+  settle();
   EXPECT_EQ(pair.owner().state(), Vek::NboAttrLog::open);
-  EXPECT_FALSE(here->refusal().empty() && there->refusal().empty());
+  EXPECT_FALSE(here->refusal().empty() && there.refusal().empty());
   process(0).toy()->sizeIs(3);
-  pair.settle();
+  settle();
 }
 
 TEST_F(Ring, AChainThatIsTooLongIsRefused) {

@@ -1,125 +1,92 @@
-// Exports and mounts: an entity is announced, comes in step, follows its owner, and survives a cut.
+// Exports and mounts: an entity is announced, comes in step, follows its owner, and survives a cut; and what a change
+// costs.
 #include "dornl3/generic/Digest.h"
-#include "tests/attrlog/LogPair.h"
-#include "tests/core/LeakCheck.h"
-#include "tests/frame/Listener.h"
+#include "tests/attrlog/BareLog.h"
+#include "tests/core/AllocationCount.h"
 
 namespace LogTest {
 namespace {
 
 using Toys::Calls;
-using Toys::Toy;
-using Toys::ToyBox;
 using Toys::ToyListener;
 using Vek::Dir;
 
 struct MountTest : LeakCheck {
   LogPair pair;
-  Vek::Ptr<Toy> toy = Toys::toyFactory("toy");
-  Vek::Ptr<Dir> dir = Vek::make<Dir>();
-  Vek::Ptr<Mount> mount;
-
-  Vek::Ptr<Mount> mounted(Access access, Access allowed) {
-    pair.owner().exports().exportIs(toy, allowed);
-    mount = Vek::make<Mount>("toy", *Toy::_fwkType(), access, dir);
-    pair.reader().mounts().mountIs(mount);
-    pair.settle();
-    return mount;
-  }
-  Vek::Ptr<Toy> replica() { return Vek::ptrCast<Toy>(dir->entity("toy")); }
+  Ptr<Toy> toy = Toys::toyFactory("toy");
 };
 
 TEST_F(MountTest, ReadOnlyReplicaRefusesAndStoresNothing) {
-  mounted(Access::readOnly, Access::readOnly);
-  auto const writes = replica()->writeCount();
-  EXPECT_THROW(replica()->sizeIs(4), Vek::ReadOnlyException);
-  EXPECT_EQ(replica()->size(), 0U);
-  EXPECT_EQ(replica()->writeCount(), writes);
+  Mounted<Toy> const mounted(pair, toy, Access::readOnly);
+  auto const replica = mounted.replica();
+  auto const writes = replica->writeCount();
+  EXPECT_THROW(replica->sizeIs(4), Vek::ReadOnlyException);
+  EXPECT_EQ(replica->size(), 0U);
+  EXPECT_EQ(replica->writeCount(), writes);
 
   Calls calls;  // nor does it from a reactor that hears of the owner's change
-  auto const listener = Toys::listen<ToyListener>(replica(), calls, "L");
-  listener->nextDo({[this] { EXPECT_THROW(replica()->brokenIs(true), Vek::ReadOnlyException); }});
+  auto const listener = Toys::listen<ToyListener>(replica, calls, "L");
+  listener->nextDo({[&] { EXPECT_THROW(replica->brokenIs(true), Vek::ReadOnlyException); }});
   toy->sizeIs(5);
   pair.settle();
   EXPECT_EQ(calls, (Calls{"L size"}));
-  EXPECT_FALSE(replica()->broken());
-}
-
-TEST_F(MountTest, CutAndBoundAgainTellsOnlyWhatIsDifferent) {
-  toy->sizeIs(7);
-  mounted(Access::readOnly, Access::readOnly);
-  Vek::Ptr<Toy> const before = replica();
-  Calls calls;
-  auto const listener = Vek::make<ToyListener>(calls, "L");
-  listener->notifierIs(before);
-  listener->isRegisteredNotifieeIs(true);
-  pair.cut();
-  EXPECT_EQ(mount->state(), Dir::stale);
-  toy->brokenIs(true);
-  pair.connect();
-  mounted(Access::readOnly, Access::readOnly);
-  EXPECT_EQ(replica(), before);
-  EXPECT_EQ(mount->state(), Dir::inStep);
-  EXPECT_EQ(calls, (Calls{"L broken"}));
-  listener->notifierIs(nullptr);
+  EXPECT_FALSE(replica->broken());
 }
 
 TEST_F(MountTest, IsInStepWhenAllChildrenAreAndGuardsThoseToo) {
-  PairOptions options;
-  options.turnBytes = 50;
-  LogPair narrow(options);
-  Vek::Ptr<ToyBox> const box = Toys::toyBoxFactory("box");
+  LogPair narrow({.turnBytes = 50});
+  Ptr<ToyBox> const box = Toys::toyBoxFactory("box");
+  Mounted<ToyBox> mounted(narrow, box, Access::readOnly);
+  narrow.connect();
   auto const shelf = box->shelvesIs("shelf");  // which takes longer than all else
   for (char label = 'a'; label < 'z'; ++label) shelf->drawersIs(std::string_view(&label, 1))->thingsIs(3);
-  narrow.owner().exports().exportIs(box, Access::readOnly);
-  mount = Vek::make<Mount>("box", *ToyBox::_fwkType(), Access::readOnly, dir);
-  narrow.reader().mounts().mountIs(mount);
-  for (int steps = 0; steps < 10000 && mount->state() != Dir::inStep; ++steps) narrow.step();
-  ASSERT_TRUE(mount->entity());
-  EXPECT_EQ(Vek::digest(*mount->entity()), Vek::digest(*box));
+  mounted.bind(narrow, box);
+  for (int steps = 0; steps < 10000 && mounted.mount->state() != Dir::inStep; ++steps) narrow.step();
+  auto const replica = mounted.replica();
+  EXPECT_EQ(Vek::digest(*replica), Vek::digest(*box));
   box->lidIs("comes later");
   narrow.settle();
-  auto const copy = Vek::ptrCast<ToyBox>(dir->entity("box"));
-  EXPECT_THROW(copy->lid()->openIs(false), Vek::ReadOnlyException);
-  EXPECT_THROW(copy->shelves("shelf")->drawersDel("d"), Vek::ReadOnlyException);
-  EXPECT_EQ(Vek::digest(*copy), Vek::digest(*box)) << "nothing was stored";
+  EXPECT_THROW(replica->lid()->openIs(false), Vek::ReadOnlyException);
+  EXPECT_THROW(replica->shelves("shelf")->drawersDel("d"), Vek::ReadOnlyException);
+  EXPECT_EQ(Vek::digest(*replica), Vek::digest(*box)) << "nothing was stored";
 }
 
 // What a mount may come to, one after the other.
 TEST_F(MountTest, RefusalsSayWhy) {
-  mounted(Access::writable, Access::readOnly);
-  EXPECT_EQ(mount->refusal(), "it may be mounted read-only");
-  EXPECT_THROW(pair.reader().mounts().mountIs(mount), Vek::InternalException);
-  pair.reader().mounts().mountDel(*mount);
-  auto const ofAnotherType = Vek::make<Mount>("toy", *ToyBox::_fwkType(), Access::readOnly, dir);
-  pair.reader().mounts().mountIs(ofAnotherType);
+  pair.owner().exports().exportIs(toy, Access::readOnly);
+  auto const refusalOf = [&](LogPair& at, Vek::VekType const& type, Access access) {
+    auto const mount = Vek::make<Mount>("toy", type, access, Vek::make<Dir>());
+    at.reader().mounts().mountIs(mount);
+    at.settle();
+    EXPECT_EQ(mount->state(), Dir::neverSynced);
+    EXPECT_THROW(at.reader().mounts().mountIs(mount), Vek::InternalException);
+    at.reader().mounts().mountDel(*mount);
+    return std::string(mount->refusal().view());
+  };
+  EXPECT_EQ(refusalOf(pair, *Toy::_fwkType(), Access::writable), "it may be mounted read-only");
+  EXPECT_EQ(refusalOf(pair, *ToyBox::_fwkType(), Access::readOnly), "it is a Toys::Toy, not a Toys::ToyBox");
+  auto const dir = Vek::make<Dir>();
+  auto const mount = Vek::NboAttrLog::mountOf<Toy>("toy", Access::readOnly, dir);
+  pair.reader().mounts().mountIs(mount);
   pair.settle();
-  EXPECT_EQ(ofAnotherType->refusal(), "it is a Toys::Toy, not a Toys::ToyBox");
-  EXPECT_EQ(ofAnotherType->state(), Dir::neverSynced);
-}
-
-TEST_F(MountTest, IsExportedNoMoreWritableThanItIsMounted) {
-  mounted(Access::readOnly, Access::readOnly);
-  LogPair below;
-  below.owner().exports().exportIs(replica(), Access::writable);
-  auto const writable = Vek::make<Mount>("toy", *Toy::_fwkType(), Access::writable, Vek::make<Dir>());
-  below.reader().mounts().mountIs(writable);
-  below.settle();
-  EXPECT_EQ(writable->refusal(), "it may be mounted read-only");
+  LogPair below;  // exported further, and more writable than it is mounted
+  below.owner().exports().exportIs(dir->entity("toy"), Access::writable);
+  EXPECT_EQ(refusalOf(below, *Toy::_fwkType(), Access::writable), "it may be mounted read-only");
 }
 
 TEST_F(MountTest, AnEntityThatIsTakenBackOrDiesIsStaleWhereItWasMounted) {
-  mounted(Access::readOnly, Access::readOnly);
+  Mounted<Toy> const mounted(pair, toy, Access::readOnly);
   toy = nullptr;
   pair.owner().exports().exportDel("toy");
   pair.settle();
-  EXPECT_EQ(mount->state(), Dir::stale);
-  EXPECT_TRUE(replica());
-  EXPECT_THROW(replica()->sizeIs(1), Vek::ReadOnlyException);
+  EXPECT_EQ(mounted.mount->state(), Dir::stale);
+  EXPECT_THROW(mounted.replica()->sizeIs(1), Vek::ReadOnlyException);
 }
 
 TEST_F(MountTest, SilenceForThreeHeartbeatsEndsAConnection) {
-  mounted(Access::readOnly, Access::readOnly);
+  EXPECT_EQ(pair.owner().deadline(), pair.world.now + 30) << "the peer's greeting";
+  Mounted<Toy> const mounted(pair, toy, Access::readOnly);
+  EXPECT_EQ(pair.owner().deadline(), pair.world.now + 10) << "a word that it lives";
   for (int i = 0; i < 5; ++i) {
     pair.world.now += 10;
     pair.owner().tick();
@@ -131,50 +98,155 @@ TEST_F(MountTest, SilenceForThreeHeartbeatsEndsAConnection) {
   pair.reader().tick();
   EXPECT_EQ(pair.reader().state(), Vek::NboAttrLog::dead);
   EXPECT_EQ(pair.reader().closeReason(), "nothing was heard for 30.0 seconds");
-  EXPECT_EQ(mount->state(), Dir::stale);
+  EXPECT_EQ(pair.reader().deadline(), std::numeric_limits<double>::infinity()) << "it wants nothing more";
+  EXPECT_EQ(mounted.mount->state(), Dir::stale);
 }
 
 // In the middle of a chain: what it mounts is stale while it has no owner, and takes no changes from below.
 TEST_F(MountTest, AChainKnowsThatItsBeginningIsCut) {
-  mounted(Access::writable, Access::writable);
   LogPair below;
-  Vek::Ptr<Dir> const belowDir = Vek::make<Dir>();
-  below.owner().exports().exportIs(replica(), Access::writable);
-  auto const belowMount = Vek::make<Mount>("toy", *Toy::_fwkType(), Access::writable, belowDir);
-  below.reader().mounts().mountIs(belowMount);
-  below.settle();
-  ASSERT_EQ(belowMount->state(), Dir::inStep);
-  auto const end = Vek::ptrCast<Toy>(belowDir->entity("toy"));
-  end->sizeIs(3);
+  Mounted<Toy> middle(pair, toy);
+  Mounted<Toy> const end(below, middle.replica());
+  ASSERT_EQ(end.mount->state(), Dir::inStep);
+  end.replica()->sizeIs(3);
   below.settle();
   pair.settle();
   EXPECT_EQ(toy->size(), 3U);
   pair.cut();
   below.settle();
-  EXPECT_EQ(belowMount->state(), Dir::stale);
-  EXPECT_THROW(end->sizeIs(4), Vek::ReadOnlyException);
+  EXPECT_EQ(end.mount->state(), Dir::stale);
+  EXPECT_THROW(end.replica()->sizeIs(4), Vek::ReadOnlyException);
   pair.connect();
-  mounted(Access::writable, Access::writable);
+  middle.bind(pair, toy);
+  pair.settle();
   below.settle();
-  EXPECT_EQ(belowMount->state(), Dir::inStep);
+  EXPECT_EQ(end.mount->state(), Dir::inStep);
 }
 
 TEST_F(MountTest, WhatIsTooLongForThePeerIsNamedAndTheRestGoesOn) {
-  PairOptions options;
-  options.limits.recordBytes = 1024;
-  LogPair narrow(options);
+  LogPair narrow({.limits = {.recordBytes = 1024}});
   toy->placeIs({1, 2, Vek::String8(std::string_view(std::string(2000, 'x')))});
-  narrow.owner().exports().exportIs(toy, Access::readOnly);
-  mount = Vek::make<Mount>("toy", *Toy::_fwkType(), Access::readOnly, dir);
-  narrow.reader().mounts().mountIs(mount);
-  narrow.settle();
-  EXPECT_EQ(mount->state(), Dir::inStep);
+  Mounted<Toy> const mounted(narrow, toy, Access::readOnly);
+  EXPECT_EQ(mounted.mount->state(), Dir::inStep);
   ASSERT_EQ(narrow.owner().demuxer().notReplicated().size(), 1U);
   EXPECT_EQ(narrow.owner().demuxer().notReplicated()[0], "toy.place");
   toy->placeIs({1, 2, "short"});
   narrow.settle();
   EXPECT_TRUE(narrow.owner().demuxer().notReplicated().empty());
-  EXPECT_EQ(replica()->place(), toy->place());
+  EXPECT_EQ(mounted.replica()->place(), toy->place());
+}
+
+// A box that both ends may change, in step.
+struct BothWays : LeakCheck {
+  explicit BothWays(PairOptions const& options = oneRecord()) : pair(options) {}
+
+  void expectEqual() {
+    pair.settle();
+    EXPECT_EQ(mounted.mount->state(), Dir::inStep);
+    EXPECT_EQ(Vek::digest(*box), Vek::digest(*replica));
+  }
+  // What an end says goes nowhere from here on, and its log is short of room.
+  void stall(MemoryTransport& transport, ToyBox& its) {
+    transport.capacityIs(0);
+    its.countsIs(1, its.counts(1) + 1);
+  }
+  void letGo() {
+    for (auto* const transport : {&pair.ownerTransport(), &pair.readerTransport()}) {
+      transport->capacityIs(std::numeric_limits<std::size_t>::max());
+    }
+  }
+
+  LogPair pair;
+  Ptr<ToyBox> box = Toys::toyBoxFactory("box");
+  Mounted<ToyBox> mounted{pair, box};
+  Ptr<ToyBox> replica = mounted.replica();
+};
+
+TEST_F(BothWays, AChildWhoseBindIsParkedIsNotSweptAway) {
+  box->shelvesIs("old");
+  expectEqual();
+  stall(pair.readerTransport(), *replica);
+  Ptr<Toys::Shelf> const made = replica->shelvesIs("new");
+  box->vekNboAttrLogSa(pair.owner().out())->oweEverything();
+  for (int steps = 0; steps < 100; ++steps) pair.step();
+  EXPECT_EQ(replica->shelves("new"), made);
+  letGo();
+  expectEqual();
+  EXPECT_EQ(replica->shelves("new"), made);
+  EXPECT_NE(box->shelves("new"), nullptr);
+  EXPECT_NE(box->shelves("old"), nullptr);
+}
+
+struct FewEntities : BothWays {
+  FewEntities() : BothWays({.limits = {.entities = 3}}) {}
+};
+
+TEST_F(FewEntities, AChildWhoseBindIsParkedComesAsItIsWhenAnIdIsFree) {
+  auto const other = Toys::toyFactory("other");
+  Mounted<Toy> const ofOther(pair, other);
+  box->shelvesIs("a");
+  expectEqual();
+  box->shelvesIs("b");
+  box->lidIs("lid");
+  pair.settle();
+  EXPECT_EQ(replica->shelves("b"), nullptr);
+  box->shelves("b")->drawersIs("d")->thingsIs(7);
+  box->lid()->openIs(false);
+  pair.settle();
+  EXPECT_EQ(mounted.mount->state(), Dir::inStep);
+  pair.owner().exports().exportDel("other");
+  box->shelvesDel("a");
+  box->lidDel();
+  expectEqual();
+  EXPECT_EQ(replica->shelves("b")->drawers("d")->things(), 7U);
+}
+
+TEST_F(FewEntities, ATreeOfMoreNeverComesInStepAndTheReasonIsTold) {
+  pair.cut();
+  for (char const* name : {"a", "b", "c"}) box->shelvesIs(name);
+  pair.connect();
+  mounted.bind(pair, box);
+  for (int steps = 0; steps < 20; ++steps) pair.step();
+  EXPECT_EQ(mounted.mount->state(), Dir::stale);
+  EXPECT_EQ(pair.owner().closeReason(), "box.shelves: the peer takes no more than 3 entities");
+}
+
+// What a change costs that everybody has to pay for: no memory in step, one record for a burst where the log is short.
+struct CostTest : LeakCheck {
+  LogPair pair;
+  Ptr<ToyBox> box = Toys::toyBoxFactory("box");
+  Ptr<Toy> toy = Toys::toyFactory("toy");
+  Mounted<ToyBox> mountedBox{pair, box, Access::readOnly};
+  Mounted<Toy> mountedToy{pair, toy, Access::readOnly};
+};
+
+TEST_F(CostTest, ChangeInStepAllocatesNothingFromTheSetterToTheReplica) {
+  auto const changeAll = [this](U32 value) {
+    toy->sizeIs(value);
+    toy->brokenIs(value % 2 == 0);
+    toy->placeIs({value, 0.5, {}});
+    box->countsIs(1, value);
+    box->wantedIs(7, value % 2 == 0);
+    for (int i = 0; i < 4; ++i) pair.step();
+  };
+  changeAll(1);
+  changeAll(2);
+  int const before = allocationCount();
+  for (U32 value = 3; value < 1000; ++value) changeAll(value);
+  EXPECT_EQ(allocationCount(), before);
+  EXPECT_EQ(mountedToy.replica()->size(), 999U);
+}
+
+TEST_F(CostTest, BurstWhileTheLogIsShortCostsOneRecordOfTheLastValue) {
+  pair.ownerTransport().capacityIs(0);
+  while (pair.owner().out()->hasSufficientBuffer()) toy->sizeInc(1);
+  auto const records = pair.owner().out()->records();
+  for (U32 value = 0; value < 1'000'000; ++value) toy->sizeIs(value);
+  EXPECT_EQ(pair.owner().out()->records(), records);
+  pair.ownerTransport().capacityIs(std::numeric_limits<std::size_t>::max());
+  pair.settle();
+  EXPECT_EQ(pair.owner().out()->records(), records + 1);
+  EXPECT_EQ(mountedToy.replica()->size(), 999'999U);
 }
 
 }  // namespace

@@ -6,14 +6,11 @@ namespace {
 
 using Toys::Calls;
 
-struct Receiving : BareLog {
-  Receiving() : BareLog(PairOptions{}) {}
+struct Receiving : BareToys {
+  Receiving() : BareToys(PairOptions{}) {}
 
-  Ptr<Toy> toy = Toys::toyFactory("toy");
-  Ptr<ToyBox> box = Toys::toyBoxFactory("box");
   Ptr<Toy::VekNboAttrLogSa> toys = bound(toy);
   Ptr<ToyBox::VekNboAttrLogSa> boxes = bound(box);
-  Calls calls;
 
   template <class Error>
   std::string complaint(Sa& adapter, int attr, std::string_view digits, bool resend = false) {
@@ -92,44 +89,6 @@ TEST_F(Receiving, PassesOverAndSendsWhatStands) {
   EXPECT_EQ(toys->syncMode(), Sa::noSync);
   EXPECT_EQ(box->countsCount(), 1U);
   EXPECT_EQ(box->lid(), nullptr);
-}
-
-TEST_F(Receiving, KeysLoseTheirMarkAlsoWhereNothingChanges) {
-  box->countsIs(1, 0x10);
-  auto it = box->countsIterator();
-  for (std::string const value : {"00000010", "00000011"}) {
-    it->vekMarkedForDeletionIs(true);
-    receive(*boxes, 258, "00000001" + value);
-    EXPECT_FALSE(it->vekMarkedForDeletion()) << value;
-  }
-  auto const ear = Toys::listen<Toys::BoxListener>(box, calls, "L");
-  receive(*boxes, -258, "00000009");
-  EXPECT_EQ(calls, Calls{});
-  EXPECT_FALSE(boxes->hasFlag(Sa::entityReactorActive));
-}
-
-TEST_F(Receiving, WhatCannotBeReadIsNotApplied) {
-  struct {
-    int attr;
-    std::string digits;
-    char const* what;
-  } const cases[] = {
-      {263, "0fff" + std::string(32, '0'), "VlanIdOrNone::value > 4094 not allowed"},
-      {266, textHex("s") + "00000000", "a record that ends inside a field"},
-      {266, textHex("s") + "0000000000000002", "a child under an id that is none"},
-      {144, "00ff00000000010a" + textHex("s") + peersId, "a record that ends inside a field"},
-      {144, "000800ff0000010a00000000" + textHex("s") + peersId, "a record that ends inside a field"},
-      {144, "00", "a record that ends inside a field"},
-  };
-  auto const ear = Toys::listen<Toys::BoxListener>(box, calls, "L");
-  U32 const before = boxes->references();
-  for (auto const& each : cases) {
-    SCOPED_TRACE(each.digits);
-    EXPECT_EQ(complaint<std::exception>(*boxes, each.attr, each.digits), each.what);
-    EXPECT_FALSE(boxes->hasFlag(Sa::entityReactorActive));
-    EXPECT_EQ(boxes->references(), before);
-  }
-  EXPECT_EQ(calls, Calls{});
 }
 
 TEST_F(Receiving, WrappersOfChildRecords) {

@@ -1,4 +1,4 @@
-// What goes because a peer no longer mentions it: markers, modes, remounts; and how an entity is announced.
+// What goes because a peer no longer mentions it: markers, modes, remounts.
 #include "tests/attrlog/BareLog.h"
 
 #include <algorithm>
@@ -10,13 +10,11 @@ namespace {
 
 using Toys::Calls;
 
-struct Sweeping : BareLog {
-  Sweeping() : BareLog(PairOptions{}) { other.settle(), LogTest::said(other.owner()); }
+struct Sweeping : BareToys {
+  Sweeping() : BareToys(PairOptions{}) { other.settle(), LogTest::said(other.owner()); }
 
   LogPair other;
-  Ptr<ToyBox> box = Toys::toyBoxFactory("box");
   Ptr<ToyBox::VekNboAttrLogSa> adapter = bound(box);
-  Calls calls;
 
   void marker(Vek::AttributeId attr, Sa::AttrTransactionType type) { adapter->handleAttrTransaction(attr, type, 0); }
 };
@@ -39,6 +37,7 @@ TEST_F(Sweeping, WhatWasNotMentionedGoes) {
   };
   auto const elsewhere = bound(box, 0, other.owner());
   auto const ear = Toys::listen<Toys::BoxListener>(box, calls, "L");
+  auto const digits = [](int number) { return "0000000" + std::to_string(number); };
   for (auto const& each : cases) {
     SCOPED_TRACE(each.what);
     for (U32 const key : {1U, 2U, 3U}) box->countsIs(key, key);
@@ -50,7 +49,7 @@ TEST_F(Sweeping, WhatWasNotMentionedGoes) {
       if (auto const* const type = std::get_if<Sa::AttrTransactionType>(&act))
         marker(258, *type);
       else
-        receive(*adapter, 258, std::string("0000000") + static_cast<char>('0' + std::get<int>(act)) + "00000009");
+        receive(*adapter, 258, digits(std::get<int>(act)) + digits(2));  // of the second that is no change
     }
     std::string left;
     for (auto it = box->countsIteratorConst(); it; ++it) left += static_cast<char>('0' + it->key());
@@ -120,44 +119,17 @@ TEST_F(Sweeping, ASingleChildIsSilentUntilItComes) {
   EXPECT_EQ(said(), (Records{"258:01"}));
 }
 
-// Writes down the markers that its mode turns into.
-struct Noting final : ToyBox::VekNboAttrLogSa {
-  using ToyBox::VekNboAttrLogSa::VekNboAttrLogSa;
-  void handleAttrTransaction(Vek::AttributeId attr, AttrTransactionType type, U32 argument) override {
-    noted += std::to_string(attr) + (type == beginMarker ? "b " : "e ");
-    ToyBox::VekNboAttrLogSa::handleAttrTransaction(attr, type, argument);
+TEST_F(Sweeping, AModeBeginsOrEndsAllWhateverItsNumber) {
+  for (char const* ends : {"00000000", "00000001", "00000003"}) {
+    for (U32 const key : {1U, 2U}) box->countsIs(key, key), box->wantedIs(key, true);
+    box->shelvesIs("s");
+    receive(*adapter, 135, "00000002");
+    receive(*adapter, 258, "0000000100000001");
+    receive(*adapter, 260, "0000000201");
+    receive(*adapter, 135, ends);
+    EXPECT_EQ(box->countsCount() + box->wantedCount(), 2U) << ends;
+    EXPECT_EQ(box->shelves("s"), nullptr) << ends;
   }
-  std::string noted;
-};
-
-TEST_F(Sweeping, AModeBeginsOrEndsAllInOrder) {
-  auto const some = Toys::toyBoxFactory("some");
-  auto const noting = Vek::make<Noting>(Sa::Vek_BitSet{}, some, U32{1}, log().out(), nullptr);
-  noting->hasNotificationActiveIs(true);
-  noting->doAssignEntityId();
-  receive(*noting, 135, "00000002");
-  EXPECT_EQ(std::exchange(noting->noted, ""), "258b 259b 260b 261b 263b 265b 266b ");
-  for (char const* mode : {"00000000", "00000001", "00000003"}) {
-    receive(*noting, 135, mode);
-    EXPECT_EQ(std::exchange(noting->noted, ""), "258e 259e 260e 261e 263e 265e 266e ") << mode;
-  }
-  noting->syncModeIs(Sa::synchronising);
-  EXPECT_EQ(noting->noted, "") << "no record is applied";
-}
-
-TEST_F(Sweeping, AnAnnouncementTellsWhatTheConstructorTakes) {
-  auto const section = [](char const* number, std::string const& fields) {
-    std::string const length{static_cast<char>(fields.size() / 2)};
-    return std::string(number) + "000000" + hex(length) + fields;
-  };
-  auto const drawer = Vek::make<Toys::Drawer>("d", "label");
-  auto const shelf = Vek::make<Toys::Shelf>("s");
-  bound(drawer)->doSerializeOrphan();
-  bound(shelf)->doSerializeOrphan();
-  EXPECT_EQ(said(), (Records{"136~:" + section("01", textHex("Toys::Drawer")) +
-                                 section("03", textHex("d") + textHex("label")) + section("04", "0100019300000005"),
-                             "136~:" + section("01", textHex("Toys::Shelf")) + section("03", textHex("s")) +
-                                 section("04", "0100019300000007")}));
 }
 
 TEST_F(Sweeping, ARemountReachesChildrenAndNoOtherLog) {
@@ -202,22 +174,16 @@ TEST_F(Sweeping, ATypeBindsItsChildren) {
 }
 
 // Reactors that throw, and whose exceptions reach whoever made the change.
-struct Throwing final : Toys::BoxListener {
-  using BoxListener::BoxListener;
-  void onNotificationException(Vek::AttributeId) override { throw; }
-};
-struct ThrowingToy final : Toys::ToyListener {
-  using ToyListener::ToyListener;
+template <class Listener>
+struct Throwing final : Listener {
+  using Listener::Listener;
+  using Listener::onNotificationException;
   void onNotificationException(Vek::AttributeId) override { throw; }
 };
 
 TEST_F(Sweeping, AReactorThatThrowsLeavesAllAsItWas) {
-  auto const toy = Toys::toyFactory("toy");
   auto const toys = bound(toy);
-  struct {
-    char const* what;
-    std::function<void()> act;
-  } const cases[] = {
+  std::pair<char const*, std::function<void()>> const cases[] = {
       {"a scalar", [&] { receive(*toys, 259, "01"); }},
       {"a text", [&] { receive(*toys, 261, "0161"); }},
       {"a key", [&] { receive(*adapter, 258, "0000000100000009"); }},
@@ -232,18 +198,18 @@ TEST_F(Sweeping, AReactorThatThrowsLeavesAllAsItWas) {
       {"a mode", [&] { receive(*adapter, 135, "00000001"); }},
   };
   box->countsIs(1, 1);
-  auto const ear = Toys::listen<Throwing>(box, calls, "L");
-  auto const toyEar = Toys::listen<ThrowingToy>(toy, calls, "L");
+  auto const ear = Toys::listen<Throwing<Toys::BoxListener>>(box, calls, "L");
+  auto const toyEar = Toys::listen<Throwing<Toys::ToyListener>>(toy, calls, "L");
   auto const broken = [] { throw std::runtime_error("a reactor"); };
   U32 const before[] = {adapter->references(), toys->references(), box->references(), toy->references()};
-  for (auto const& each : cases) {
-    SCOPED_TRACE(each.what);
+  for (auto const& [what, act] : cases) {
+    SCOPED_TRACE(what);
     ear->always = toyEar->always = nullptr;
     for (U32 const key : {2U, 3U}) box->countsIs(key, key);
     for (auto it = box->countsIterator(); it; ++it) it->vekMarkedForDeletionIs(true);
     said();
     ear->always = toyEar->always = broken;
-    EXPECT_THROW(each.act(), std::runtime_error);
+    EXPECT_THROW(act(), std::runtime_error);
     U32 const busy = Sa::entityReactorActive | Sa::syncModeRelay | Sa::handlingScheduledFlowOut;
     EXPECT_FALSE(adapter->hasFlag(busy) || toys->hasFlag(busy));
     EXPECT_EQ(said(), Records{});

@@ -199,3 +199,20 @@ void expectMapKeepsItsWord(int cases) {
     MapRunner<Kind>{}.run(script);
   });
 }
+
+/// A member dies with its iterator's step and takes out the one that this step goes to. The four keys stand next to
+/// each other in the walk.
+template <class Map>
+void expectAMemberThatDiesUnderAnIteratorToTakeOutTheNextOne(std::array<Vek::U32, 4> const& keys) {
+  Map map;
+  for (Vek::U32 const key : keys) enter(map, key);
+  typename Map::Iterator it(&map, keys[0]);
+  it->atEnd = [&] { takeOut(map, keys[1]); };
+  takeOut(map, keys[0]);
+  ++it;
+  ASSERT_EQ(it->key(), keys[1]) << "it was the next one when the step was taken";
+  EXPECT_EQ(map[keys[1]], nullptr);
+  ++it;
+  ASSERT_TRUE(it);
+  EXPECT_EQ(it->key(), keys[2]);
+}

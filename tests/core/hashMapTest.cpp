@@ -49,17 +49,7 @@ TEST_F(HashMapOf, NumbersIsWalkedByReversedBits) {
 using DyingMap = Vek::HashMap<Dying<Vek::HashElement<U32, U32>>, U32, U32>;
 
 TEST_F(HashMapOf, AMemberThatDiesUnderAnIteratorMayTakeOutTheNextOne) {
-  DyingMap map;
-  for (U32 key : {0U, 16U, 32U, 48U, 1U}) enter(map, key);
-  DyingMap::Iterator it(&map);
-  it->atEnd = [&map] { takeOut(map, 32); };
-  takeOut(map, 0);
-  ++it;
-  ASSERT_EQ(it->key(), 32U) << "it was the next one when the step was taken";
-  EXPECT_EQ(map[32], nullptr);
-  ++it;
-  ASSERT_TRUE(it);
-  EXPECT_EQ(it->key(), 16U);
+  expectAMemberThatDiesUnderAnIteratorToTakeOutTheNextOne<DyingMap>({0, 32, 16, 48});
 }
 
 TEST_F(HashMapOf, AMemberThatDiesWhenItsMapIsEmptiedFindsItInOrderAndAnIteratorGoesNoFurther) {

@@ -39,18 +39,8 @@ TEST_F(RbTreeMapOf, NumbersIsWalkedByUnsignedValue) {
 }
 
 TEST_F(RbTreeMapOf, AMemberThatDiesUnderAnIteratorMayTakeOutTheNextOne) {
-  using Map = Vek::RbTreeMap<Dying<Vek::RbElement<U32, U32>>, U32, U32>;
-  Map map;
-  for (U32 key : {1U, 2U, 3U, 4U}) enter(map, key);
-  Map::TIterator it(&map);
-  it->atEnd = [&map] { takeOut(map, 2); };
-  takeOut(map, 1);
-  ++it;
-  ASSERT_EQ(it->key(), 2U) << "it was the next one when the step was taken";
-  EXPECT_EQ(map[2], nullptr);
-  ++it;
-  ASSERT_TRUE(it);
-  EXPECT_EQ(it->key(), 3U);
+  expectAMemberThatDiesUnderAnIteratorToTakeOutTheNextOne<Vek::RbTreeMap<Dying<Vek::RbElement<U32, U32>>, U32, U32>>(
+      {1, 2, 3, 4});
 }
 
 template <class K>

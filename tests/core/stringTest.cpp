@@ -127,12 +127,6 @@ TEST_F(Strings, EqualBytesHashAlikeInEveryClassAndBlock) {
   EXPECT_NE(bytes(std::string(8, '\0')).hash(), bytes(std::string(16, '\0')).hash());
 }
 
-TEST_F(Strings, FormatIsPrintf) {
-  EXPECT_TRUE(Vek::format("junk at column %lld deserializing %s", -5LL, "text") ==
-              "junk at column -5 deserializing text");
-  EXPECT_TRUE(Vek::format("%s", "") == "");
-}
-
 TEST_F(Strings, AStreamGetsTheBytesAlone) {
   std::ostringstream os;
   os.width(20);

@@ -26,11 +26,6 @@ struct Children : LeakCheck {
     EXPECT_EQ(box->readCount(), readsBefore);
     return calls;
   }
-  std::vector<std::string> shelfNames() const {
-    std::vector<std::string> names;
-    for (auto it = box->shelvesIteratorConst(); it; ++it) names.emplace_back(std::string_view(it->name()));
-    return names;
-  }
   static bool isParent(Vek::Entity const& child, Vek::Entity const* parent) { return child.parent() == parent; }
 
   Calls calls;
@@ -112,25 +107,6 @@ TEST_F(Children, HaveTheirPlaceInTheirParentsForAName) {
   EXPECT_EQ(drawer->fullName(), "top.drawers[left]") << "a removed one is a root";
   top->drawersDelAll();
   EXPECT_EQ(drawer->fullName(), "left");
-}
-
-TEST_F(Children, TheBoxLivesToTheEndOfWhatDroppedItsLastReference) {
-  for (char const* name : {"top", "bottom"}) box->shelvesIs(name);
-  Calls expected;
-  for (auto const& name : shelfNames()) expected.push_back("r shelves " + name);
-  expected.emplace_back("r end");
-  calls.clear();
-  reactor->nextDo({[&] { box = nullptr; }});
-  box->shelvesDelAll();
-  EXPECT_EQ(calls, expected);
-
-  box = toyBoxFactory("box");
-  reactor->notifierIs(box);
-  calls.clear();
-  reactor->nextDo({[&] { box = nullptr; }});
-  Ptr<Lid> const lid = box->lidIs("a");
-  EXPECT_EQ(calls, (Calls{"r lid", "r end", "r lid"}));
-  EXPECT_TRUE(isParent(*lid, nullptr)) << "given to the caller, but the box has gone";
 }
 
 TEST_F(Children, ChildrenOfChildrenGoWithThem) {

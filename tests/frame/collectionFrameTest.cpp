@@ -15,23 +15,6 @@ struct Collections : LeakCheck {
   Ptr<BoxListener> reactor = listen<BoxListener>(box, calls, "r");
 };
 
-TEST_F(Collections, KeysOfEveryTypeAreToldAndWalkedInTheirOrder) {
-  for (U32 const key : {8U, ~0U, 1U, 0U}) box->countsIs(key, 1);
-  for (int const key : {8, 2048, 1, 0}) box->fapsIs(static_cast<unsigned short>(key), 1);
-  for (U32 const key : {3U, 1U, 2U}) box->wantedIs(key, false);
-  box->notesIs("", {});
-  box->vlansIs(Bridging::VlanIdOrNone(4094), {});
-  calls.clear();
-  box->countsDelAll();
-  box->fapsDelAll();
-  box->wantedDelAll();
-  box->notesDelAll();
-  box->vlansDelAll();
-  EXPECT_EQ(calls,
-            (Calls{"r counts 0", "r counts 1", "r counts 8", "r counts 4294967295", "r faps 0", "r faps 1", "r faps 8",
-                   "r faps 2048", "r wanted 2", "r wanted 1", "r wanted 3", "r notes ", "r vlans 4094"}));
-}
-
 TEST_F(Collections, AnEqualRecordIsThePresentValue) {
   reactor->nextDo({[&] { EXPECT_EQ(box->writeCount(), 1U) << "counted before anybody hears"; },
                    [&] { EXPECT_EQ(box->writeCount(), 2U); }});
@@ -59,6 +42,9 @@ TEST_F(Collections, TheBoxLivesToTheEndOfWhatDroppedItsLastReference) {
            Case{[](ToyBox& b) { b.countsIs(1, 9); }, {"r counts 1", "r end"}},
            Case{[](ToyBox& b) { b.countsDelAll(); }, {"r counts 1", "r counts 2", "r end"}},
            Case{[](ToyBox& b) { b.wantedDelAll(); }, {"r wanted 2", "r wanted 1", "r end"}},
+           Case{[](ToyBox& b) { b.lidIs("a"); }, {"r lid", "r end", "r lid"}},
+           Case{[](ToyBox& b) { b.newShelves("a"), b.newShelves("b"), b.shelvesDelAll(); },
+                {"r shelves b", "r shelves a", "r end"}},
        }) {
     box = toyBoxFactory("box");
     for (U32 const key : {1U, 2U}) {

@@ -147,6 +147,13 @@ TEST_F(ReactorWalk, AReactorThatIsNotWeakKeepsItsToyUntilItMovesOn) {
   EXPECT_EQ(scene.calls.back(), "a size");
   a.notifierIs(nullptr);
   EXPECT_EQ(scene.other->references(), 1U);
+
+  // A weak one that is told of the end off the list lets go too.
+  a.isWeakReferenceIs(true);
+  a.isRegisteredNotifieeIs(false);
+  a.notifierIs(scene.other);
+  a.onZeroReferences();
+  EXPECT_EQ(a.rawNotifier(), nullptr);
 }
 
 }  // namespace

@@ -1,12 +1,14 @@
-// What happens when the toys' schema file loads.
+// What a schema file leaves in its library: the names of its types, and what happens when that of the toys loads.
 #include "dornl3/frame/SchemaFile.h"
 
+#include "dornl3/frame/TypeNames.h"
 #include "tests/frame/Toy.h"
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <bit>
+#include <string>
 #include <vector>
 
 namespace {
@@ -22,6 +24,29 @@ std::vector<void const*>& kept() {
 void Vek::forcePointerAccessH(void const* function) noexcept { kept().push_back(function); }
 
 namespace {
+
+constexpr char name31[] = "names::ATypeOfThirtyOneBytesInA";
+constexpr char name32[] = "names::ATypeOfThirtyTwoBytesInAl";
+static_assert(sizeof name31 == 32 && sizeof name32 == 33);
+constexpr char name1[] = "T";
+
+template <char const* name>
+struct Named {
+  struct Attr {
+    static constexpr char const* fullName = name;
+  };
+};
+
+TEST(TypeNames, EachBeginsOnABoundaryBehindTheZeroByteOfTheOneBefore) {
+  auto const block = Vek::typeNames(Vek::List<Named<name1>, Named<name32>, Named<name31>>{});
+  std::string expected(name31);
+  expected.resize(32);
+  expected += name32;
+  expected.resize(96);
+  expected += name1;
+  expected += '\0';
+  EXPECT_EQ(std::string(block.begin(), block.end()), expected);
+}
 
 TEST(SchemaFile, KeepsTheCodeOfThePointersToItsEntitiesForDebuggers) {
   using Toys::ToyBox;

@@ -16,13 +16,6 @@ Vek::Ptr<GenericIf> plain(T const& value) {
   return Vek::Builtin<T>::_fwkType()->genericIf(static_cast<void const*>(&value), false);
 }
 
-TEST_F(ValueGeneric, FindsAttributesByTheirExactNames) {
-  auto const point = ToyPoint::GenericIf_::GenericIf_Is(ToyPoint(), false);
-  EXPECT_EQ(point->attributeId("label"), 4U);
-  EXPECT_EQ(point->attributeId("Label"), GenericIf::noAttribute);
-  EXPECT_EQ(point->attributeId("lab"), GenericIf::noAttribute);
-}
-
 TEST_F(ValueGeneric, TakesAnotherValueWhateverItsConstnessAndItsCopyIsAsConst) {
   for (bool const isConst : {false, true}) {
     auto const point = ToyPoint::GenericIf_::GenericIf_Is(ToyPoint(), isConst);
@@ -36,14 +29,6 @@ TEST_F(ValueGeneric, TakesAnotherValueWhateverItsConstnessAndItsCopyIsAsConst) {
     EXPECT_EQ(equals(point->clone()), "True");
     EXPECT_EQ(equals(ToyPoint::GenericIf_::GenericIf_Is(ToyPoint(), false)), "False");
   }
-}
-
-TEST_F(ValueGeneric, ANarrowValueTravelsByValueAndAnyOtherByReference) {
-  using Point = ToyPoint::GenericIf_;
-  using Vlan = ToyVlan::GenericIf_;
-  EXPECT_TRUE((std::is_same_v<decltype(&Point::valIs),
-                              void (Vek::ValueGeneric<ToyPoint, ToyPoint const&>::*)(ToyPoint const&)>));
-  EXPECT_TRUE((std::is_same_v<decltype(&Vlan::valIs), void (Vek::ValueGeneric<ToyVlan, ToyVlan>::*)(ToyVlan)>));
 }
 
 TEST_F(ValueGeneric, IsRegisteredFromTheStartAndAgainWhenSwitchedOnAgain) {

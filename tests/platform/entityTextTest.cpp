@@ -53,10 +53,7 @@ struct EntityText : LeakCheck {
 };
 
 TEST_F(EntityText, AReferenceReadsBackWhateverTheName) {
-  struct {
-    std::string_view name;
-    char const* text;
-  } const cases[] = {
+  std::pair<std::string_view, char const*> const cases[] = {
       {"a-b_c:d/17", "a-b_c:d/17"},
       {"", "''"},
       {"None", "'None'"},
@@ -65,11 +62,11 @@ TEST_F(EntityText, AReferenceReadsBackWhateverTheName) {
       {"it's", "'it\\'s'"},
       {std::string_view{"\0\xff", 2}, "'\\x00\\xff'"},
   };
-  for (auto const& c : cases) {
-    SCOPED_TRACE(c.text);
-    auto const box = enter<Box>(Name{c.name});
+  for (auto const& [name, written] : cases) {
+    SCOPED_TRACE(written);
+    auto const box = enter<Box>(Name{name});
     auto const text = Vek::valueToStrepOfRawPtr(box.ptr(), typeid(Entity));
-    EXPECT_TRUE(text == c.text);
+    EXPECT_TRUE(text == written);
     auto const back = read<Box>(text);
     EXPECT_TRUE(back.value == box) << back.message;
   }
@@ -87,10 +84,7 @@ TEST_F(EntityText, WhatDenotesNoEntityIsNull) {
 
 TEST_F(EntityText, WhatIsLeftOverIsJunkAndGivesTheReferenceBack) {
   auto const box = enter<Box>("box");
-  struct {
-    char const* text;
-    char const* message;
-  } const cases[] = {
+  std::pair<char const*, char const*> const cases[] = {
       {"box ", "junk at column 3 deserializing box "},
       {"box.a[b]c", "junk at column 8 deserializing box.a[b]c"},
       {"box[b]", "junk at column 3 deserializing box[b]"},
@@ -103,7 +97,7 @@ TEST_F(EntityText, WhatIsLeftOverIsJunkAndGivesTheReferenceBack) {
       {"box.a[", "expected a string in quotes at column 6, found the end of the text"},
       {"box.a[b.c]", "expected ] at column 7, found '.c]'"},
   };
-  for (auto const& c : cases) EXPECT_EQ(read<Box>(c.text).message, c.message);
+  for (auto const& [text, message] : cases) EXPECT_EQ(read<Box>(text).message, message);
   EXPECT_EQ(box->references(), 3U) << "the directory, this test and its fixture";
 }
 

@@ -1,6 +1,5 @@
 #include "dornl3/platform/vek/ScalarText.h"
 
-#include "dornl3/platform/vek/TextReader.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/platform/ReadText.h"
 
@@ -57,10 +56,7 @@ TEST_F(ScalarText, EveryDoubleReadsBackTheSame) {
 }
 
 TEST_F(ScalarText, ANumberIsRoundedOnceToTheNearestDouble) {
-  struct {
-    std::string text;
-    double value;
-  } const cases[] = {
+  std::pair<std::string, double> const cases[] = {
       // Just beside the middle of two doubles, nearer than the extended type can tell: rounding twice gets them wrong.
       {"9007199254740993.00000000000000000000001", 9007199254740994.0},
       {"1.00000000000000011102230246251565404236316680908203126", 1.0000000000000002},
@@ -85,11 +81,11 @@ TEST_F(ScalarText, ANumberIsRoundedOnceToTheNearestDouble) {
       {"007.25", 7.25},
       {"+inf", std::numeric_limits<double>::infinity()},
   };
-  for (auto const& c : cases) {
-    auto const read = readScalar<long double>(c.text);
-    ASSERT_TRUE(read.value) << c.text;
-    EXPECT_EQ(std::bit_cast<U64>(static_cast<double>(*read.value)), std::bit_cast<U64>(c.value)) << c.text;
-    EXPECT_EQ(read.column, static_cast<int>(c.text.size())) << c.text;
+  for (auto const& [text, value] : cases) {
+    auto const read = readScalar<long double>(text);
+    ASSERT_TRUE(read.value) << text;
+    EXPECT_EQ(std::bit_cast<U64>(static_cast<double>(*read.value)), std::bit_cast<U64>(value)) << text;
+    EXPECT_EQ(read.column, static_cast<int>(text.size())) << text;
   }
 }
 
@@ -142,10 +138,7 @@ TEST_F(ScalarText, TruthIsSpelledInFull) {
 }
 
 TEST_F(ScalarText, AStringIsQuotedAndWhatDoesNotPrintIsEscaped) {
-  struct {
-    std::string_view value;
-    char const* text;
-  } const cases[] = {
+  std::pair<std::string_view, char const*> const cases[] = {
       {"", "''"},
       {" plain text~", "' plain text~'"},
       {"it's", "'it\\'s'"},
@@ -154,7 +147,7 @@ TEST_F(ScalarText, AStringIsQuotedAndWhatDoesNotPrintIsEscaped) {
       {"\n\r\t", "'\\n\\r\\t'"},
       {std::string_view{"\0\x1f\x7f\x80\xff", 5}, "'\\x00\\x1f\\x7f\\x80\\xff'"},
   };
-  for (auto const& c : cases) EXPECT_EQ(textOf(String8{c.value}), c.text);
+  for (auto const& [value, text] : cases) EXPECT_EQ(textOf(String8{value}), text);
 }
 
 TEST_F(ScalarText, EveryByteStringReadsBackTheSame) {
@@ -194,45 +187,6 @@ TEST_F(ScalarText, NoReaderLooksBehindTheEnd) {
   EXPECT_FALSE(readScalar<String8>("'abc'", 4).value);
   EXPECT_EQ(readScalar<String8>("'abc'd'", 5).column, 5);
   EXPECT_FALSE(readScalar<long long>("123", 0).value);
-}
-
-TEST_F(ScalarText, APatternsBlankMatchesAnyWhiteSpaceAndNone) {
-  auto const need = [](std::string_view text, char const* pattern, int length = -1) {
-    return readText(
-        text,
-        [pattern](auto& it, auto const& end) {
-          Vek::needString(it, end, pattern);
-          return true;
-        },
-        length);
-  };
-  EXPECT_EQ(need("(x", " (").column, 1);
-  EXPECT_EQ(need(" \t\r\n\v\f(x", " (").column, 7);
-  EXPECT_EQ(need("}  x", "} ").column, 3);
-  EXPECT_EQ(need("}", "} ").column, 1);
-  auto const bad = need("  **|{", " **");
-  EXPECT_EQ(bad.column, 4);
-  auto const worse = need("  * *", " **");
-  EXPECT_EQ(worse.column, 3);
-  EXPECT_EQ(worse.message, "expected ** at column 3, found ' *'");
-  EXPECT_EQ(need(" **", " **", 2).message, "expected ** at column 2, found the end of the text");
-  EXPECT_TRUE(need("", " ").value);
-}
-
-TEST_F(ScalarText, AttributesCutBitsAndNameThemselvesInFailures) {
-  auto const attribute = [](std::string_view text, auto tag) {
-    return readText(text, [tag](auto& it, auto const& end) {
-      return Vek::deserializeAttr(it, end, const_cast<decltype(tag)*>(&tag), "level");
-    });
-  };
-  EXPECT_EQ(attribute("259", Vek::U8{}).value, 3);
-  EXPECT_EQ(attribute("4294967301", Vek::U32{}).value, 5U);
-  EXPECT_EQ(attribute("-1", Vek::U32{}).value, ~0U);
-  EXPECT_EQ(attribute("18446744073709551615", U64{}).value, ~0ULL);
-  EXPECT_EQ(attribute("0.1", double{}).value, 0.1);
-  EXPECT_EQ(attribute("True", bool{}).value, true);
-  EXPECT_EQ(attribute("x", U64{}).message, "level: expected a whole number at column 0, found 'x'");
-  EXPECT_EQ(attribute("True", String8{}).message, "level: expected a string in quotes at column 0, found 'True'");
 }
 
 }  // namespace

@@ -97,7 +97,9 @@ TEST_F(GenericLaw, ReachesEveryEntityTypeAndFindsEveryAttributeByName) {
   for (Generic const& entity : entities_) reached.insert(entity->type());
   EXPECT_EQ(reached.size(), entityTypes().size());
   each([](Generic const& entity, VekAttr const& attr) {
-    EXPECT_EQ(entity->attributeId(Vek::String8(attr.name())), attr.id());
+    Vek::String8 const name(attr.name());
+    EXPECT_EQ(entity->attributeId(name), attr.id());
+    EXPECT_EQ(entity->attributeId(name.substr(0, name.length() - 1)), GenericIf::noAttribute);
   });
 }
 
@@ -279,6 +281,7 @@ TEST_F(GenericLaw, AValueRefusesInOrder) {
     std::vector<Generic> arguments;
     for (auto const& attr : type->attributes()) {
       SCOPED_TRACE(attr->name());
+      EXPECT_EQ(value->attributeId(Vek::String8(attr->name())), attr->id());
       std::string const its = text(attr->name());
       auto nothing = arguments;
       nothing.push_back({});

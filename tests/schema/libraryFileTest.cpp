@@ -91,32 +91,6 @@ Names offered() {
   return names;
 }
 
-// What code that uses a type needs of the library; the rest of a type's members are inline, or virtual.
-Names neededOf(File const& file, Type const& type) {
-  std::string const full = fullName(file, type);
-  Names names{full + "::" + type.name, full + "::_fwkType", full + "::GenericIf_::attributeOp"};
-  if (!type.isEntity()) names.insert(full + "::operator==");
-  if (!type.factory.empty()) names.insert(file.nameSpace + "::" + type.factory);
-  for (Attribute const& a : type.attributes) {
-    if (!type.isEntity() || a.shape == Shape::fixed || a.shape == Shape::constant || a.shape == Shape::retired) {
-      continue;
-    }
-    names.insert(full + "::" + setterName(a.name));
-    if (a.increment) names.insert(full + "::" + incrementerName(a.name));
-    if (a.shape != Shape::scalar && a.shape != Shape::text) names.insert(full + "::" + removerName(a.name));
-  }
-  return names;
-}
-
-TEST(LibraryFile, OffersWhatTheSchemaFilesTellOf) {
-  Names const all = offered();
-  for (File const& file : houseFiles()) {
-    for (Type const& type : file.types) {
-      for (std::string const& name : neededOf(file, type)) EXPECT_TRUE(all.contains(name)) << name;
-    }
-  }
-}
-
 TEST(LibraryFile, OffersNeitherDescriptorsNorAnythingOfOthers) {
   if (isSanitized) GTEST_SKIP() << "sanitizers have the compiler emit records of function types, and templates";
   for (std::string name : offered()) {

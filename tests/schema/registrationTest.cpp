@@ -12,6 +12,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -25,6 +26,16 @@ std::vector<Vek::VekType*> ourTypes() {
   std::vector<Vek::VekType*> types = Vek::VekType::registered();
   std::erase_if(types, [](Vek::VekType* type) { return std::string_view(type->fullName()).substr(0, 25) != ours; });
   return types;
+}
+
+// "name Vek::Name, fapName Vek::String".
+template <class Arguments>
+std::string told(Arguments const& arguments) {
+  std::ostringstream all;
+  char const* before = "";
+  for (auto const& argument : arguments)
+    all << std::exchange(before, ", ") << argument.name << ' ' << argument.typeName;
+  return all.str();
 }
 
 TEST(Registration, EveryAttributeHasTheNumberThatPeersKnow) {
@@ -46,7 +57,7 @@ TEST(Registration, EveryAttributeHasTheNumberThatPeersKnow) {
   EXPECT_EQ(found, expected);
 }
 
-TEST(Registration, KindsFlagsAndBasesFitEachOther) {
+TEST(Registration, KindsFlagsBasesAndConstructorArgumentsFitEachOther) {
   for (Vek::VekType* type : ourTypes()) {
     SCOPED_TRACE(std::string(type->fullName()));
     EXPECT_NE(type->isValue(), type->isEntity());
@@ -55,6 +66,14 @@ TEST(Registration, KindsFlagsAndBasesFitEachOther) {
     EXPECT_EQ(Vek::VekType::find(type->fullName()), type);
     std::string_view const full = type->fullName();
     EXPECT_EQ(std::string_view(type->name()), full.substr(full.rfind(':') + 1));
+    std::ostringstream fields;
+    char const* before = "";
+    for (auto const& attr : type->attributes()) {
+      fields << std::exchange(before, ", ") << attr->name() << ' ' << attr->valueType()->fullName();
+    }
+    std::string expected = type->isEntity() ? "name Vek::Name" : fields.str();
+    if (type == TableFapAuditInfo::_fwkType()) expected += ", fapName Vek::String";
+    EXPECT_EQ(told(type->constructorArgs()), expected);
   }
   EXPECT_EQ(Request::_fwkType()->size(), sizeof(Request));
   EXPECT_EQ(RouteStats::_fwkType()->size(), sizeof(RouteStats));
@@ -62,7 +81,7 @@ TEST(Registration, KindsFlagsAndBasesFitEachOther) {
                Vek::InternalException);
 }
 
-TEST(Registration, AnEntitysQueueOpensWithTheFrameworksAttributesAndTheMarker) {
+TEST(Registration, AnEntitysQueueOpensWithTheFrameworksAttributesAndTheMarkerAndEndsWithItsKey) {
   auto const& base = Vek::Entity::_fwkType()->attributes();
   ASSERT_FALSE(base.empty());
   for (Vek::VekType* type : ourTypes()) {
@@ -81,94 +100,48 @@ TEST(Registration, AnEntitysQueueOpensWithTheFrameworksAttributesAndTheMarker) {
     EXPECT_EQ(marker.flags(), (Flags{0x00022001, 0x00000400}));
     EXPECT_EQ(marker.introspectionFlags(), 8U);
     EXPECT_EQ(marker.valueType(), Vek::Builtin<bool>::_fwkType());
+    Vek::VekAttr const& last = *queue[queue.size() - 1];
+    bool const isMember = type == TableFapAuditInfo::_fwkType() || type == TableAuditInfo::_fwkType() ||
+                          type == ShadowAuditInfo::_fwkType();
+    EXPECT_EQ(last.name() == "fwkKey" && last.id() == 0, isMember);
+    EXPECT_EQ(last.valueType() == Vek::Name::_fwkType(), isMember && type != TableFapAuditInfo::_fwkType());
   }
 }
 
-TEST(Registration, AttributesCarryTheFlagsOfTheirClass) {
-  struct FlagCase {
-    Vek::VekType const* type;
+TEST(Registration, AttributesCarryTheFlagsOfTheirClassAndThoseThatMakeTheirTargetSayHow) {
+  struct AttributeCase {
+    Vek::VekType* type;
     char const* attribute;
     Flags flags;
     Vek::U32 introspectionFlags;
+    std::string arguments = {};  // with their types
+    char const* key = "";
   };
-  for (FlagCase const& c : {
-           FlagCase{Status::_fwkType(), "numVrfs", {0x00220143, 0x01000400}, 2},
-           FlagCase{Status::_fwkType(), "inUseArpEntries", {0x01a20143, 0x01000400}, 2},
-           FlagCase{AclRoute::Config::_fwkType(), "ipv4EgAclLabel", {0x01a20143, 0x01000400}, 2},
-           FlagCase{TableFapAuditInfo::_fwkType(), "fapName", {0x00220109, 0x40000400}, 2},
-           FlagCase{TableFapAuditInfo::_fwkType(), "fwkKey", {0x00200001, 0x00000400}, 0},
-           FlagCase{CliConfig::_fwkType(), "aradIp6HostRouteInLemDefault", {0x00220001, 0x40000410}, 0},
-           FlagCase{Status::_fwkType(), "lemV6RouteStats", {0x08220143, 0x11000400}, 2},
-           FlagCase{TableAuditInfo::_fwkType(), "perFapInfo", {0x09a20143, 0x11000400}, 34},
-       }) {
-    SCOPED_TRACE(c.attribute);
-    Vek::VekAttr const* const attr = const_cast<Vek::VekType*>(c.type)->type_Attr().attr(c.attribute);
-    ASSERT_NE(attr, nullptr);
-    EXPECT_EQ(attr->flags(), c.flags);
-    EXPECT_EQ(attr->introspectionFlags(), c.introspectionFlags);
-  }
-  EXPECT_EQ(Status::_fwkType()->type_Attr().attr("noSuchAttribute"), nullptr);
-}
-
-TEST(Registration, AttributesThatMakeTheirTargetSayHow) {
-  struct TargetCase {
-    Vek::VekType* type;
-    char const* attribute;
-    char const* argument;
-    char const* argumentType;
-    char const* keyAttribute;
-  };
-  for (TargetCase const& c : {
-           TargetCase{Status::_fwkType(), "lemV4RouteStats", "name", "Vek::Name", ""},
-           TargetCase{TableAuditInfo::_fwkType(), "perFapInfo", "fapName", "Vek::String", "fapName"},
-           TargetCase{AuditStatus::_fwkType(), "auditInfo", "name", "Vek::Name", "name"},
+  for (AttributeCase const& c : {
+           AttributeCase{Status::_fwkType(), "numVrfs", {0x00220143, 0x01000400}, 2},
+           AttributeCase{Status::_fwkType(), "inUseArpEntries", {0x01a20143, 0x01000400}, 2},
+           AttributeCase{AclRoute::Config::_fwkType(), "ipv4EgAclLabel", {0x01a20143, 0x01000400}, 2},
+           AttributeCase{TableFapAuditInfo::_fwkType(), "fapName", {0x00220109, 0x40000400}, 2},
+           AttributeCase{TableFapAuditInfo::_fwkType(), "fwkKey", {0x00200001, 0x00000400}, 0},
+           AttributeCase{CliConfig::_fwkType(), "aradIp6HostRouteInLemDefault", {0x00220001, 0x40000410}, 0},
+           AttributeCase{Status::_fwkType(), "lemV6RouteStats", {0x08220143, 0x11000400}, 2, "name Vek::Name"},
+           AttributeCase{TableAuditInfo::_fwkType(),
+                         "perFapInfo",
+                         {0x09a20143, 0x11000400},
+                         34,
+                         "fapName Vek::String",
+                         "fapName"},
+           AttributeCase{AuditStatus::_fwkType(), "auditInfo", {0x09a20143, 0x11000400}, 34, "name Vek::Name", "name"},
        }) {
     SCOPED_TRACE(c.attribute);
     Vek::VekAttr const* const attr = c.type->type_Attr().attr(c.attribute);
-    ASSERT_EQ(attr->constructorArgs().size(), 1U);
-    EXPECT_EQ(attr->constructorArgs()[0].name, c.argument);
-    EXPECT_EQ(attr->constructorArgs()[0].typeName, c.argumentType);
-    EXPECT_EQ(attr->keyAttrName(), c.keyAttribute);
-    EXPECT_TRUE(attr->flags().isInstantiating());
-    EXPECT_EQ(attr->flags().isCollection(), attr->keyType() != nullptr);
+    ASSERT_NE(attr, nullptr);
+    EXPECT_EQ(attr->flags(), c.flags);
+    EXPECT_EQ(attr->introspectionFlags(), c.introspectionFlags);
+    EXPECT_EQ(told(attr->constructorArgs()), c.arguments);
+    EXPECT_EQ(attr->keyAttrName(), c.key);
   }
-}
-
-TEST(Registration, MembersOfKeyedCollectionsEndTheirQueueWithTheirKey) {
-  for (Vek::VekType* type : ourTypes()) {
-    if (!type->isEntity()) continue;
-    SCOPED_TRACE(std::string(type->fullName()));
-    bool const isMember = type == TableFapAuditInfo::_fwkType() || type == TableAuditInfo::_fwkType() ||
-                          type == ShadowAuditInfo::_fwkType();
-    Vek::VekAttr const* last = nullptr;
-    for (auto const& attr : type->attributes()) last = &*attr;
-    EXPECT_EQ(last->name() == "fwkKey", isMember);
-    if (!isMember) continue;
-    EXPECT_EQ(last->id(), 0U);
-    EXPECT_EQ(last->valueType() == Vek::Name::_fwkType(), type != TableFapAuditInfo::_fwkType());
-  }
-}
-
-TEST(Registration, ConstructorArgumentsAreAllAttributesOfAValueAndTheNameOfAnEntity) {
-  for (Vek::VekType* type : ourTypes()) {
-    SCOPED_TRACE(std::string(type->fullName()));
-    auto const& arguments = type->constructorArgs();
-    if (type->isEntity()) {
-      ASSERT_EQ(arguments.size(), type == TableFapAuditInfo::_fwkType() ? 2U : 1U);
-      EXPECT_EQ(arguments[0].name, "name");
-      EXPECT_EQ(arguments[0].typeName, "Vek::Name");
-      if (arguments.size() == 2) {
-        EXPECT_EQ(arguments[1].name, "fapName");
-      }
-      continue;
-    }
-    ASSERT_EQ(arguments.size(), type->attributes().size());
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-      EXPECT_EQ(arguments[i].name, type->attributes()[i]->name());
-      EXPECT_EQ(arguments[i].typeName, type->attributes()[i]->valueType()->fullName());
-      EXPECT_EQ(type->attributes()[i]->id(), i + 2);
-    }
-  }
+  EXPECT_EQ(Status::_fwkType()->type_Attr().attr("noSuchAttribute"), nullptr);
 }
 
 TEST(Registration, EntitiesEnterTheirBaseFileByFileAndAlphabetically) {

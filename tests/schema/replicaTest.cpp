@@ -1,8 +1,7 @@
-// Entities of the real types and their replicas: every type, filled by what the registry says of it; a text of the most
-// that is allowed; and all that takes part in a replication, let go in any order.
+// Entities of the real types and their replicas: every type, filled by what the registry says of it; and all that takes
+// part in a replication, let go in any order.
 #include "dornl3/generic/Digest.h"
 #include "dornl3/schema/AuditStatus.h"
-#include "dornl3/schema/Status.h"
 #include "tests/attrlog/LogPair.h"
 #include "tests/core/LeakCheck.h"
 #include "tests/schema/Inventor.h"
@@ -36,21 +35,9 @@ void fill(Generic const& entity, Inventor& inventor) {
   }
 }
 
-struct RealReplica : LeakCheck {
-  explicit RealReplica(PairOptions const& options = {}) : pair(options) {}
+struct OfEveryType : LeakCheck {
   LogPair pair;
-
-  Ptr<Mount> mounted(Ptr<Vek::Entity> const& entity) {
-    pair.owner().exports().exportIs(entity, Access::writable);
-    Ptr<Mount> const mount = Vek::make<Mount>(entity->name(), *entity->fwkType(), Access::writable, dir);
-    pair.reader().mounts().mountIs(mount);
-    pair.settle();
-    return mount;
-  }
-  Ptr<Vek::Dir> dir = Vek::make<Vek::Dir>();
 };
-
-struct OfEveryType : RealReplica {};
 
 TEST_F(OfEveryType, FollowsItsOwnerAndIsFollowed) {
   std::set<Vek::VekType const*> replicated;
@@ -64,9 +51,9 @@ TEST_F(OfEveryType, FollowsItsOwnerAndIsFollowed) {
       while (digest(entity) == before) fill(Vek::VekType::genericIf(&entity, false), inventor);
     };
     filled(*owner);
-    Ptr<Mount> const mount = mounted(owner);
-    ASSERT_EQ(mount->state(), Vek::Dir::inStep) << mount->refusal();
-    Ptr<Vek::Entity> const replica = mount->writableEntity();
+    Mounted<Vek::Entity> mounted(pair, owner);
+    ASSERT_EQ(mounted.mount->state(), Vek::Dir::inStep) << mounted.mount->refusal();
+    Ptr<Vek::Entity> const replica = mounted.replica();
     EXPECT_EQ(digest(*replica), digest(*owner));
     for (auto const& adapter : pair.reader().demuxer().adapters().all()) {
       replicated.insert(static_cast<Vek::Entity::VekNboAttrLogSa&>(*adapter).vekNotifierEntity()->fwkType());
@@ -78,74 +65,13 @@ TEST_F(OfEveryType, FollowsItsOwnerAndIsFollowed) {
     }
     pair.connect();
     filled(*owner);
-    pair.owner().exports().exportIs(owner, Access::writable);
-    pair.reader().mounts().mountIs(mount);
+    mounted.bind(pair, owner);
     pair.settle();
     EXPECT_EQ(digest(*replica), digest(*owner));
-    pair.reader().mounts().mountDel(*mount);
-    pair.owner().exports().exportDel("root");
-    dir->entryDel("root");
+    pair.connect();
   }
   EXPECT_EQ(replicated.size(), entityTypes().size());
   EXPECT_EQ(replicated.size(), 13U);
-}
-
-struct OfTheLongestText : RealReplica {
-  static PairOptions slow() {
-    PairOptions options;
-    options.capacity = 64 * 1024;
-    return options;
-  }
-  OfTheLongestText() : RealReplica(slow()) {}
-
-  static Vek::String8 textOf(std::size_t size, char of) {
-    return Vek::String8(std::string_view(std::string(size, of)));
-  }
-};
-
-TEST_F(OfTheLongestText, ComesWholeOrNotAtAllThroughSmallBuffers) {
-  Vek::NboAttrLog::Limits const limits;
-  auto const request = auditRequestFactory("request");
-  request->tableToAuditIs("before");
-  Ptr<Mount> const mount = mounted(request);
-  auto const replica = Vek::ptrCast<AuditRequest>(mount->writableEntity());
-  ASSERT_EQ(replica->tableToAudit(), "before");
-
-  std::size_t mostUnsent = 0;
-  std::size_t mostUnderWay = 0;
-  int steps = 0;
-  auto const step = [&] {
-    pair.owner().writable();
-    mostUnsent = std::max(mostUnsent, pair.owner().out()->unsent());
-    mostUnderWay = std::max(mostUnderWay, pair.readerTransport().incoming().size());
-    pair.step();
-    ++steps;
-  };
-  request->tableToAuditIs(textOf(limits.textBytes, 'x'));
-  mostUnsent = pair.owner().out()->unsent();
-  for (int half = 0; half < 100; ++half) step();
-  EXPECT_EQ(replica->tableToAudit(), "before");
-  pair.cut();
-  EXPECT_EQ(replica->tableToAudit(), "before");
-
-  pair.connect();
-  pair.owner().exports().exportIs(request, Access::writable);
-  pair.reader().mounts().mountIs(mount);
-  auto const writes = replica->writeCount();
-  do {
-    step();
-    EXPECT_TRUE(replica->tableToAudit() == "before" || replica->tableToAudit().length() == limits.textBytes);
-  } while (!pair.isAtRest());
-  EXPECT_EQ(replica->tableToAudit(), request->tableToAudit());
-  EXPECT_EQ(replica->writeCount(), writes + 1);
-  EXPECT_GT(steps, 100);
-  EXPECT_LE(mostUnsent, limits.outBytes + limits.messageBytes);
-  EXPECT_LE(mostUnderWay, 64U * 1024);
-
-  request->tableToAuditIs(textOf(limits.textBytes + 1, 'y'));
-  pair.settle();
-  EXPECT_EQ(replica->tableToAudit().length(), limits.textBytes);
-  EXPECT_EQ(pair.owner().demuxer().notReplicated().size(), 1U);
 }
 
 struct LetGo : LeakCheck {};
@@ -155,13 +81,12 @@ struct LetGo : LeakCheck {};
 TEST_F(LetGo, InAnyOrderNothingIsLeft) {
   std::string order = "eafxlmgr";
   std::sort(order.begin(), order.end());
-  PairOptions options;
-  options.limits.outBytes = options.limits.messageBytes = 1;
+  PairOptions const options{.limits = {.outBytes = 1, .messageBytes = 1}, .capacity = 100, .slice = 100};
   do {
     SCOPED_TRACE(order);
     World world;
-    auto owner = std::make_unique<End>(world, Connection::Settings{"owner", options.limits}, 100, 100);
-    auto reader = std::make_unique<End>(world, Connection::Settings{"reader", options.limits}, 100, 100);
+    auto owner = std::make_unique<End>(world, "owner", options, -1);
+    auto reader = std::make_unique<End>(world, "reader", options, -1);
     MemoryTransport::join(owner->transport, reader->transport);
     auto const step = [&] {
       for (auto const& end : {&owner, &reader}) {

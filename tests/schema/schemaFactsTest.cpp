@@ -40,25 +40,22 @@ TEST_F(SchemaFacts, FiguresByFapAndByPrefixLengthAreWalkedInTheirOrder) {
 }
 
 TEST_F(SchemaFacts, LimitsHoldForTextOnceItIsComplete) {
-  struct {
-    char const* attributes;
-    char const* complaint;
-  } const cases[] = {
+  std::pair<char const*, char const*> const cases[] = {
       {"'level0': 14, 'level1': 3, 'level5': 7", ""},
       {"'level0': 15", "LpmLevelBits::level0 < 0 or > 14 not allowed"},
       {"'level1': 2", "LpmLevelBits::level1 < 3 or > 7 not allowed"},
       {"'level5': 0, 'level3': 8", "LpmLevelBits::level3 < 3 or > 7 not allowed"},
       {"'level4': 259", ""},  // cut to 3
   };
-  for (auto const& c : cases) {
-    std::string const text = "Value('Hardware::DornL3Unicast::LpmLevelBits', ** {" + std::string(c.attributes) + "})";
+  for (auto const& [attributes, expected] : cases) {
+    std::string const text = "Value('Hardware::DornL3Unicast::LpmLevelBits', ** {" + std::string(attributes) + "})";
     std::string complaint;
     try {
       static_cast<void>(Vek::valueFromText<LpmLevelBits>(std::string_view(text)));
     } catch (Vek::RangeException const& exception) {
       complaint = exception.what();
     }
-    EXPECT_EQ(complaint, c.complaint) << c.attributes;
+    EXPECT_EQ(complaint, expected) << attributes;
   }
 }
 

@@ -77,14 +77,9 @@ TEST(WireExample, OfAStateIsWhatARelaySays) {
   LogTest::LogPair above;
   LogTest::LogPair below;
   auto const config = AclRoute::configFactory("acl");
-  auto const between = Vek::make<Vek::Dir>();
-  auto const mounted = [](LogTest::LogPair& pair, Vek::Ptr<Vek::Entity> const& entity, Vek::Ptr<Vek::Dir> const& dir) {
-    pair.owner().exports().exportIs(entity, Access::readOnly);
-    pair.reader().mounts().mountIs(Vek::NboAttrLog::mountOf<AclRoute::Config>("acl", Access::readOnly, dir));
-  };
-  mounted(above, config, between);
-  above.settle();
-  mounted(below, between->entity("acl"), Vek::make<Vek::Dir>());
+  LogTest::Mounted<AclRoute::Config> const middle(above, config, Access::readOnly);
+  below.owner().exports().exportIs(middle.replica(), Access::readOnly);
+  below.reader().mounts().mountIs(Vek::NboAttrLog::mountOf<AclRoute::Config>("acl", Access::readOnly));
   below.owner().writable(), below.reader().readable();
   below.reader().writable(), below.owner().readable();
   std::string const said = LogTest::hex(below.owner().out()->view());

@@ -16,6 +16,13 @@ namespace Schemac::Test {
 
 inline std::filesystem::path sourceDirectory() { return DORNL3_SOURCE_DIR; }
 
+inline std::string const acme = "namespace = \"Acme\"\n";
+
+/// A type with attributes, each a table with a comma behind it.
+inline std::string typed(std::string const& kind, std::string const& name, std::string const& attributes) {
+  return "[[" + kind + "]]\nname = \"" + name + "\"\ndoc = \"d\"\nattributes = [\n" + attributes + "\n]\n";
+}
+
 /// Everything that is wrong with `text`, as the program tells it.
 inline Complaints complaintsOf(std::string const& path, std::string_view text) {
   ReadResult const result = readText(path, text);

@@ -34,18 +34,27 @@ TEST(Types, WidthAndPassingOfTheHouseValues) {
     EXPECT_EQ(type.wireWidth, e.width) << e.type;
     EXPECT_EQ(type.parameter(), e.parameter) << e.type;
   }
-  File const toy = good(R"(namespace = "Acme"
-[[value]]
-name = "Toy"
-doc = "d"
-attributes = [
+  File const toy = good(acme + typed("value", "Toy", R"(
   { number = 2, name = "a", type = "U8", doc = "d" },
   { number = 3, retired = true },
-  { number = 4, name = "b", type = "U8", doc = "d" },
-]
-)");
+  { number = 4, name = "b", type = "U8", doc = "d" },)"));
   EXPECT_EQ(Types(toy).at("Toy").wireWidth, 2U);
   EXPECT_THROW((void)Types(houseFile("AclIntf")).at("RouteStats"), std::out_of_range);  // of another file
+}
+
+TEST(SchemaFiles, IncrementersAreThoseOfTheRequestsAndTheirCounters) {
+  std::string found;
+  for (std::string const& stem : houseStems()) {
+    for (Type const& type : houseFile(stem).types) {
+      for (Attribute const& a : type.attributes) {
+        if (a.increment) found += type.name + '.' + a.name + ' ';
+      }
+    }
+  }
+  EXPECT_EQ(found, "Request.statusRequestId Status.numBackupViaUpdates Status.numAradBackupViaUsed "
+                   "Status.numPetraBackupViaUsed AuditRequest.requestId AuditRequest.statusClearRequestId "
+                   "TableFapAuditInfo.totalEntriesFixed TableFapAuditInfo.totalUnreportedFixes AuditStatus.numAudits "
+                   "AuditStatus.auditDoneId ");
 }
 
 TEST(Literal, IsCppThatReadsBackTheSame) {

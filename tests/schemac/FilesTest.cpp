@@ -1,22 +1,60 @@
+// Files that are read, whatever stands in them, and files that are written.
 #include "schemac/Diff.h"
 #include "schemac/Docs.h"
+#include "schemac/Write.h"
 #include "tests/schemac/Emitted.h"
 
 #include <rapidcheck/gtest.h>
+#include <unistd.h>
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
 namespace Schemac::Test {
 namespace {
 
+namespace Files = std::filesystem;
+
+std::string contentOf(Files::path const& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), {}};
+}
+
+class WriteIfChanged : public testing::Test {
+ protected:
+  WriteIfChanged() {
+    std::string pattern = (Files::temp_directory_path() / "schemac-XXXXXX").string();
+    root_ = ::mkdtemp(pattern.data());
+  }
+  ~WriteIfChanged() override { Files::remove_all(root_); }
+
+  Files::path root_;
+};
+
+TEST_F(WriteIfChanged, TouchesNothingThatStaysTheSame) {
+  Files::path const path = root_ / "schema" / "deep" / "Toy.h";
+  EXPECT_EQ(writeIfChanged(path, "one"), Written::written);
+  auto const old = Files::file_time_type::clock::now() - std::chrono::hours(1);
+  Files::last_write_time(path, old);
+  EXPECT_EQ(writeIfChanged(path, "one"), Written::unchanged);
+  EXPECT_EQ(Files::last_write_time(path), old);
+  EXPECT_EQ(writeIfChanged(path, "two"), Written::written);
+  EXPECT_EQ(contentOf(path), "two");
+}
+
+TEST_F(WriteIfChanged, LeavesNothingBehindWhenItFails) {
+  Files::create_directory(root_ / "Toy.h");
+  std::ofstream(root_ / "Toy.h" / "inhabitant") << 'x';
+  EXPECT_THROW(writeIfChanged(root_ / "Toy.h", "text"), FileError);
+  EXPECT_THROW(writeIfChanged(root_ / "Toy.h" / "inhabitant" / "Toy.h", "text"), FileError);
+  EXPECT_EQ(std::distance(Files::directory_iterator(root_), Files::directory_iterator()), 1);
+}
+
 TEST(Read, RefusesFilesThatCannotBeRead) {
   EXPECT_THROW((void)readFile("/nowhere/Toy.toml"), FileError);
   EXPECT_THROW((void)readFile("/"), FileError);
-}
-
-TEST(Read, TakesOfAnEndlessFileNoMoreThanItNeeds) {
-  Complaints const complaints = readFile("/dev/zero").complaints;
+  Complaints const complaints = readFile("/dev/zero").complaints;  // of which no more is taken than is needed
   ASSERT_EQ(complaints.size(), 1u);
   EXPECT_EQ(complaints[0].text, "the file is longer than 1048576 bytes; split it");
 }
@@ -62,15 +100,10 @@ TEST(Read, SurvivesWhatNobodyWouldWrite) {
   }
 }
 
-std::string textOf(char const* path) {
-  std::ifstream in(sourceDirectory() / path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 RC_GTEST_PROP(Read, SurvivesMutatedSchemas, ()) {
-  static std::vector<std::string> const seeds = {textOf("tests/frame/Toy.toml"),
-                                                 textOf("dornl3/schema/AuditStatus.toml"),
-                                                 textOf("dornl3/schema/DornL3CliConfig.toml")};
+  static std::vector<std::string> const seeds = {contentOf(sourceDirectory() / "tests/frame/Toy.toml"),
+                                                 contentOf(sourceDirectory() / "dornl3/schema/AuditStatus.toml"),
+                                                 contentOf(sourceDirectory() / "dornl3/schema/DornL3CliConfig.toml")};
   static std::vector<std::string> const tokens = [] {
     std::vector<std::string> all{
         "[[value]]\n",        "[[entity]]\n",     "258",   "-1", "inf", "true", "fixed = true, ", "child = \"Part\", ",
