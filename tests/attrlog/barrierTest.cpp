@@ -69,6 +69,27 @@ TEST_F(Barrier, IsAnsweredWhenAllThatWasOwedIsThere) {
   }
 }
 
+TEST_F(Barrier, LinedUpBehindOthersWaitsForWhatWasWrittenBeforeIt) {
+  LogPair pair{{.limits = {.outBytes = 1, .messageBytes = 1}, .turnBytes = 1}};
+  Reader<Toy> const reader{pair, toy};
+  pair.readerTransport().capacityIs(7);  // an answer comes before another record is through
+  int answers = 0;
+  for (U32 written = 1; written <= 500; ++written) {
+    reader.replica()->sizeIs(written);
+    reader.replica()->playedIs(written);
+    reader.replica()->placeIs({1, static_cast<double>(written), "here"});
+    if (written % 3 == 0) {
+      reader.mount->barrier([&answers, this, written](auto) {
+        ++answers;
+        EXPECT_GE(std::min({static_cast<double>(toy->size()), toy->played(), toy->place().y()}), written);
+      });
+    }
+    pair.step();
+  }
+  pair.settle();
+  EXPECT_EQ(answers, 500 / 3);
+}
+
 TEST_F(Barrier, IsNotPutOffByChangesBehindIt) {
   LogPair pair{narrow()};
   Reader<Toy> reader{pair, toy};

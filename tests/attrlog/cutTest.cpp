@@ -10,14 +10,6 @@ namespace {
 
 struct Broken : LeakCheck {};
 
-std::vector<Act> filled() {
-  return {
-      {Act::size, false, 0, 3},    {Act::broken, false, 0, 1}, {Act::played, false, 0, 1}, {Act::place, false, 1, 2},
-      {Act::text, false, 2, 1},    {Act::counts, false, 1, 1}, {Act::counts, false, 2, 2}, {Act::faps, false, 1, 1},
-      {Act::wanted, false, 1, 1},  {Act::notes, false, 1, 1},  {Act::vlans, false, 1, 1},  {Act::lid, false, 0, 0},
-      {Act::lidOpen, false, 0, 0}, {Act::shelf, false, 0, 0},  {Act::drawer, false, 0, 2}, {Act::shelf, false, 2, 0}};
-}
-
 std::vector<Act> operator+(std::vector<Act> acts, std::vector<Act> const& more) {
   acts.insert(acts.end(), more.begin(), more.end());
   return acts;
@@ -33,7 +25,26 @@ TEST_F(Broken, AnywhereInASessionOfEveryKindOfRecord) {
   auto const owners = [](Act::Kind kind, U32 key, U32 value = 0) { return Act{kind, false, key, value}; };
   auto const lasts = [](Act::Kind kind, U32 key, U32 value = 0) { return Act{kind, true, key, value}; };  // key odd
   Act const settle{Act::settle, false, 0, 0};
-  auto const session = filled() + std::vector<Act>{settle, owners(Act::beat, 0), lasts(Act::text, 3, 1)} + steps(60) +
+  auto const session = std::vector<Act>{{Act::size, false, 0, 3},
+                                        {Act::broken, false, 0, 1},
+                                        {Act::played, false, 0, 1},
+                                        {Act::place, false, 1, 2},
+                                        {Act::text, false, 2, 1},
+                                        {Act::counts, false, 1, 1},
+                                        {Act::counts, false, 2, 2},
+                                        {Act::faps, false, 1, 1},
+                                        {Act::wanted, false, 1, 1},
+                                        {Act::notes, false, 1, 1},
+                                        {Act::vlans, false, 1, 1},
+                                        {Act::lid, false, 0, 0},
+                                        {Act::lidOpen, false, 0, 0},
+                                        {Act::shelf, false, 0, 0},
+                                        {Act::drawer, false, 0, 2},
+                                        {Act::shelf, false, 2, 0},
+                                        settle,
+                                        owners(Act::beat, 0),
+                                        lasts(Act::text, 3, 1)} +
+                       steps(60) +
                        std::vector<Act>{lasts(Act::text, 3, 2),   lasts(Act::size, 1, 9),   lasts(Act::countsDel, 1),
                                         lasts(Act::wantedDel, 1), lasts(Act::notes, 3, 3),  lasts(Act::shelfDel, 3),
                                         lasts(Act::shelf, 5),     lasts(Act::drawer, 5, 1), settle,

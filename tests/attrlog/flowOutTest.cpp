@@ -196,11 +196,14 @@ TEST_F(Owed, WhereAWalkGoesOn) {
       << "a walk inside a walk leaves the mark of the outer one";
 }
 
-// A log that fails at a change.
+// A log that fails at a change, and tells when it goes.
 struct Failing final : Toy::VekNboAttrLogSa {
   using VekNboAttrLogSa::VekNboAttrLogSa;
+  ~Failing() override {
+    if (whenGone) whenGone();
+  }
   void onSize() override { fail(); }
-  std::function<void()> fail;
+  std::function<void()> fail, whenGone;
 };
 
 TEST_F(Owed, AChangeThatALogCouldNotTakeIsOwedOrEndsTheLog) {
@@ -233,6 +236,24 @@ TEST_F(Owed, AChangeThatALogCouldNotTakeIsOwedOrEndsTheLog) {
   EXPECT_EQ(calls, (Toys::Calls{"L size", "L size"}));
   EXPECT_EQ(log().state(), Vek::NboAttrLog::dead);
   EXPECT_EQ(log().closeReason(), "a change could not be written: std::bad_alloc");
+}
+
+TEST_F(Owed, AnAdapterThatIsTakenOffItsLogInASlotLivesToTheEndOfIt) {
+  bool isGone = false;
+  {
+    auto const brief = Vek::make<Failing>(Sa::Vek_BitSet(Sa::flowOutForced), toy, U32{1}, log().out(), nullptr);
+    brief->hasNotificationActiveIs(true);
+    brief->doAssignEntityId();
+    brief->fail = [&its = *brief] { its.Toy::VekNboAttrLogSa::onSize(); };
+    brief->whenGone = [&] { isGone = true; };
+  }
+  log().whenDueIs([&] {
+    toy->vekNboAttrLogSaDel(log().out());
+    EXPECT_FALSE(isGone);
+  });
+  toy->sizeIs(1);
+  EXPECT_TRUE(isGone);
+  log().whenDueIs(nullptr);
 }
 
 struct OwedText : Owed {

@@ -27,9 +27,9 @@ TEST_F(MountTest, ReadOnlyReplicaRefusesAndStoresNothing) {
   Calls calls;  // nor does it from a reactor that hears of the owner's change
   auto const listener = Toys::listen<ToyListener>(replica, calls, "L");
   listener->nextDo({[&] { EXPECT_THROW(replica->brokenIs(true), Vek::ReadOnlyException); }});
-  toy->sizeIs(5);
+  toy->textIs("a text");  // which passes the guard as it comes in
   pair.settle();
-  EXPECT_EQ(calls, (Calls{"L size"}));
+  EXPECT_EQ(calls, (Calls{"L text"}));
   EXPECT_FALSE(replica->broken());
 }
 
@@ -161,6 +161,43 @@ struct BothWays : LeakCheck {
   Mounted<ToyBox> mounted{pair, box};
   Ptr<ToyBox> replica = mounted.replica();
 };
+
+TEST_F(BothWays, AChildRemovedAndMadeAgainWhileTheLogIsFullIsAnotherAndOneMadeAtBothEndsIsTheOwners) {
+  struct {
+    char const* what;
+    ToyBox &near, &far;
+    MemoryTransport& stream;
+  } const ends[] = {{"by the replica", *replica, *box, pair.readerTransport()},
+                    {"by the owner", *box, *replica, pair.ownerTransport()}};
+  for (auto const& end : ends) {
+    SCOPED_TRACE(end.what);
+    box->shelvesIs("s")->drawersIs("d");
+    box->lidIs("lid")->openIs(false);
+    expectEqual();
+    Ptr<Toys::Shelf> const shelf = end.far.shelves("s");
+    Ptr<Toys::Lid> const lid = end.far.lid();
+    stall(end.stream, end.near);
+    end.near.shelvesDel("s");
+    end.near.lidDel();
+    Ptr<Toys::Shelf> const anotherShelf = end.near.shelvesIs("s");
+    Ptr<Toys::Lid> const anotherLid = end.near.lidIs("lid");
+    pair.step();
+    letGo();
+    expectEqual();
+    EXPECT_NE(end.far.shelves("s"), shelf);
+    EXPECT_NE(end.far.lid(), lid);
+    EXPECT_EQ(end.near.shelves("s"), anotherShelf);
+    EXPECT_EQ(end.near.lid(), anotherLid);
+    EXPECT_EQ(end.far.shelves("s")->drawersCount(), 0U);
+    shelf->drawersIs("what is left of it is nobody's");
+    expectEqual();
+  }
+  Ptr<Toys::Shelf> const owners = box->shelvesIs("both");
+  Ptr<Toys::Shelf> const replicas = replica->shelvesIs("both");
+  expectEqual();
+  EXPECT_EQ(box->shelves("both"), owners);
+  EXPECT_EQ(replica->shelves("both"), replicas);
+}
 
 TEST_F(BothWays, AChildWhoseBindIsParkedIsNotSweptAway) {
   box->shelvesIs("old");

@@ -116,18 +116,4 @@ TEST_F(EntityText, AnEntityOfAnotherTypeDoesNotConvert) {
   EXPECT_TRUE(read<Entity>("box").value == box);
 }
 
-TEST_F(EntityText, ADirectoryHoldsItsEntriesByName) {
-  auto const dir = make<Dir>();
-  auto const first = make<Box>("box");
-  auto const second = make<Bottle>("box");
-  dir->entryIs(first);
-  dir->entryIs(second);
-  EXPECT_EQ(first->references(), 1U) << "one that had the name leaves";
-  EXPECT_TRUE(dir->entity("box") == second);
-  EXPECT_FALSE(dir->entryDel("nothing"));
-  EXPECT_TRUE(dir->entryDel("box") == second);
-  EXPECT_EQ(dir->entryCount(), 0U);
-  EXPECT_EQ(second->references(), 1U);
-}
-
 }  // namespace
