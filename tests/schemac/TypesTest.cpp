@@ -42,7 +42,9 @@ TEST(Types, WidthAndPassingOfTheHouseValues) {
   EXPECT_THROW((void)Types(houseFile("AclIntf")).at("RouteStats"), std::out_of_range);  // of another file
 }
 
-TEST(SchemaFiles, IncrementersAreThoseOfTheRequestsAndTheirCounters) {
+TEST(SchemaFiles, KeepTheirOrderAndHaveIncrementersForTheRequestsAndTheirCounters) {
+  File const status = houseFile("Status");
+  EXPECT_EQ(status.types[0].name + status.types[1].name, "RequestRouteStats") << "an entity, and a value behind it";
   std::string found;
   for (std::string const& stem : houseStems()) {
     for (Type const& type : houseFile(stem).types) {
