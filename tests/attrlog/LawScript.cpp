@@ -129,6 +129,8 @@ class LawScript::Replica {
   Replica& operator=(Replica const&) = delete;
 
   void reconnect() {
+    auto const reason = link.reader().closeReason();
+    if (reason == "more entities than this end takes") heard_ = reason.view();
     link.connect();
     exported_ = 0;
     mountBoth();

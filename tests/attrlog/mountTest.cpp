@@ -232,10 +232,20 @@ TEST_F(FewEntities, AChildWhoseBindIsParkedComesAsItIsWhenAnIdIsFree) {
   pair.settle();
   EXPECT_EQ(mounted.mount->state(), Dir::inStep);
   pair.owner().exports().exportDel("other");
+  pair.settle();
   box->shelvesDel("a");
   box->lidDel();
   expectEqual();
   EXPECT_EQ(replica->shelves("b")->drawers("d")->things(), 7U);
+}
+
+TEST_F(FewEntities, ChildrenThatWaitDoNotWakeEachOther) {
+  for (char const* name : {"a", "b"}) box->shelvesIs(name);
+  for (char const* name : {"a", "b"}) box->shelves(name)->drawersIs("d");
+  pair.settle();
+  box->shelvesDel("a");
+  expectEqual();
+  EXPECT_NE(replica->shelves("b")->drawers("d"), nullptr);
 }
 
 TEST_F(FewEntities, ATreeOfMoreNeverComesInStepAndTheReasonIsTold) {

@@ -46,6 +46,12 @@ class AdapterTable {
   /// Whether it is one that this end has given out, whatever has become of it.
   [[nodiscard]] bool wasGivenOut(EntityId id) const noexcept { return isOurs(id) && id.hash() - 1 < sequence_; }
   [[nodiscard]] U32 foreign() const noexcept { return foreign_; }
+  /// Whether the peer may bind one more by that id, if it may have `most`. As many again may be on their way out: it
+  /// gives an id to another before its word that the first has gone is written, and says those of this end's again
+  /// though they have gone here.
+  [[nodiscard]] bool takesOneMore(EntityId id, U32 most) const noexcept {
+    return (isOurs(id) ? ours_ : foreign_) < U64{2} * most;
+  }
 
   /// An even id, unique in the process, for an adapter that has none yet.
   [[nodiscard]] static EntityId unassignedId() noexcept;

@@ -123,7 +123,7 @@ EntityId Sa::peekChildId(InboundRecord const& record, Ptr<Entity> const& child) 
   // later.
   bool const isPeers = side() == Side::plain || id.tag() == boundLog()->connection()->peerTag();
   if (!isPeers && !adapters.wasGivenOut(id)) throw ProtocolException("a child under an id that is not the peer's");
-  if (holder == nullptr && adapters.foreign() >= boundLog()->connection()->settings().limits.entities) {
+  if (holder == nullptr && !adapters.takesOneMore(id, boundLog()->connection()->settings().limits.entities)) {
     throw ProtocolException("more entities than this end takes");
   }
   record.decoded();

@@ -46,7 +46,7 @@ Ptr<StreamAdapter> Demuxer::reactorDel(EntityId id) {
   flowInDel(id);
   if (Ptr<FlowOut> const flowOut = std::exchange(adapter->flowOut_, nullptr)) adapter->dropWalkState(*flowOut);
   adapter->flagsIs(StreamAdapter::noFlowOut, true);
-  schedule_.unblock();  // an id is free
+  if (id.isAssigned()) schedule_.unblock();  // one is free
   return adapter;
 }
 
@@ -79,7 +79,8 @@ void Demuxer::remountNoted(StreamAdapter& adapter, Ptr<Out> const& out) {
   barriers_.walked(adapter, true);
   flowInDel(adapter.entityId());
   if (adapters_.take(adapter.entityId()) && adapter.hasAlias_) adapters_.takeAliases(adapter);
-  schedule_.unblock();  // an id is free
+  // One is free. A child that got none leaves as well: those that wait would wake each other for ever.
+  if (adapter.entityId().isAssigned()) schedule_.unblock();
 }
 
 bool Demuxer::checkEphemeralEntityDeletion(Ptr<Entity> const& child, EntityId id, bool mayThrow) {
@@ -108,7 +109,16 @@ Ptr<FlowIn> Demuxer::flowInIs(EntityId id) {
 }
 
 void Demuxer::flowInDel(EntityId id) {
-  if (flowIns_.erase(id.number()) != 0) out_->hasFlowInsIs(!flowIns_.empty());
+  if (flowIns_.erase(id.number()) == 0) return;
+  out_->hasFlowInsIs(!flowIns_.empty());
+  StreamAdapter const* const adapter = adapters_.find(id);
+  if (adapter != nullptr && !Schedule::isOwing(*adapter)) barriers_.walked(*adapter, true);
+}
+
+bool Demuxer::holdsBack(StreamAdapter const& adapter) const {
+  if (!hasFlowIns()) return false;
+  Ptr<FlowIn> const flowIn = this->flowIn(adapter.entityId());
+  return flowIn && flowIn->hasLocalChange();
 }
 
 void Demuxer::notReplicatedIs(String8 const& path, bool on) {

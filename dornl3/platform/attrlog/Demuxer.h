@@ -87,6 +87,9 @@ class Demuxer {
   void flowInDel(EntityId id);
   [[nodiscard]] bool hasFlowIns() const noexcept { return !flowIns_.empty(); }
 
+  /// Whether a change of the adapter's entity waits for what becomes of a text that comes in.
+  [[nodiscard]] bool holdsBack(StreamAdapter const& adapter) const;
+
   /// Records of peers that have been applied or passed over, the connection's own among them.
   [[nodiscard]] U64 processed() const noexcept { return processed_; }
   void processedInc() noexcept { ++processed_; }

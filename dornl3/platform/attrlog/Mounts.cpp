@@ -201,7 +201,7 @@ bool Mounts::announced(In& in) {
   if (holder != nullptr && (!mount->entity_ || holder->rawNotifier() != mount->entity_.ptr())) {
     throw ProtocolException("an entity id that another entity has");
   }
-  if (adapters.foreign() >= connection_.settings().limits.entities) {
+  if (!adapters.takesOneMore(id, connection_.settings().limits.entities)) {
     throw ProtocolException("more entities than this end takes");
   }
 
