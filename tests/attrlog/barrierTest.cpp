@@ -90,6 +90,28 @@ TEST_F(Barrier, LinedUpBehindOthersWaitsForWhatWasWrittenBeforeIt) {
   EXPECT_EQ(answers, 500 / 3);
 }
 
+TEST_F(Barrier, WaitsForATextThatWaitsForOneThatComesIn) {
+  LogPair pair{{.limits = {.outBytes = 40, .messageBytes = 30}}};
+  Reader<Toy> reader{pair, toy};
+  pair.ownerTransport().capacityIs(60);
+  toy->textIs(Vek::String8(std::string_view(std::string(90, 'x'))));
+  pair.step();
+  pair.ownerTransport().capacityIs(0);
+  reader.replica()->textIs("short");
+  reader.replica()->sizeIs(1);
+  reader.replica()->brokenIs(true);  // owed, and written before the text
+  auto const records = pair.reader().out()->records();
+  reader.ask();
+  for (int steps = 0; steps < 10; ++steps) pair.step();
+  EXPECT_TRUE(toy->broken());
+  EXPECT_EQ(pair.reader().out()->records(), records + 1) << "nor is it asked before";
+  toy->textIs("");
+  reader.whenAnswered = [&] { EXPECT_EQ(toy->text(), "short"); };
+  pair.ownerTransport().capacityIs(1000);
+  pair.settle();
+  EXPECT_EQ(reader.outcomes, applied);
+}
+
 TEST_F(Barrier, IsNotPutOffByChangesBehindIt) {
   LogPair pair{narrow()};
   Reader<Toy> reader{pair, toy};

@@ -21,6 +21,7 @@ rc::Gen<Act> anAct(int replicaShare) {
 LawOptions someOptions(Joined joined, Access access) {
   return {.pair = {.limits = {.outBytes = *rc::gen::element(1U, 40U, 90U, 300U, 65536U),
                               .messageBytes = *rc::gen::element(1U, 3U, 30U, 200U),
+                              .entities = *rc::gen::element(5U, 7U, 65536U),
                               .marks = *rc::gen::element(0U, 1U, 1024U)},
                    .turnBytes = *rc::gen::element(1U, 50U, 400U, 65536U),
                    .capacity = *rc::gen::element<std::size_t>(1, 30, 200, 100000),
@@ -29,12 +30,21 @@ LawOptions someOptions(Joined joined, Access access) {
           .joined = joined};
 }
 
+// Leaves no more entities than every peer takes, over connections that may have ended for that.
+std::vector<Act> const makeRoom = {{Act::shelfDel, false, 0, 0}, {Act::shelfDel, false, 2, 0},
+                                   {Act::shelfDel, false, 4, 0}, {Act::lidDel, false, 0, 0},
+                                   {Act::cut, false, 0, 0},      {Act::cut, false, 1, 0}};
+
 void expectConvergence(Joined joined, Access access, int replicaShare, int cases) {
   expectLaw(cases, [=] {
     LawOptions const options = someOptions(joined, access);
     auto const acts = *rc::gen::container<std::vector<Act>>(anAct(replicaShare));
     LawScript script(options);
     script.play(acts);
+    if (options.pair.limits.entities < 10) {
+      script.play(makeRoom);
+      script.play({makeRoom.begin(), makeRoom.begin() + 4});
+    }
     std::string const complaint = script.complaint();
     if (!complaint.empty()) RC_FAIL(complaint);
   });
@@ -72,6 +82,10 @@ TEST_F(Convergence, OfHistoriesThatOnceFailed) {
   LawOptions const chain = pair(Access::writable, 40, 30, 50, 100000, Joined::chain);
   expectLawOf("a change behind a walk whose end is due to be told", pair(Access::readOnly, 300, 30, 400, 100000),
               {step, step, step, step, {Act::counts, false, 0, 0}});
+  expectLawOf("a text that waits for one that comes in, and is then left", pair(Access::writable, 300, 30, 50, 7),
+              {settle, text(false, 3, 0), step, text(true, 1, 0), text(false, 0, 0)});
+  expectLawOf("a text that waits while others go on", pair(Access::writable, 40, 30, 65536, 1),
+              {settle, text(false, 2, 0), step, text(true, 3, 1), {Act::size, true, 0, 1}, text(false, 3, 0)});
   expectLawOf("a text that changes while it is part-way out", pair(Access::readOnly, 90, 3, 400, 200),
               {settle, text(false, 1, 0), text(false, 0, 0)});
   expectLawOf("texts in pieces that cross", pair(Access::writable, 1, 1, 50, 1),

@@ -77,9 +77,10 @@ Barriers::Debts Barriers::debtsOf(EntityId root) const {
   Debts debts;
   StreamAdapter* const adapter = demuxer_.adapters().find(root);
   Ptr<Entity> const entity = adapter != nullptr ? rootOf(*adapter) : nullptr;
-  if (!entity || !demuxer_.schedule().isOwing()) return debts;
+  if (!entity || (!demuxer_.schedule().isOwing() && !demuxer_.hasFlowIns())) return debts;
   for (Ptr<StreamAdapter> const& below : demuxer_.adapters().all()) {
-    if (Schedule::isOwing(*below) && rootOf(*below) == entity) debts.emplace(below.ptr(), Debt{below, walksToBeSure});
+    bool const owes = Schedule::isOwing(*below) || demuxer_.holdsBack(*below);
+    if (owes && rootOf(*below) == entity) debts.emplace(below.ptr(), Debt{below, walksToBeSure});
   }
   return debts;
 }

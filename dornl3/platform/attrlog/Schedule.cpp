@@ -142,7 +142,7 @@ void Schedule::visit(StreamAdapter& adapter) {
   if (adapter.flowOut() != flowOut) return;
   if (next == 0 && flowOut->isFull()) walkEnded(adapter, *flowOut);
   bool const isClean = next == 0 && !flowOut->hasDirtyAttributes();
-  if (next == 0) demuxer->barriers().walked(adapter, isClean);
+  if (next == 0 && !demuxer->holdsBack(adapter)) demuxer->barriers().walked(adapter, isClean);
   if (isClean) {
     adapter.freeResyncState(*flowOut);
     adapter.flowOut_ = nullptr;

@@ -186,10 +186,10 @@ void StreamAdapter::doEntityIdIs(EntityId id, Demuxer& demuxer, bool fromPeer) {
     if (takesPeersWord) entityIdIs(id);
     return;
   }
+  demuxer.flowInDel(id_);
   adapters.take(id_);
   if (hasAlias_) adapters.takeAliases(*this);
   hasAlias_ = false;
-  demuxer.flowInDel(id_);
   entityIdIs(id);
   adapters.enter(id, *this);
   if (flowOut_) demuxer.schedule().queue(*this);  // it may have been blocked for want of an id

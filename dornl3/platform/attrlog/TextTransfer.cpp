@@ -35,7 +35,7 @@ bool Sa::serializeText(AttributeId attr, U32 slot, String8 const& text) {
   Ptr<Sa> const held(this);
   if (hasFlag(syncModeRelay)) return false;
   if (!hasFlag(entityReactorActive) && handlingFlowInFor(attr)) {
-    if (!hasFlag(handlingScheduledFlowOut)) streamDemuxer()->flowIn(entityId())->hasLocalChangeIs(true);
+    streamDemuxer()->flowIn(entityId())->hasLocalChangeIs(true);
     return false;
   }
   if (!maySend(attr)) return true;
@@ -147,11 +147,14 @@ bool Sa::textTransaction(AttributeId attr, AttrTransactionType type) {
   Ptr<FlowIn> const flowIn = demuxer != nullptr ? demuxer->flowIn(entityId()) : Ptr<FlowIn>{};
   if (!flowIn || flowIn->aid() != attr) return false;
   if (type == beginMarker) return true;
-  if (flowIn->iter() != nullptr) {
-    flowIn->iterIs({});
-    flowIn->aidIs(0);
-  }
-  demuxer->flowInDel(entityId());
+  // Behind the change of here: a barrier waits for that until the flow-in goes.
+  struct LetGo {
+    NboAttrLog::Demuxer& demuxer;
+    EntityId const id;
+    ~LetGo() { demuxer.flowInDel(id); }
+  } const letGo{*demuxer, entityId()};
+  flowIn->iterIs({});
+  flowIn->aidIs(0);
   // It is the text of here that stands.
   if (flowIn->hasLocalChange() && side() != Side::plain) doNotification(static_cast<int>(attr), nullptr);
   return true;
