@@ -129,8 +129,7 @@ class LawScript::Replica {
   Replica& operator=(Replica const&) = delete;
 
   void reconnect() {
-    auto const reason = link.reader().closeReason();
-    if (reason == "more entities than this end takes") heard_ = reason.view();
+    if (link.reader().closeReason() == "more entities than this end takes") heard_ = "too many entities came";
     link.connect();
     exported_ = 0;
     mountBoth();

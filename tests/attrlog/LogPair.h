@@ -95,7 +95,7 @@ class LogPair {
     for (End* const end : {&*owner_, &*reader_}) {
       end->connection->writable();
       end->connection->readable();
-      if (end->connection->state() == Vek::NboAttrLog::dead) end->transport.cut();
+      if (end->connection->state() == Vek::NboAttrLog::dead) end->transport.cut(0);
     }
   }
   /// Until neither has anything to say.
@@ -107,11 +107,8 @@ class LogPair {
     ADD_FAILURE() << "the connection does not come to rest";
   }
   [[nodiscard]] bool isAtRest() const {
-    auto const rests = [](End const& end) {
-      bool const isDead = end.connection->state() == Vek::NboAttrLog::dead;
-      return isDead || (!end.connection->wantsWrite() && end.transport.incoming().empty());
-    };
-    return rests(*owner_) && rests(*reader_);
+    return !owner_->connection->wantsWrite() && !reader_->connection->wantsWrite() &&
+           owner_->transport.incoming().empty() && reader_->transport.incoming().empty();
   }
 
   [[nodiscard]] Connection& owner() { return *owner_->connection; }

@@ -103,13 +103,7 @@ TEST_F(Barrier, WaitsForATextThatWaitsForOneThatComesIn) {
   auto const records = pair.reader().out()->records();
   reader.ask();
   for (int steps = 0; steps < 10; ++steps) pair.step();
-  EXPECT_TRUE(toy->broken());
-  EXPECT_EQ(pair.reader().out()->records(), records + 1) << "nor is it asked before";
-  toy->textIs("");
-  reader.whenAnswered = [&] { EXPECT_EQ(toy->text(), "short"); };
-  pair.ownerTransport().capacityIs(1000);
-  pair.settle();
-  EXPECT_EQ(reader.outcomes, applied);
+  EXPECT_EQ(pair.reader().out()->records(), records + 1) << "what was owed, and no request";
 }
 
 TEST_F(Barrier, IsNotPutOffByChangesBehindIt) {
