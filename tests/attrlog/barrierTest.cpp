@@ -104,6 +104,9 @@ TEST_F(Barrier, WaitsForATextThatWaitsForOneThatComesIn) {
   reader.ask();
   for (int steps = 0; steps < 10; ++steps) pair.step();
   EXPECT_EQ(pair.reader().out()->records(), records + 1) << "what was owed, and no request";
+  pair.ownerTransport().capacityIs(60);
+  pair.settle();
+  EXPECT_EQ(reader.outcomes, applied);
 }
 
 TEST_F(Barrier, IsNotPutOffByChangesBehindIt) {
