@@ -47,6 +47,12 @@ struct MsgHeader {
   U8 headerTail = 0;
 };
 
+/// The last four bytes of a header: the kind in two, the flags and the tail.
+[[nodiscard]] constexpr U32 headerEnd(U32 kind, bool isVariable, U8 tail) noexcept {
+  U32 const flags = isVariable ? variableSizeFlag : 0;
+  return kind << 16 | flags << 8 | tail;
+}
+
 /// What stands behind the id in the header of a plain record, as it stands there: a constant of each attribute.
 class RecordHead {
  public:
@@ -55,7 +61,7 @@ class RecordHead {
   constexpr RecordHead(int attribute, U32 size, bool isVariable) noexcept
       : attribute_(networkOrder(static_cast<U32>(attribute))),
         size_(networkOrder(size)),
-        rest_(networkOrder((isVariable ? U32{variableSizeFlag} : 0) << 8)) {}
+        rest_(networkOrder(headerEnd(plainRecord, isVariable, 0))) {}
 
   [[nodiscard]] constexpr int attribute() const noexcept { return static_cast<int>(networkOrder(attribute_)); }
   void write(char* at) const noexcept { std::memcpy(at, this, sizeof *this); }
@@ -219,8 +225,7 @@ class Out : public Vek::Connection::Out {
     header.entityId.write(at);
     putNumber(at + 8, static_cast<U32>(header.attribute));
     putNumber(at + lengthAt, header.payloadSize);
-    U32 const flags = header.variableSize != 0 ? variableSizeFlag : 0;
-    putNumber(at + 16, header.recordKind << 16 | flags << 8 | header.headerTail);
+    putNumber(at + 16, headerEnd(header.recordKind, header.variableSize != 0, header.headerTail));
   }
   [[nodiscard]] std::size_t mostPayload() const noexcept { return std::size_t{limits_.recordBytes} + 1; }
   // Opens a record, with room for its tokens.
