@@ -9,9 +9,7 @@
 #include <thread>
 #include <vector>
 
-using Vek::CountedHeap;
-using Vek::make;
-using Vek::Ptr;
+using namespace Vek;
 
 namespace {
 

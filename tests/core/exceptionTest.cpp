@@ -3,9 +3,7 @@
 #include "dornl3/core/Throwers.h"
 #include "tests/core/LeakCheck.h"
 
-using Vek::Exception;
-using Vek::Expect;
-using Vek::RangeException;
+using namespace Vek;
 
 namespace {
 

@@ -6,10 +6,7 @@
 
 #include <vector>
 
-using Vek::make;
-using Vek::String8;
-using Vek::U32;
-using Vek::U64;
+using namespace Vek;
 
 namespace {
 

@@ -4,9 +4,7 @@
 
 #include <vector>
 
-using Vek::make;
-using Vek::Ptr;
-using Vek::U32;
+using namespace Vek;
 
 namespace {
 

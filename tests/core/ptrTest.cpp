@@ -8,10 +8,7 @@
 
 #include <vector>
 
-using Vek::make;
-using Vek::Ptr;
-using Vek::PtrInterface;
-using Vek::ValidPtr;
+using namespace Vek;
 
 namespace {
 

@@ -7,8 +7,7 @@
 #include <vector>
 
 using Hardware::Dorn::FapId;
-using Vek::String8;
-using Vek::U32;
+using namespace Vek;
 
 namespace {
 

@@ -5,8 +5,7 @@
 
 #include <vector>
 
-using Vek::make;
-using Vek::Ptr;
+using namespace Vek;
 
 namespace {
 

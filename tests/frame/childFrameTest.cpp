@@ -5,10 +5,7 @@
 
 #include <algorithm>
 
-using Vek::Name;
-using Vek::Ptr;
-using Vek::String8;
-using Vek::U32;
+using namespace Vek;
 
 namespace Toys {
 

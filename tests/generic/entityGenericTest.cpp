@@ -11,10 +11,7 @@
 namespace {
 
 using namespace Toys;
-using Vek::AttributeId;
-using Vek::Entity;
-using Vek::GenericIf;
-using Vek::VekType;
+using namespace Vek;
 using Generic = Vek::Ptr<GenericIf>;
 
 Generic number(char const* text) { return Vek::Builtin<Vek::U32>::_fwkType()->genericIf(Vek::String8(text), false); }

@@ -5,7 +5,11 @@
 #include "dornl3/schema/Status.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <limits>
 #include <string>
@@ -16,14 +20,8 @@ using namespace LinkTest;
 using Hardware::DornL3Unicast::Request;
 using Hardware::DornL3Unicast::requestFactory;
 using Vek::Ptr;
-using Vek::Link::Address;
-using Vek::Link::Client;
-using Vek::Link::Listener;
-using Vek::Link::Server;
-using Vek::NboAttrLog::Access;
-using Vek::NboAttrLog::Barriers;
-using Vek::NboAttrLog::mountedWritable;
-using Vek::NboAttrLog::mountOf;
+using namespace Vek::Link;
+using namespace Vek::NboAttrLog;
 
 template <class On>
 class LinkTest : public testing::Test {
@@ -77,7 +75,7 @@ TYPED_TEST(LinkTest, AnEntityThatIsServedAgainIsMountedAgain) {
     ASSERT_TRUE(this->on.runUntil([&] { return mount->state() == Vek::Dir::inStep; })) << client.trouble();
     if (!replica) replica = mount->entity();
     EXPECT_EQ(mount->entity(), replica);
-    EXPECT_EQ(Vek::NboAttrLog::mounted<Request>(*mount)->statusRequestId(), this->request->statusRequestId());
+    EXPECT_EQ(mounted<Request>(*mount)->statusRequestId(), this->request->statusRequestId());
   };
   needInStep();
 
@@ -91,9 +89,9 @@ TYPED_TEST(LinkTest, AnEntityThatIsServedAgainIsMountedAgain) {
   needInStep();
 
   server.reset();
-  double const lostAt = Vek::NboAttrLog::steadyClock()();
+  double const lostAt = steadyClock()();
   ASSERT_TRUE(this->on.runUntil([&] { return mount->state() == Vek::Dir::stale && client.attempts() > 4; }));
-  EXPECT_GE(Vek::NboAttrLog::steadyClock()() - lostAt, 1.5 * 0.01 * (1 + 2 + 4 + 8));
+  EXPECT_GE(steadyClock()() - lostAt, 1.5 * 0.01 * (1 + 2 + 4 + 8));
   EXPECT_EQ(client.error(), ECONNREFUSED) << client.trouble();
   this->request->statusRequestIdIs(7);
   serve();
@@ -115,6 +113,40 @@ TYPED_TEST(LinkTest, WhoIsOneTooManyIsToldAndComesLessAndLessOften) {
   EXPECT_NE(second.trouble().find("the most that there may be"), std::string::npos) << second.trouble();
   EXPECT_EQ(server.peerCount(), 1U);
   EXPECT_EQ(cameAndLeft, 1);
+}
+
+TYPED_TEST(LinkTest, AServerOutOfDescriptorsRestsAndTakesLaterWhoHasWaited) {
+  Server const server{this->on.loop(), this->address, this->serverSettings()};
+  Socket waits = Socket::of(this->address);
+  static_cast<void>(waits.connect(this->address));
+  rlimit limit{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+  Socket const last{dup(0)};
+  rlimit const none{static_cast<rlim_t>(last.descriptor()) + 1, limit.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  int looks = 0;
+  bool const hasTaken = this->on.runUntil([&] { return ++looks, server.peerCount() != 0; }, 0.2);
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+  EXPECT_FALSE(hasTaken);
+  EXPECT_LT(looks, 20) << "it does not try without pause";
+  EXPECT_TRUE(this->on.runUntil([&] { return server.peerCount() == 1; }));
+}
+
+TYPED_TEST(LinkTest, AWatchMayEndItselfAndAnotherWhoseTurnIsNext) {
+  std::array<int, 2> ends{};
+  ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()), 0);
+  std::array<Socket, 2> const sockets{Socket{ends[0]}, Socket{ends[1]}};
+  std::array<std::unique_ptr<Watch>, 2> watches;
+  int calls = 0;
+  for (auto& watch : watches) {
+    watch = this->on.loop().watch(ends.at(static_cast<std::size_t>(&watch - watches.data())), [&](Readiness) {
+      ++calls;
+      watches = {};
+    });
+    watch->wishIs({.toWrite = true});
+  }
+  this->on.runUntil([] { return false; }, 0.1);
+  EXPECT_EQ(calls, 1);
 }
 
 }  // namespace

@@ -17,9 +17,7 @@ using namespace Vek::Link;
 using Hardware::DornL3Unicast::Status;
 using Hardware::DornL3Unicast::statusFactory;
 using Vek::Ptr;
-using Vek::NboAttrLog::Access;
-using Vek::NboAttrLog::Mount;
-using Vek::NboAttrLog::mountOf;
+using namespace Vek::NboAttrLog;
 
 constexpr Vek::U32 keys = 2000;
 

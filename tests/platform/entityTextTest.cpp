@@ -4,12 +4,7 @@
 #include "tests/core/LeakCheck.h"
 #include "tests/platform/ReadText.h"
 
-using Vek::Dir;
-using Vek::Entity;
-using Vek::make;
-using Vek::Name;
-using Vek::Ptr;
-using Vek::String8;
+using namespace Vek;
 
 namespace Shelf {
 

@@ -10,9 +10,7 @@
 #include <random>
 #include <sstream>
 
-using Vek::String8;
-using Vek::U64;
-using Vek::valueToStrep;
+using namespace Vek;
 
 namespace {
 

@@ -9,9 +9,7 @@
 
 namespace {
 
-using Vek::GenericIf;
-using Vek::VekAttr;
-using Vek::VekType;
+using namespace Vek;
 
 std::string text(Vek::Name const& name) { return str(Vek::String8(name)); }
 
