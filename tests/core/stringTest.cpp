@@ -7,8 +7,7 @@
 #include <string>
 #include <unordered_set>
 
-using Vek::Name;
-using Vek::String8;
+using namespace Vek;
 using Cursor = String8::IteratorConst;
 
 namespace {

@@ -2,8 +2,7 @@
 #include "tests/core/LeakCheck.h"
 #include "tests/frame/Listener.h"
 
-using Vek::Ptr;
-using Vek::U32;
+using namespace Vek;
 
 namespace Toys {
 

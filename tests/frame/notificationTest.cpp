@@ -6,8 +6,7 @@
 
 #include <optional>
 
-using Vek::make;
-using Vek::Ptr;
+using namespace Vek;
 
 namespace Toys {
 

@@ -18,8 +18,7 @@
 namespace {
 
 using namespace Toys;
-using Vek::AttributeId;
-using Vek::GenericIf;
+using namespace Vek;
 
 using Events = std::vector<std::string>;
 

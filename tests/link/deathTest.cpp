@@ -17,8 +17,7 @@ namespace {
 
 using namespace Vek::Link;
 using namespace Vek::NboAttrLog;
-using Hardware::DornL3Unicast::AuditRequest;
-using Hardware::DornL3Unicast::AuditStatus;
+using namespace Hardware::DornL3Unicast;
 using Vek::Ptr;
 using Vek::U64;
 

@@ -17,8 +17,7 @@
 namespace {
 
 using namespace LinkTest;
-using Hardware::DornL3Unicast::Request;
-using Hardware::DornL3Unicast::requestFactory;
+using namespace Hardware::DornL3Unicast;
 using Vek::Ptr;
 using namespace Vek::Link;
 using namespace Vek::NboAttrLog;
@@ -42,8 +41,12 @@ class LinkTest : public testing::Test {
 using Loops = testing::Types<OnPoll, OnAsio>;
 TYPED_TEST_SUITE(LinkTest, Loops, );
 
-TYPED_TEST(LinkTest, AWriteReachesTheOwnerAndIsAnsweredFor) {
-  Server server{this->on.loop(), this->address, this->serverSettings()};
+TYPED_TEST(LinkTest, AWriteReachesTheOwnerAndIsAnsweredForWhereThePeerMayWrite) {
+  auto settings = this->serverSettings();
+  settings.mostAccess = [](Server::Peer const& peer, Vek::Entity const& entity) {
+    return peer.credentials || entity.name() == "request" ? Access::writable : Access::readOnly;
+  };
+  Server server{this->on.loop(), this->address, settings};
   server.exportIs(this->request, Access::writable);
   Client client{this->on.loop(), this->address, this->clientSettings()};
   auto const mount = mountOf<Request>("request", Access::writable);
@@ -57,6 +60,12 @@ TYPED_TEST(LinkTest, AWriteReachesTheOwnerAndIsAnsweredFor) {
   EXPECT_EQ(*outcome, Barriers::Outcome::applied);
   EXPECT_EQ(this->request->statusRequestId(), 1U);
   EXPECT_FALSE(server.peers().front().credentials) << "nobody is known";
+
+  server.exportIs(requestFactory("other"), Access::writable);
+  auto const refused = mountOf<Request>("other", Access::writable);
+  client.mountIs(refused);
+  ASSERT_TRUE(this->on.runUntil([&] { return !refused->refusal().empty(); }));
+  EXPECT_EQ(refused->refusal(), "it may be mounted read-only");
 }
 
 // What was taken back, or lost with its server, comes again where it is wanted still, as the same replica.

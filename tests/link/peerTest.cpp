@@ -14,8 +14,7 @@
 namespace {
 
 using namespace Vek::Link;
-using Hardware::DornL3Unicast::Status;
-using Hardware::DornL3Unicast::statusFactory;
+using namespace Hardware::DornL3Unicast;
 using Vek::Ptr;
 using namespace Vek::NboAttrLog;
 

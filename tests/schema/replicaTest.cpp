@@ -13,8 +13,7 @@ namespace LogTest {
 namespace {
 
 using namespace Hardware::DornL3Unicast;
-using Vek::GenericIf;
-using Vek::Ptr;
+using namespace Vek;
 
 // Sets every attribute, three keys of each collection and two children of each name, all the way down.
 void fill(Generic const& entity, Inventor& inventor) {
