@@ -94,7 +94,7 @@ void serializeChild(Sa& adapter, typename A::Key const& key, Ptr<typename A::Chi
   if (turn == Turn::mark) {
     mark();
     auto const members = A::field(entityOn<typename A::Owner>(adapter)).count();
-    adapter.keyMarked(A::dirty(detail::owedBy(adapter)).count(), members);
+    boundMarks(adapter, A::number, A::dirty(detail::owedBy(adapter)), members);
     return;
   }
   if (!adapter.hasFlag(StreamAdapter::noFlowOut)) dirtyKeyDel(A::dirty(detail::owedBy(adapter)), key);

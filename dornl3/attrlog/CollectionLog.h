@@ -38,7 +38,7 @@ template <class Dirty>
   }
   Dirty& marks = row.dirty(*owed);
   dirtyKeyIs(marks, key, true);
-  adapter.keyMarked(marks.count(), row.count(entityOn<Entity>(adapter)));
+  boundMarks(adapter, row.number, marks, row.count(entityOn<Entity>(adapter)));
 }
 
 /// Writes one key, or marks it. `value` is null where it is there no longer.
@@ -99,11 +99,12 @@ template <class Dirty>
   auto step = [&](PtrInterface& member) {
     Key const key = row.keyOf(member);
     if (!stops) {
+      U32 const waiting = owed == nullptr ? 0 : owed->waiting();
       row.send(adapter, key);
       if (owed == nullptr) return true;
       stops = owed->yieldRequested();
       if (!stops) {
-        dirtyKeyDel(row.dirty(*owed), key);
+        if (owed->waiting() == waiting) dirtyKeyDel(row.dirty(*owed), key);
         stops = !adapter.continueFlowOut();
         return true;
       }
@@ -137,14 +138,26 @@ template <class Dirty>
     owed->slotBitIs(slot, true);
     adapter.sendTransactionMarker(row.number, StreamAdapter::endMarker, 0);
   }
+  // It goes on behind what was written last: keys that change all the time keep none behind them waiting.
+  using Key = typename Dirty::Key;
   Dirty& dirty = row.dirty(*owed);
-  for (typename Dirty::IteratorConst it(&dirty); it; ++it) {
-    if (!adapter.continueFlowOut()) return false;
-    row.send(adapter, it->key());
-    if (owed->yieldRequested()) return false;
-    dirtyKeyDel(dirty, it->key());
-  }
-  return true;
+  bool stops = false;
+  auto step = [&](PtrInterface& member) {
+    Key const key = static_cast<typename Dirty::Member&>(member).key();
+    stops = !adapter.continueFlowOut();
+    if (!stops) {
+      U32 const waiting = owed->waiting();
+      row.send(adapter, key);
+      stops = owed->yieldRequested();
+      if (!stops && owed->waiting() == waiting) dirtyKeyDel(dirty, key);
+    }
+    if (stops) NboAttrLog::vekFlowOutBookmarkEnq(*owed, key);
+    return !stops;
+  };
+  bool const resumes = owed->bookmark() != nullptr;
+  Key const from = NboAttrLog::vekFlowOutBookmarkDeq<Key>(*owed);
+  dirty.walk(resumes ? &from : nullptr, step);
+  return !stops;
 }
 
 }  // namespace detail

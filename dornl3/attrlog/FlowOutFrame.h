@@ -100,4 +100,11 @@ bool dirtyKeyDel(Map& map, typename Map::Key const& key) {
   return member->value();
 }
 
+/// A key of a collection of so many members has been marked: the marks go where there are too many.
+template <class Map>
+void boundMarks(Entity::VekNboAttrLogSa& adapter, AttributeId attr, Map& marks, U32 members) {
+  if (!adapter.owesAllForMarks(attr, marks.count(), members)) return;
+  for (typename Map::IteratorConst it(&marks); it; ++it) dirtyKeyDel(marks, it->key());
+}
+
 }  // namespace Vek

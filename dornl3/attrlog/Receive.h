@@ -23,6 +23,7 @@ struct ScalarPlace {
   ReactorChain const& reactors;
   AttributeId number;
   ReactorSlot slot;
+  U32 owedBit;
 };
 
 template <class V>
@@ -33,6 +34,9 @@ void receiveScalar(Entity::VekNboAttrLogSa& adapter, InboundRecord const& record
     return;
   }
   record.decoded();
+  // What a replica has changed and not written yet is newer: the owner hears of it, and says again what it holds then.
+  bool const isReplica = adapter.side() == StreamAdapter::Side::replica;
+  if (isReplica && adapter.flowOut() && adapter.flowOut()->slotBit(place.owedBit)) return;
   Entity& entity = record.entity();
   if (place.field == value) return;
   storeOther(entity, place.field, value);  // it is the owner who says so, or one who may: no guard is asked
@@ -62,6 +66,15 @@ class Mentioned {
   Key const& key_;
 };
 
+/// Whether a replica owes its owner what has become of a key here: what a walk repeats is older then. The owner hears
+/// of it behind the walk, and says again what it holds.
+template <class Dirty>
+[[nodiscard]] bool owesKey(Entity::VekNboAttrLogSa const& adapter, ValuesRow<Dirty> const& row,
+                           typename Dirty::Key const& key) {
+  Ptr<NboAttrLog::FlowOut> const& owed = adapter.flowOut();
+  return adapter.side() == StreamAdapter::Side::replica && owed && row.dirty(*owed)[key] != nullptr;
+}
+
 template <class V, class Dirty>
 void receiveKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, InboundRecord const& record,
                 bool deleted) {
@@ -80,6 +93,7 @@ void receiveKey(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row, I
     row.remove(entity, key);
   } else {
     Mentioned<Dirty> const mentioned{adapter, row, entity, key};
+    if (adapter.isInWalkOf(row.number) && owesKey(adapter, row, key)) return;
     row.set(entity, key, &value, adapter);
   }
 }
@@ -124,12 +138,26 @@ void childAtKeyIsReplaced(Sa& adapter, typename A::Owner& entity, typename A::Ke
   childAtKeyIs<A>(adapter, entity, key);
 }
 
+/// Says what is at a key here, to a far side that has made or removed a child there.
+template <class A, class Sa>
+void answerChildAtKey(Sa& adapter, typename A::Owner& entity, typename A::Key const& key) {
+  adapter.bindsAnew(Ptr<typename A::Child>(A::field(entity)[key]));
+  (adapter.*A::logHandler)(key);
+}
+
+/// The same of a single child.
+template <class A, class Sa>
+void answerOneChild(Sa& adapter, typename A::Owner& entity) {
+  adapter.bindsAnew(A::field(entity));
+  (adapter.*A::logHandler)();
+}
+
 template <class A, class Sa>
 void receiveChildAtKey(Sa& adapter, InboundRecord const& record, U32 idAt) {
   typename A::Key const key(record.in().nextString());
   if (idAt != 0) record.in().positionIs(idAt);
   if (!record.applies()) {
-    (adapter.*A::logHandler)(key);
+    answerChildAtKey<A>(adapter, entityOf<A>(record), key);
     return;
   }
   Ptr<typename A::Owner> const held(&entityOf<A>(record));
@@ -152,7 +180,7 @@ void receiveOneChild(Sa& adapter, InboundRecord const& record, U32 idAt) {
   Name const name(record.in().nextString());
   if (idAt != 0) record.in().positionIs(idAt);
   if (!record.applies()) {
-    (adapter.*A::logHandler)();
+    answerOneChild<A>(adapter, entityOf<A>(record));
     return;
   }
   Ptr<typename A::Owner> const held(&entityOf<A>(record));
@@ -185,12 +213,12 @@ void receiveChildGone(Sa& adapter, InboundRecord const& record) {
   auto& entity = *held;
   if constexpr (holdsKeys<A>) {
     typename A::Key const key(record.in().nextString());
-    if (!record.applies()) return (adapter.*A::logHandler)(key);
+    if (!record.applies()) return answerChildAtKey<A>(adapter, entity, key);
     record.decoded();
     WritePass const pass{entity};
     childrenDel<A>(entity, key);
   } else {
-    if (!record.applies()) return (adapter.*A::logHandler)();
+    if (!record.applies()) return answerOneChild<A>(adapter, entity);
     record.decoded();
     WritePass const pass{entity};
     childDel<A>(entity);
@@ -225,8 +253,8 @@ template <class Attr, class A, class Sa>
   } else {
     auto& entity = entityOf<A>(record);
     ReactorChain const& reactors = reactorsOf<typename A::Owner>(entity);
-    receiveScalar<typename A::Value>(adapter, record,
-                                     {A::field(entity), reactors, A::number, static_cast<ReactorSlot>(A::slot)});
+    receiveScalar<typename A::Value>(
+        adapter, record, {A::field(entity), reactors, A::number, static_cast<ReactorSlot>(A::slot), logSlot<Attr, A>});
     return true;
   }
 }

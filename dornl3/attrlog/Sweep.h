@@ -5,24 +5,49 @@
 
 #include "dornl3/attrlog/Receive.h"
 
+#include <exception>
+
 namespace Vek {
 
 namespace detail {
 
+/// What reactors throw on does not end a sweep: the first of it is thrown behind the last step.
+class FirstFailure {
+ public:
+  template <class Step>
+  void of(Step const& step) {
+    try {
+      step();
+    } catch (...) {
+      if (!first_) first_ = std::current_exception();
+    }
+  }
+  void throwOn() const {
+    if (first_) std::rethrow_exception(first_);
+  }
+
+ private:
+  std::exception_ptr first_;
+};
+
 template <class Dirty>
 void sweepValues(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row,
                  StreamAdapter::AttrTransactionType type) {
+  if (type == StreamAdapter::abortMarker) return;  // a peer may say that as often as it likes
   Ptr<Entity> const entity = adapter.vekNotifierEntity();
+  FirstFailure failure;
   bool isSwept = false;
   auto step = [&](PtrInterface& member) {
     if (type == StreamAdapter::beginMarker) {
       member.vekMarkedForDeletionIs(true);
     } else if (type == StreamAdapter::endMarker && member.vekMarkedForDeletion()) {
+      member.vekMarkedForDeletionIs(false);
+      if (owesKey(adapter, row, row.keyOf(member))) return true;
       Entity::VekNboAttrLogSa::IsActiveAnchor active;
       active.telIs(&adapter);
       WritePass const pass{*entity};
-      row.remove(*entity, row.keyOf(member));
       isSwept = true;
+      failure.of([&] { row.remove(*entity, row.keyOf(member)); });
     }
     return true;
   };
@@ -30,6 +55,7 @@ void sweepValues(Entity::VekNboAttrLogSa& adapter, ValuesRow<Dirty> const& row,
     isSwept = false;
     row.walk(*entity, nullptr, step);
   } while (isSwept);
+  failure.throwOn();
 }
 
 /// A child is marked on its adapter for this log. Without one at the end it was not mentioned either; one that was made
@@ -43,7 +69,11 @@ void sweepMember(Sa& adapter, typename A::Owner& entity, typename A::Child& chil
   } else if (type == StreamAdapter::endMarker && (!bound || bound->hasFlag(StreamAdapter::resyncStale))) {
     typename A::Key const key = child.key();
     bool const isOwed = !adapter.hasFlag(StreamAdapter::noFlowOut) && A::dirty(owedBy(adapter))[key] != nullptr;
-    if (isOwed && adapter.side() != StreamAdapter::Side::plain) return;
+    bool const isUnderWay = bound && adapter.streamDemuxer()->isSameMadeAtBothEnds(*bound);
+    if ((isOwed || isUnderWay) && adapter.side() != StreamAdapter::Side::plain) {
+      if (bound) bound->flagsIs(StreamAdapter::resyncStale, false);
+      return;
+    }
     Entity::VekNboAttrLogSa::IsActiveAnchor active;
     active.telIs(&adapter);
     WritePass const pass{entity};
@@ -62,14 +92,19 @@ void markOneChild(Entity::VekNboAttrLogSa& adapter, StreamAdapter::AttrTransacti
 template <class A, class Sa>
 void sweepChildren(Sa& adapter, StreamAdapter::AttrTransactionType type) {
   using Map = MapOf<A>;
+  if (type == StreamAdapter::abortMarker) return;
   Ptr<Entity> const held = adapter.vekNotifierEntity();
   auto& entity = static_cast<typename A::Owner&>(*held);
   Map& map = A::field(entity);
+  FirstFailure failure;
   U32 version = 0;
   do {
     version = map.version();
-    for (typename Map::Iterator it(&map); it; ++it) sweepMember<A>(adapter, entity, *it, type);
+    for (typename Map::Iterator it(&map); it; ++it) {
+      failure.of([&] { sweepMember<A>(adapter, entity, *it, type); });
+    }
   } while (map.version() != version);
+  failure.throwOn();
 }
 
 }  // namespace detail
@@ -102,10 +137,14 @@ template <class Attr, class Sa>
 void transactionsFollowMode(Sa& adapter) {
   auto const type =
       adapter.syncMode() == StreamAdapter::synchronising ? StreamAdapter::beginMarker : StreamAdapter::endMarker;
+  detail::FirstFailure failure;
   forEach(typename Attr::All{}, [&](auto attribute) {
     using A = decltype(attribute);
-    if constexpr (holdsKeys<A> || holdsOneChild<A>) adapter.handleAttrTransaction(A::number, type, 0);
+    if constexpr (holdsKeys<A> || holdsOneChild<A>) {
+      failure.of([&] { adapter.handleAttrTransaction(A::number, type, 0); });
+    }
   });
+  failure.throwOn();
 }
 
 /// See StreamAdapter::syncModeIs.

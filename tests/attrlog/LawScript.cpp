@@ -9,8 +9,7 @@
 
 namespace LogTest {
 
-using Toys::Toy;
-using Toys::ToyBox;
+using namespace Toys;
 using Generic = Vek::Ptr<Vek::GenericIf const>;
 
 namespace {

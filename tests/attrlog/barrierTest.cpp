@@ -112,16 +112,22 @@ TEST_F(Barrier, WaitsForATextThatWaitsForOneThatComesIn) {
 TEST_F(Barrier, IsNotPutOffByChangesBehindIt) {
   LogPair pair{narrow()};
   Reader<Toy> reader{pair, toy};
+  Reader<ToyBox> boxReader{pair, box};
   reader.replica()->placeIs({3, 0.5, "here"});
+  for (U32 key = 0; key < 5; ++key) boxReader.replica()->countsIs(key, 1);
   reader.ask();
-  for (U32 round = 1; round < 2000 && reader.outcomes.empty(); ++round) {
+  boxReader.ask();
+  for (U32 round = 1; round < 3000 && (reader.outcomes.empty() || boxReader.outcomes.empty()); ++round) {
     reader.replica()->sizeIs(round);
     reader.replica()->brokenIs(round % 2 == 0);
     reader.replica()->playedIs(round);
+    for (U32 key = 0; key < 3; ++key) boxReader.replica()->countsIs(key, round);
     pair.step();
   }
   EXPECT_EQ(reader.outcomes, applied);
+  EXPECT_EQ(boxReader.outcomes, applied);
   EXPECT_EQ(toy->place().x(), 3U);
+  EXPECT_EQ(box->counts(4), 1U);
   pair.settle();
 }
 

@@ -94,6 +94,23 @@ TEST_F(Convergence, OfHistoriesThatOnceFailed) {
               {settle, text(true, 3, 0), step, step, cut, step, step, settle, text(true, 3, 0)});
   expectLawOf("a child taken away below a relay that is out of step", chain,
               {ofLid(Act::lid, false), ofLid(Act::lidOpen, false), settle, ofLid(Act::lidDel, true), cut, step, step});
+  LawOptions slow = pair(Access::writable, 1, 200, 1, 7);
+  slow.pair.limits.marks = 0;
+  slow.pair.capacity = 1;
+  Act const shelf{Act::shelf, true, 4, 0};
+  expectLawOf("a child that the owner walks before it has heard what it holds", slow,
+              {settle,
+               {Act::wanted, false, 0, 0},
+               {Act::counts, false, 0, 0},
+               {Act::size, false, 0, 1},
+               shelf,
+               {Act::size, true, 0, 1},
+               {Act::drawer, true, 4, 1}});
+  slow.joined = Joined::chain;
+  expectLawOf("a child that a relay out of step does not take", slow, {settle, {Act::shelf, true, 1, 0}, step, cut});
+  slow.pair.limits = {.outBytes = 40, .messageBytes = 30};
+  expectLawOf("a child that is taken away there once more", slow,
+              {ofLid(Act::lid, false), ofLid(Act::lidOpen, false), settle, ofLid(Act::lidDel, true), cut, step});
 }
 
 }  // namespace

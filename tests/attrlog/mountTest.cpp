@@ -7,8 +7,7 @@
 namespace LogTest {
 namespace {
 
-using Toys::Calls;
-using Toys::ToyListener;
+using namespace Toys;
 using Vek::Dir;
 
 struct MountTest : LeakCheck {
@@ -136,6 +135,48 @@ TEST_F(MountTest, WhatIsTooLongForThePeerIsNamedAndTheRestGoesOn) {
   EXPECT_EQ(mounted.replica()->place(), toy->place());
 }
 
+TEST_F(MountTest, AFirstSynchronisationEndsBesideKeysThatComeAndGo) {
+  LogPair narrow{{.limits = {.outBytes = 400, .messageBytes = 100, .marks = 16}, .turnBytes = 300}};
+  Ptr<ToyBox> const box = Toys::toyBoxFactory("box");
+  Mounted<ToyBox> mounted(narrow, box, Access::readOnly);
+  narrow.connect();
+  for (U32 key = 0; key < 300; ++key) box->wantedIs(key, true);
+  mounted.bind(narrow, box);
+  for (U32 key = 0; key < 1000 && mounted.mount->state() != Dir::inStep; ++key) {
+    box->countsIs(key, 1);
+    box->countsDel(key);
+    narrow.step();
+  }
+  EXPECT_EQ(mounted.mount->state(), Dir::inStep);
+}
+
+TEST_F(MountTest, WhatAReplicaChangesWhileTheOwnerWalksTheSameStays) {
+  for (int gap = 0; gap < 100; ++gap) {
+    SCOPED_TRACE(gap);
+    LogPair narrow{{.limits = {.outBytes = 1, .messageBytes = 1, .marks = 0}, .turnBytes = 1, .slice = 7}};
+    Ptr<ToyBox> const box = Toys::toyBoxFactory("box");
+    for (U32 key = 0; key < 5; ++key) box->countsIs(key, 1);
+    Mounted<ToyBox> const mounted(narrow, box);
+    Ptr<ToyBox> const replica = mounted.replica();
+    for (U32 key = 100; key < 130; ++key) box->countsIs(key, 1);
+    for (U32 key = 100; key < 130; ++key) box->countsDel(key);
+    auto const shelf = replica->shelvesIs("s");
+    replica->lidIs("lid");
+    for (int steps = 0; steps < gap; ++steps) narrow.step();
+    replica->countsIs(2, 1000);
+    replica->countsIs(50, 1000);
+    replica->countsDel(3);
+    auto const drawer = shelf->drawersIs("d");
+    drawer->thingsIs(1);
+    replica->lid()->openIs(false);
+    narrow.settle();
+    EXPECT_EQ(shelf->drawers("d"), drawer);
+    EXPECT_EQ((std::array{box->counts(2), box->counts(50), box->counts(3)}), (std::array{1000U, 1000U, 0U}));
+    EXPECT_FALSE(box->lid()->open());
+    EXPECT_EQ(Vek::digest(*box), Vek::digest(*replica));
+  }
+}
+
 // A box that both ends may change, in step.
 struct BothWays : LeakCheck {
   explicit BothWays(PairOptions const& options = oneRecord()) : pair(options) {}
@@ -229,6 +270,12 @@ TEST_F(FewEntities, ChildrenThatWaitDoNotWakeEachOtherAndComeAsTheyAreWhenAnIdIs
   expectEqual();
   box->lidIs("another in its place");
   expectEqual();
+  for (char const* name : {"d", "e", "f"}) box->shelvesIs(name);
+  pair.settle();
+  box->countsIs(1, 10), box->shelvesDel("c");
+  pair.settle();
+  EXPECT_EQ(replica->counts(1), 10U) << "it does not wait with them";
+  EXPECT_EQ(replica->shelves("c"), nullptr);
 }
 
 TEST_F(FewEntities, ATreeOfMoreNeverComesInStepAndTheReasonIsTold) {

@@ -216,6 +216,22 @@ TEST_F(Sweeping, AReactorThatThrowsLeavesAllAsItWas) {
     EXPECT_EQ((std::array{adapter->references(), toys->references(), box->references(), toy->references()}),
               std::to_array(before));
   }
+  EXPECT_EQ(box->countsCount(), 0U) << "all the same it is swept";
+}
+
+TEST_F(Sweeping, AReactorThatThrowsDoesNotKeepAMountFromItsStep) {
+  Mounted<ToyBox> mounted(other, box);
+  auto const ear = Toys::listen<Throwing<Toys::BoxListener>>(mounted.replica(), calls, "L");
+  for (U32 const key : {1U, 2U, 3U}) box->countsIs(key, 1);
+  other.settle();
+  other.cut();
+  box->countsDelAll();
+  ear->always = [] { throw std::runtime_error("a reactor"); };
+  other.connect();
+  mounted.bind(other, box);
+  other.settle();
+  EXPECT_EQ(mounted.mount->state(), Vek::Dir::inStep);
+  EXPECT_EQ(mounted.replica()->countsCount(), 0U);
 }
 
 }  // namespace

@@ -261,6 +261,42 @@ TEST_F(Wire, FloodsAreBounded) {
   }
   EXPECT_EQ(scene.reason(), "more mounts are asked for than answers are read");
   EXPECT_LT(scene.peer.connection->out()->unsent(), 400U * 1024);
+
+  Scene other;
+  other.peer.near.capacityIs(0);
+  for (U32 n = 3; n < 20000 && other.reason().empty(); ++n) {
+    U64 const id = idOf(RawPeer::tag, n);
+    other.peer.says(orphan(id, "Toys::Toy", "toy") + control(goneRecord, number(id)));
+  }
+  EXPECT_EQ(other.reason(), "more is announced than answers are read");
+}
+
+TEST_F(Wire, WhatFlapsAboveIsToldBelowWhenThereIsRoom) {
+  Scene above;
+  RawPeer below;
+  below.connection->exports().exportIs(above.toy(), Access::readOnly);
+  below.says(greeting(RawPeer::tag + 1) + mountOf("toy", "Toys::Toy", false));
+  below.near.capacityIs(0);
+  for (int i = 0; i < 20001; ++i) {
+    above.peer.says(control(stateRecord, number(toyId) + static_cast<char>(i % 2)));
+    below.says("");
+  }
+  EXPECT_LT(below.connection->out()->unsent(), 100U * 1024);
+  below.near.capacityIs(1 << 20);
+  below.says("");
+  std::string const heard = below.hears();
+  EXPECT_EQ(heard.substr(heard.rfind(number(U32{stateRecord})) + 13, 9), number(idOf(RawPeer::theirs, 1)) + '\0');
+}
+
+TEST_F(Wire, AChildBoundOnceMoreWhileItsTreeIsWalkedIsOneOfThem) {
+  RawPeer peer{{.outBytes = 1, .messageBytes = 1}};
+  Ptr<ToyBox> const box = Toys::toyBoxFactory("box");
+  for (char name = 'a'; name < 'u'; ++name) box->shelvesIs("p")->drawersIs(std::string_view(&name, 1));
+  peer.connection->exports().exportIs(box, Access::writable);
+  peer.says(greeting(RawPeer::tag) + mountOf("box", "Toys::ToyBox", true));
+  std::string const bind = record(oursId, 266, text("p") + number(shownId), childBindRecord);
+  for (int i = 0; i < 400; ++i) peer.says(i == 30 ? bind : "");
+  EXPECT_NE(peer.hears().find(syncMode(oursId, 1).substr(0, 12)), std::string::npos);
 }
 
 }  // namespace

@@ -126,13 +126,6 @@ TEST_F(Strings, EqualBytesHashAlikeInEveryClassAndBlock) {
   EXPECT_NE(bytes(std::string(8, '\0')).hash(), bytes(std::string(16, '\0')).hash());
 }
 
-TEST_F(Strings, AStreamGetsTheBytesAlone) {
-  std::ostringstream os;
-  os.width(20);
-  os << bytes(std::string("a\0b", 3)) << Name{"c"};
-  EXPECT_EQ(os.str(), std::string("a\0bc", 4));
-}
-
 TEST_F(Strings, ATextLongerThanACursorCanCountIsRefused) {
   EXPECT_THROW(static_cast<void>(String8::Data::create(String8::maxLength + std::size_t{1})), Vek::RangeException);
   std::string const wide = "%2147483648s";  // wider than an int can count, which is known before anything is written

@@ -130,11 +130,6 @@ TEST_F(ScalarText, AWholeNumberIsDecimalWithAnOptionalSign) {
   expectRefuses<long long>("a number of at most 64 bits", {"18446744073709551616", "-9223372036854775809"});
 }
 
-TEST_F(ScalarText, TruthIsSpelledInFull) {
-  expectReads<bool>([](char const* text) { return *text == 'T'; }, {"True|", "False|", "True|r"});
-  expectRefuses<bool>("True or False", {"", "true", "Tru", " True"});
-}
-
 TEST_F(ScalarText, AStringIsQuotedAndWhatDoesNotPrintIsEscaped) {
   std::pair<std::string_view, char const*> const cases[] = {
       {"", "''"},

@@ -20,13 +20,6 @@ auto readSibling(char const* text) {
   return readText(text, [](auto& it, auto const& end) { return T(it, end); });
 }
 
-TEST_F(Siblings, DefaultsAreTheNullIds) {
-  EXPECT_EQ(FapId{}.value(), 2048);
-  EXPECT_TRUE(FapId{7} < FapId{});
-  EXPECT_EQ(VlanIdOrNone{}.value(), 0);
-  EXPECT_TRUE(Fapmask{} == (Fapmask{Fapmask::Words{0, 0, 0, 0}}));
-}
-
 TEST_F(Siblings, IdsAreNumbersWithinTheirLimits) {
   EXPECT_THROW(FapId{2049}, Vek::RangeException);
   EXPECT_THROW(VlanIdOrNone{4095}, Vek::RangeException);

@@ -48,12 +48,6 @@ TEST(Render, TakesTextsOverAsTheyAre) {
   EXPECT_EQ(renderText("{{a.type}};", data), "Ptr<X const>& \"'{{a.type}};");
 }
 
-TEST(Render, RepeatsAListAndReachesOutOfIt) {
-  EXPECT_EQ(renderText("{{#entity.attrs}}{{entity.name}}.{{attr.name}}{{^attr.last}}, {{/attr.last}}{{/entity.attrs}}",
-                       entity()),
-            "Status.first, Status.second");
-}
-
 TEST(Render, AnInnerObjectHidesTheOuterOneOfItsName) {
   Data inner = Data::object().set("a", Data::object().set("name", "inner"));
   Data const data =
@@ -80,18 +74,6 @@ TEST(Render, LinesOfSectionsLeaveNothingBehind) {
                            "{{/entity.none}}\n"
                            "};\n";
   EXPECT_EQ(renderText(text, entity()), "class Status {\n\n  keyed\n  first\n  second\nnone\n};\n");
-}
-
-TEST(Render, PutsPartialsInPlace) {
-  Texts const texts = {{"Root", "{\n{{> Body}}\n}\nf({{> Args}});\n"},
-                       {"Body", "{{#entity.attrs}}\n  {{> Line}}\n{{/entity.attrs}}\n"},
-                       {"Line", "- {{attr.name}}\n"},
-                       {"Args", "{{entity.name}}, 1\n"}};
-  EXPECT_EQ(renderAll(texts, entity()), "{\n- first\n- second\n}\nf(Status, 1);\n");
-}
-
-TEST(Render, BracesOfCppStay) {
-  EXPECT_EQ(renderText("int a[] = { {1, 2}, {3} }; }}", entity()), "int a[] = { {1, 2}, {3} }; }}");
 }
 
 TEST(Render, FaultsNameTemplateLineAndName) {

@@ -20,11 +20,7 @@ TEST(Types, WidthAndPassingOfTheHouseValues) {
       {"Status", "RouteStats", 48, "RouteStats const&"},
       {"Status", "LpmStats", 0, "LpmStats const&"},  // holds a string
       {"Status", "InternalState", 2, "InternalState"},
-      {"DornL3CliConfig", "LpmLevelBits", 6, "LpmLevelBits const&"},
-      {"AclIntf", "Ipv4EgressAclLabel", 2, "Ipv4EgressAclLabel"},
       {"AclIntf", "Kiln::Fapmask", 16, "Kiln::Fapmask const&"},
-      {"AclIntf", "Bridging::VlanIdOrNone", 2, "Bridging::VlanIdOrNone"},
-      {"AclIntf", "U32", 4, "Vek::U32"},
       {"AclIntf", "U64", 8, "Vek::U64 const&"},
       {"AclIntf", "Vek::Seconds", 8, "double const&"},
       {"AclIntf", "Vek::String", 0, "Vek::String8"},

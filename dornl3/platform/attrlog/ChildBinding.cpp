@@ -27,7 +27,7 @@ bool Sa::bindChild(AttributeId attr, U32 slot, ChildBinder const& bind) {
     } catch (AttrLogRecordException const&) {
       if (times == mostBindings) throw;
     } catch (EntityIdUnavailableException const& error) {
-      if (runningSession()) {
+      if (isInSession()) {
         // The far side would wait for ever for the whole.
         Ptr<Entity> const entity = vekNotifierEntity();
         streamDemuxer()->schedule().failureIs(entity->fullName() + "." + entity->attributeString(attr) + ": " +
@@ -36,12 +36,18 @@ bool Sa::bindChild(AttributeId attr, U32 slot, ChildBinder const& bind) {
       if (!flowOut() && !openFlowOut(attr)) return true;
       flowOut()->attrIdIs(attr);
       if (slot != 0) flowOut()->slotBitIs(slot, true);
-      flowOut()->yieldRequestedIs(true);
+      if (side() == Side::plain) {
+        flowOut()->yieldRequestedIs(true);
+      } else {
+        flowOut()->waitingIs(flowOut()->waiting() + 1);  // the walk goes on without it
+      }
       return false;
     }
   }
   doFixChildFlags(*child);
-  if (syncMode() == synchronising || hasFlag(handlingScheduledFlowOut)) {
+  // On a mount one that is bound already has a walk of its own, and what the far side owes of it would be overwritten.
+  bool const isWalked = hasFlag(handlingScheduledFlowOut) && (side() == Side::plain || isInSession());
+  if (syncMode() == synchronising || isWalked) {
     child->sessionIs(runningSession());
     child->doThis();
   }
@@ -128,6 +134,11 @@ EntityId Sa::peekChildId(InboundRecord const& record, Ptr<Entity> const& child) 
   }
   record.decoded();
   return id;
+}
+
+void Sa::bindsAnew(Ptr<Entity> const& child) {
+  hasChildOfPeers_ = side() == Side::owner;
+  if (Ptr<Sa> const adapter = childAdapterOf(child)) adapter->isNew_ = true;
 }
 
 Ptr<Sa> Sa::childAdapterOf(Ptr<Entity> const& child) const {

@@ -116,7 +116,13 @@ void applyToEntity(Connection& connection, RecordHeader const& header, Sa& adapt
     return;
   }
   bool const crosses = isOwner && (demuxer.ackFromPeer() < adapter.lastSent() || adapter.flowOut());
-  adapter.handleAttrDeserialization(header.attribute, 0, header.length, nullptr);
+  try {
+    adapter.handleAttrDeserialization(header.attribute, 0, header.length, nullptr);
+  } catch (...) {
+    bool const isTaken = header.attribute == syncModeRecord && in->phase() == In::Phase::applying;
+    if (isTaken) connection.mounts().syncModeReceived(adapter);
+    throw;
+  }
   if (header.attribute == syncModeRecord) connection.mounts().syncModeReceived(adapter);
   if (in->phase() != In::Phase::applying) return;  // nothing that this end knows; it is counted
   if (!in->isAtLimit()) demuxer.skippedInc();      // fields of a newer peer

@@ -102,8 +102,7 @@ void Sa::handlerFailed(AttributeId attr) {
 bool Sa::maySend(AttributeId attr) {
   if (hasFlag(syncModeRelay)) return false;
   if (!hasFlag(entityReactorActive) && handlingFlowInFor(attr)) return false;
-  if (hasFlag(outputSuppressed | resyncStale | entityReactorActive) || !hasFlag(logEnabled) ||
-      nboAttrLogOut() == nullptr) {
+  if (isKeptSilent() || hasFlag(entityReactorActive) || !hasFlag(logEnabled) || nboAttrLogOut() == nullptr) {
     flagsIs(entityReactorActive, false);
     return false;
   }
@@ -161,10 +160,11 @@ Sa::Turn Sa::keyTurn(AttributeId attr) {
   return Turn::mark;
 }
 
-void Sa::keyMarked(U32 marks, U32 members) {
-  if (side() != Side::owner || hasFlag(handlingScheduledFlowOut)) return;
-  if (marks <= U64{2} * members + boundLog()->limits().marks) return;
-  streamDemuxer()->createFlowOut(*this, ConnectDesc(EntityUriPath(), EntityUriPath()), false, 0);
+bool Sa::owesAllForMarks(AttributeId attr, U32 marks, U32 members) {
+  if (side() != Side::owner || hasFlag(handlingScheduledFlowOut)) return false;
+  if (marks <= U64{2} * members + boundLog()->limits().marks) return false;
+  flowOut()->oweAgain(attr);
+  return true;
 }
 
 bool Sa::handlingFlowInFor(AttributeId attr) const {
@@ -177,6 +177,13 @@ bool Sa::handlingFlowInFor(AttributeId attr) const {
   return side() == Side::plain || (side() == Side::replica && flowIn->iter() != nullptr);
 }
 
+bool Sa::isInWalkOf(AttributeId attr) const {
+  Demuxer const* const demuxer = streamDemuxer();
+  if (demuxer == nullptr || !demuxer->hasFlowIns()) return false;
+  Ptr<FlowIn> const flowIn = demuxer->flowIn(entityId());
+  return flowIn && flowIn->aid() == attr;
+}
+
 void Sa::scalarOwed(U32 slot) noexcept {
   if (flowOut()) flowOut()->slotBitIs(slot, true);
 }
@@ -187,6 +194,8 @@ void Sa::sendTransactionMarker(AttributeId attr, AttrTransactionType type, U32 a
   // What an owner holds is not swept by a replica, which may not know all of it. An abort concerns its own text alone.
   if (side() == Side::replica && type != abortMarker) return;
   if (nboAttrLogOut() == nullptr) return;
+  // A child of the far side's that is under way is not mentioned, and is not to be swept there.
+  if (type == beginMarker && hasChildOfPeers_) streamDemuxer()->ackIfMoved();
   openRecord(*boundLog(), NboAttrLog::transactionRecord, 12, false);
   boundLog() << Connection::Out::tokenOpen << attr << static_cast<U32>(type) << arg;
   recordClosed();

@@ -41,6 +41,8 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
 
   /// Whether records for this attribute are coming in just now, so that a local change of it is not sent.
   [[nodiscard]] bool handlingFlowInFor(AttributeId attr) const;
+  /// Whether a walk of a collection is coming in.
+  [[nodiscard]] bool isInWalkOf(AttributeId attr) const;
   /// Writes a marker.
   void sendTransactionMarker(AttributeId attr, AttrTransactionType type, U32 arg);
   /// Reports a write that is forbidden. `attr` is null where the types are not described.
@@ -105,9 +107,9 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   [[nodiscard]] Turn scalarTurn(AttributeId attr, U32 slot);
   /// Decides for a key. The caller marks it in the flow-out, or clears its mark there.
   [[nodiscard]] Turn keyTurn(AttributeId attr);
-  /// A key has been marked, and so many are of a collection of so many members. Keys that come and go under a peer that
-  /// does not read are not kept without end: beyond the limit the owner owes everything in place of them.
-  void keyMarked(U32 marks, U32 members);
+  /// Whether so many keys of a collection of so many members are marked that the owner owes the whole of it in their
+  /// place, from now on: keys that come and go under a peer that does not read are not kept without end.
+  [[nodiscard]] bool owesAllForMarks(AttributeId attr, U32 marks, U32 members);
   /// The first guards of a walk: false where the handler returns `answer`.
   [[nodiscard]] bool walkMayBegin(AttributeId attr, bool& answer);
   /// Opens a record of an attribute; the log is there. Where the far side waits for it, how much of its records has
@@ -149,6 +151,9 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   [[nodiscard]] EntityId peekChildId(InboundRecord const& record, Ptr<Entity> const& child);
   /// See Demuxer::checkEphemeralEntityDeletion.
   [[nodiscard]] bool mustMakeWay(Ptr<Entity> const& child, EntityId id, bool mayThrow);
+  /// A child of the far side's is not taken: the one that is here instead, if any, is to be bound there once more, and
+  /// what it holds is to follow.
+  void bindsAnew(Ptr<Entity> const& child);
   [[nodiscard]] Ptr<VekNboAttrLogSa> childAdapterOf(Ptr<Entity> const& child) const;
 
   /// Writes what the flow-out owes of these attributes, from one on: see StreamAdapter::handleAttrFlowOut.

@@ -75,12 +75,18 @@ class FlowOut : public PtrInterface {
     vekDataBitsIs(static_cast<U8>(on ? dataBits_ | yieldRequestedBit : dataBits_ & ~yieldRequestedBit));
   }
 
+  /// How many children the walk has passed that have no id yet, so that they stay marked.
+  [[nodiscard]] U32 waiting() const noexcept { return waiting_; }
+  void waitingIs(U32 count) noexcept { waiting_ = count; }
+
   [[nodiscard]] VekPendingAbort::Map const& pendingAbort() const noexcept { return pendingAbort_; }
   virtual void pendingAbortDel(AttributeId attr);
   virtual void pendingAbortIs(AttributeId attr, bool on);
 
   /// Owes these attributes from `start` on; the bits are fresh.
   void oweFrom(WalkTable const& table, AttributeId start) noexcept;
+  /// Owes a collection again, from its beginning.
+  void oweAgain(AttributeId attr) noexcept;
   /// Drops the key or the place in a text of the attribute that the walk stands on.
   void placeDel(WalkTable const& table);
 
@@ -113,6 +119,8 @@ class FlowOut : public PtrInterface {
   bool isSyncSent_ = false;
   AttributeId resume_ = 0;
   U32 outstandingKeys_ = 0;
+  U32 waiting_ = 0;
+  WalkTable const* table_ = nullptr;
   U32* words_ = nullptr;
   StreamAdapter* adapter_;
   HeapCopy bookmark_;

@@ -13,7 +13,7 @@ bool Sa::walkMayBegin(AttributeId attr, bool& answer) {
   if (hasFlag(syncModeRelay)) return false;
   if (!hasFlag(entityReactorActive) && handlingFlowInFor(attr)) return false;
   answer = true;
-  if (hasFlag(outputSuppressed | resyncStale | entityReactorActive) || !hasFlag(logEnabled)) return false;
+  if (isKeptSilent() || hasFlag(entityReactorActive) || !hasFlag(logEnabled)) return false;
   if (nboAttrLogOut() == nullptr) return false;
   needWritable(attr);
   return true;
@@ -44,6 +44,7 @@ bool Sa::walkEndsEarly(FlowOut* owed, AttributeId first, AttributeId& from) {
     }
   }
   if (from >= first) return false;
+  if (owed != nullptr) owed->waitingIs(0);
   from = StreamAdapter::handleAttrFlowOut(from);
   if (from != 0) return true;
   from = first;
@@ -77,9 +78,17 @@ bool Sa::stepEnds(FlowOut& owed, WalkStep const& step, AttributeId behind, Attri
 }
 
 void FlowOut::oweFrom(WalkTable const& table, AttributeId start) noexcept {
+  table_ = &table;
   for (WalkStep const* step = table.begin; step != table.end; ++step) {
     slotBitIs(step->slot, step->isKeyed ? start > step->number : start <= step->number);
   }
+}
+
+void FlowOut::oweAgain(AttributeId attr) noexcept {
+  WalkStep const* step = table_->begin;
+  while (step != table_->end && step->number != attr) ++step;
+  if (bookmark() != nullptr && iterAttr() == attr) bookmarkIs({});
+  if (step != table_->end) slotBitIs(step->slot, false);
 }
 
 void FlowOut::placeDel(WalkTable const& table) {

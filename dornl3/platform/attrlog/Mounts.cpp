@@ -13,12 +13,11 @@ namespace Vek::NboAttrLog {
 namespace {
 
 // Those who mount an entity from here are told how it stands to its own owner.
-void tellBelow(Entity& entity, bool isInStep) {
-  std::vector<U32> const through = cameThrough(entity);
+void tellBelow(Entity& entity) {
   for (Demuxer* const demuxer : globalNboAttrLogDemuxerManager().nboDemuxerIterator()) {
     auto const adapter = entity.vekNboAttrLogSa(Ptr<Out const>(&demuxer->out()));
     if (!adapter || adapter->side() != StreamAdapter::Side::owner || adapter->nboAttrLogOut() == nullptr) continue;
-    sendState(*adapter->boundLog(), adapter->entityId(), isInStep, through);
+    demuxer->out().hasSufficientBuffer() ? tellState(*adapter) : demuxer->schedule().stateIsDue(*adapter);
   }
 }
 
@@ -36,6 +35,12 @@ constexpr char const* isACycle =
     "a cycle of mounts: what the peer has here has come from this very entity. Leave out one of the mounts.";
 
 }  // namespace
+
+void tellState(StreamAdapter& root) {
+  Ptr<Entity> const entity = static_cast<Entity::VekNboAttrLogSa&>(root).vekNotifierEntity();
+  if (!entity || root.nboAttrLogOut() == nullptr) return;
+  sendState(*root.boundLog(), root.entityId(), Dir::stateOf(*entity) == Dir::inStep, cameThrough(*entity));
+}
 
 std::vector<U32> cameThrough(Entity const& entity) {
   for (Demuxer* const demuxer : globalNboAttrLogDemuxerManager().nboDemuxerIterator()) {
@@ -87,7 +92,7 @@ void Mount::stateIs(Dir::State state) {
   if (Ptr<Dir::Entry> const entry = dir_->entry(name_); entry && entry->entity() == entity_) entry->stateIs(state);
   if (state == state_) return;
   state_ = state;
-  if (entity_) tellBelow(*entity_, state == Dir::inStep);
+  if (entity_) tellBelow(*entity_);
   if (whenChanged_) whenChanged_(*this);
 }
 
@@ -166,6 +171,7 @@ void Mounts::ended() noexcept {
 }
 
 bool Mounts::announced(In& in) {
+  if (connection_.out()->isUnread()) throw ProtocolException("more is announced than answers are read");
   String8 typeName;
   EntityId id;
   U32 arguments = 0;
@@ -288,7 +294,7 @@ void Mounts::upstreamIs(EntityId id, bool isInStep, std::vector<U32> cameThrough
   mount->cameThrough_ = std::move(cameThrough);
   mount->isUpstreamInStep_ = isInStep;
   settleState(*mount);
-  if (cameAnotherWay && mount->state_ == before) tellBelow(*mount->entity_, before == Dir::inStep);
+  if (cameAnotherWay && mount->state_ == before) tellBelow(*mount->entity_);
 }
 
 // The entity stands as it did before it was bound; the mount has none.
@@ -303,7 +309,7 @@ void Mounts::refuse(Mount& mount, EntityId id, String8 const& reason) {
     connection_.demuxer().barriers().rootLeft(id);
     mount.entity_ = nullptr;
     if (Ptr<Dir::Entry> const entry = mount.dir_->entry(mount.name_)) entry->stateIs(mount.stateBefore_);
-    tellBelow(*entity, mount.stateBefore_ == Dir::inStep);
+    tellBelow(*entity);
   }
   mount.cameThrough_.clear();
   mount.linkState_ = mount.state_ = Dir::neverSynced;

@@ -117,6 +117,9 @@ class Mounts {
 /// two processes that each export what they mount from the other would send one change round and round.
 [[nodiscard]] std::vector<U32> cameThrough(Entity const& entity);
 
+/// Tells the far side how an exported entity stands to its own owner.
+void tellState(StreamAdapter& root);
+
 /// The wish for an entity of type X, by its name, in a directory of its own if none is given.
 template <class X>
 [[nodiscard]] Ptr<Mount> mountOf(Name name, Access access, Ptr<Dir> dir = make<Dir>()) {

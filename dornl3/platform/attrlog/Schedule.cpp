@@ -1,6 +1,7 @@
 #include "dornl3/platform/attrlog/Schedule.h"
 
 #include "dornl3/platform/attrlog/Demuxer.h"
+#include "dornl3/platform/attrlog/Mounts.h"
 
 #include <algorithm>
 
@@ -9,10 +10,9 @@ namespace Vek::NboAttrLog {
 namespace {
 
 constexpr U32 failuresInARow = 3;
-constexpr U32 keepsFromWriting = StreamAdapter::outputSuppressed | StreamAdapter::resyncStale;
 
 bool maySend(StreamAdapter const& adapter) noexcept {
-  return !adapter.hasFlag(keepsFromWriting) && adapter.hasFlag(StreamAdapter::logEnabled);
+  return !adapter.isKeptSilent() && adapter.hasFlag(StreamAdapter::logEnabled);
 }
 
 }  // namespace
@@ -53,6 +53,7 @@ void Schedule::unblock() {
 
 void Schedule::remove(StreamAdapter& adapter) noexcept {
   std::erase(inStepDue_, &adapter);
+  std::erase(stateDue_, &adapter);
   leavePlace(adapter);
 }
 
@@ -73,6 +74,7 @@ void Schedule::clear() noexcept {
   blocked_.clear();
   aside_.clear();
   inStepDue_.clear();
+  stateDue_.clear();
 }
 
 void Schedule::turn(U32 budget) {
@@ -109,6 +111,7 @@ void Schedule::turn(U32 budget) {
     visit(*adapter);
   }
   writeInStep();
+  writeStates();
 }
 
 void Schedule::visit(StreamAdapter& adapter) {
@@ -142,7 +145,8 @@ void Schedule::visit(StreamAdapter& adapter) {
   if (adapter.flowOut() != flowOut) return;
   if (next == 0 && flowOut->isFull()) walkEnded(adapter, *flowOut);
   bool const isClean = next == 0 && !flowOut->hasDirtyAttributes();
-  if (next == 0 && !demuxer->holdsBack(adapter)) demuxer->barriers().walked(adapter, isClean);
+  if (next == 0 && flowOut->waiting() == 0 && !demuxer->holdsBack(adapter))
+    demuxer->barriers().walked(adapter, isClean);
   if (isClean) {
     adapter.freeResyncState(*flowOut);
     adapter.flowOut_ = nullptr;
@@ -167,6 +171,19 @@ void Schedule::walkEnded(StreamAdapter& adapter, FlowOut& flowOut) {
 void Schedule::inStepIs(StreamAdapter& root) {
   inStepDue_.emplace_back(&root);
   out_.due();
+}
+
+void Schedule::stateIsDue(StreamAdapter& root) {
+  if (std::find(stateDue_.begin(), stateDue_.end(), &root) == stateDue_.end()) stateDue_.emplace_back(&root);
+  out_.due();
+}
+
+void Schedule::writeStates() {
+  while (!stateDue_.empty() && out_.hasSufficientBuffer()) {
+    Ptr<StreamAdapter> const adapter = std::move(stateDue_.front());
+    stateDue_.erase(stateDue_.begin());
+    tellState(*adapter);
+  }
 }
 
 void Schedule::writeInStep() {

@@ -28,11 +28,16 @@ class Schedule {
   void unblock();
   /// An exported entity, with all below it, has been written: the far side is to be told.
   void inStepIs(StreamAdapter& root);
+  /// What an exported entity has come through, and whether it is in step there, has changed: the far side is told when
+  /// there is room, once however often it has changed.
+  void stateIsDue(StreamAdapter& root);
   void remove(StreamAdapter& adapter) noexcept;
   void clear() noexcept;
 
   /// Whether a turn would find something to do, if there is room.
-  [[nodiscard]] bool isDue() const noexcept { return !queue_.empty() || !inStepDue_.empty() || mustSearch_; }
+  [[nodiscard]] bool isDue() const noexcept {
+    return !queue_.empty() || !inStepDue_.empty() || !stateDue_.empty() || mustSearch_;
+  }
   /// Visits each adapter that waits once, while there is room, and writes at most about `budget` bytes.
   void turn(U32 budget);
 
@@ -55,6 +60,7 @@ class Schedule {
   void visit(StreamAdapter& adapter);
   void walkEnded(StreamAdapter& adapter, FlowOut& flowOut);
   void writeInStep();
+  void writeStates();
 
   Out& out_;
   AdapterTable const& adapters_;
@@ -62,6 +68,7 @@ class Schedule {
   std::vector<Ptr<StreamAdapter>> blocked_;
   std::vector<Ptr<StreamAdapter>> aside_;
   std::vector<Ptr<StreamAdapter>> inStepDue_;
+  std::vector<Ptr<StreamAdapter>> stateDue_;
   U64 end_ = std::numeric_limits<U64>::max();
   U32 failures_ = 0;
   bool isRunning_ = false;

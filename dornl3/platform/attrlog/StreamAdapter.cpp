@@ -119,7 +119,8 @@ Ptr<NboAttrLog::SyncSession> StreamAdapter::runningSession() const {
 }
 
 void StreamAdapter::joinSession() {
-  if (isMountRoot_ && !runningSession()) session_ = make<NboAttrLog::SyncSession>(*this);
+  // It is kept beyond this one's own walk: those below may be walking still, and what is bound meanwhile joins them.
+  if (!runningSession()) session_ = isMountRoot_ ? make<NboAttrLog::SyncSession>(*this) : nullptr;
   if (inSession_ || !session_) return;
   inSession_ = true;
   session_->walkBegins();
@@ -137,7 +138,6 @@ void StreamAdapter::walkEnded() noexcept {
   if (session_->walkEnds() && session_->root() != nullptr && demuxer != nullptr) {
     demuxer->schedule().inStepIs(*session_->root());
   }
-  session_ = nullptr;
 }
 
 void StreamAdapter::doThis() {

@@ -104,6 +104,11 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   [[nodiscard]] U32 flags() const noexcept { return vek_bitSet().word(); }
   [[nodiscard]] bool hasFlag(U32 bits) const noexcept { return (flags() & bits) != 0; }
   void flagsIs(U32 bits, bool on) noexcept { stateFlagsIs(bits, on); }
+  /// Whether nothing may be written. On a mount that its owner's walk has not come to a child yet is no reason: a
+  /// change of it would be lost.
+  [[nodiscard]] bool isKeptSilent() const noexcept {
+    return hasFlag(side_ == Side::plain ? outputSuppressed | resyncStale : outputSuppressed);
+  }
   [[nodiscard]] Side side() const noexcept { return side_; }
   void sideIs(Side side) noexcept { side_ = side; }
   /// Whether the entity was exported itself, and not as a child.
@@ -111,7 +116,11 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   void isMountRootIs(bool on) noexcept { isMountRoot_ = on; }
   /// The synchronisation that runs, of this entity or of the one that it came with; null where none does.
   [[nodiscard]] Ptr<NboAttrLog::SyncSession> runningSession() const;
-  void sessionIs(Ptr<NboAttrLog::SyncSession> const& session) { session_ = session; }
+  void sessionIs(Ptr<NboAttrLog::SyncSession> const& session) {
+    if (!inSession_) session_ = session;
+  }
+  /// Whether its own walk is a part of one.
+  [[nodiscard]] bool isInSession() const noexcept { return inSession_; }
   void joinSession();
   /// Its part is over; with the last the far side is told.
   void leaveSession() noexcept;
