@@ -69,7 +69,7 @@ void sweepMember(Sa& adapter, typename A::Owner& entity, typename A::Child& chil
   } else if (type == StreamAdapter::endMarker && (!bound || bound->hasFlag(StreamAdapter::resyncStale))) {
     typename A::Key const key = child.key();
     bool const isOwed = !adapter.hasFlag(StreamAdapter::noFlowOut) && A::dirty(owedBy(adapter))[key] != nullptr;
-    bool const isUnderWay = bound && adapter.streamDemuxer()->isSameMadeAtBothEnds(*bound);
+    bool const isUnderWay = bound && adapter.streamDemuxer()->isBindUnderWay(*bound, adapter);
     if ((isOwed || isUnderWay) && adapter.side() != StreamAdapter::Side::plain) {
       if (bound) bound->flagsIs(StreamAdapter::resyncStale, false);
       return;

@@ -106,7 +106,26 @@ TEST_F(Convergence, OfHistoriesThatOnceFailed) {
                shelf,
                {Act::size, true, 0, 1},
                {Act::drawer, true, 4, 1}});
-  slow.joined = Joined::chain;
+  slow.pair = {.limits = {.outBytes = 90, .messageBytes = 3, .marks = 0}, .turnBytes = 400, .capacity = 200};
+  expectLawOf("a child of one that is taken away and made again", slow,
+              {{Act::shelf, false, 2, 0},
+               settle,
+               {Act::vlans, false, 0, 0},
+               {Act::drawer, true, 2, 0},
+               {Act::size, false, 0, 1},
+               {Act::size, false, 0, 0},
+               {Act::shelfDel, false, 2, 0},
+               {Act::shelf, false, 2, 0}});
+  slow = pair(Access::writable, 300, 30, 50, 1, Joined::chain);
+  expectLawOf("a child of one that a relay out of step has itself", slow,
+              {settle,
+               {Act::shelf, false, 0, 0},
+               {Act::shelf, true, 0, 0},
+               step,
+               cut,
+               {Act::shelf, true, 1, 0},
+               {Act::drawer, true, 1, 0},
+               settle});
   expectLawOf("a child that a relay out of step does not take", slow, {settle, {Act::shelf, true, 1, 0}, step, cut});
   slow.pair.limits = {.outBytes = 40, .messageBytes = 30};
   expectLawOf("a child that is taken away there once more", slow,

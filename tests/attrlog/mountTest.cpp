@@ -156,21 +156,24 @@ TEST_F(MountTest, WhatAReplicaChangesWhileTheOwnerWalksTheSameStays) {
     LogPair narrow{{.limits = {.outBytes = 1, .messageBytes = 1, .marks = 0}, .turnBytes = 1, .slice = 7}};
     Ptr<ToyBox> const box = Toys::toyBoxFactory("box");
     for (U32 key = 0; key < 5; ++key) box->countsIs(key, 1);
+    for (char const* name : {"p", "q", "r"}) box->shelvesIs(name)->drawersIs("d");
     Mounted<ToyBox> const mounted(narrow, box);
     Ptr<ToyBox> const replica = mounted.replica();
-    for (U32 key = 100; key < 130; ++key) box->countsIs(key, 1);
-    for (U32 key = 100; key < 130; ++key) box->countsDel(key);
+    for (U32 key = 100; key < 130; ++key) box->countsIs(key, 1), box->shelvesIs(Vek::Name(std::to_string(key).c_str()));
+    for (U32 key = 100; key < 130; ++key) box->countsDel(key), box->shelvesDel(Vek::Name(std::to_string(key).c_str()));
     auto const shelf = replica->shelvesIs("s");
     replica->lidIs("lid");
     for (int steps = 0; steps < gap; ++steps) narrow.step();
     replica->countsIs(2, 1000);
     replica->countsIs(50, 1000);
     replica->countsDel(3);
+    replica->shelves("q")->drawers("d")->thingsIs(1000);
     auto const drawer = shelf->drawersIs("d");
     drawer->thingsIs(1);
     replica->lid()->openIs(false);
     narrow.settle();
     EXPECT_EQ(shelf->drawers("d"), drawer);
+    EXPECT_EQ(box->shelves("q")->drawers("d")->things(), 1000U);
     EXPECT_EQ((std::array{box->counts(2), box->counts(50), box->counts(3)}), (std::array{1000U, 1000U, 0U}));
     EXPECT_FALSE(box->lid()->open());
     EXPECT_EQ(Vek::digest(*box), Vek::digest(*replica));
@@ -245,12 +248,14 @@ TEST_F(BothWays, AChildWhoseBindIsParkedIsNotSweptAway) {
   expectEqual();
   stall(pair.readerTransport(), *replica);
   Ptr<Toys::Shelf> const made = replica->shelvesIs("new");
+  replica->countsIs(7, 7);
   box->vekNboAttrLogSa(pair.owner().out())->oweEverything();
   for (int steps = 0; steps < 100; ++steps) pair.step();
   EXPECT_EQ(replica->shelves("new"), made);
   letGo();
   expectEqual();
   EXPECT_EQ(replica->shelves("new"), made);
+  EXPECT_EQ(box->counts(7), 7U);
   EXPECT_NE(box->shelves("old"), nullptr);
 }
 

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -25,10 +26,7 @@ std::string complaint(std::string const& text) {
 }
 
 TEST(Address, IsRefusedWithWhatIsWrong) {
-  struct Case {
-    char const* text;
-    char const* complaint;  // a part of it; empty: it is one
-  };
+  using Case = std::pair<char const*, char const*>;  // and a part of the complaint; empty: it is one
   std::string const longest = "unix:/" + std::string(106, 'p');
   for (auto const& [text, wanted] :
        {Case{"unix:/run/l3.sock", ""}, Case{"tcp:127.0.0.1:0", ""}, Case{"tcp:[::1]:65535", ""},

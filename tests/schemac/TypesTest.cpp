@@ -5,18 +5,13 @@
 #include "tests/schemac/Schemas.h"
 
 #include <limits>
+#include <tuple>
 
 namespace Schemac::Test {
 namespace {
 
 TEST(Types, WidthAndPassingOfTheHouseValues) {
-  struct Expected {
-    char const* stem;
-    char const* type;
-    std::uint32_t width;
-    char const* parameter;
-  };
-  Expected const table[] = {
+  std::tuple<char const*, char const*, std::uint32_t, char const*> const table[] = {
       {"Status", "RouteStats", 48, "RouteStats const&"},
       {"Status", "LpmStats", 0, "LpmStats const&"},  // holds a string
       {"Status", "InternalState", 2, "InternalState"},
@@ -25,10 +20,10 @@ TEST(Types, WidthAndPassingOfTheHouseValues) {
       {"AclIntf", "Vek::Seconds", 8, "double const&"},
       {"AclIntf", "Vek::String", 0, "Vek::String8"},
   };
-  for (Expected const& e : table) {
-    AttributeType const type = Types(houseFile(e.stem)).at(e.type);
-    EXPECT_EQ(type.wireWidth, e.width) << e.type;
-    EXPECT_EQ(type.parameter(), e.parameter) << e.type;
+  for (auto const& [stem, name, width, parameter] : table) {
+    AttributeType const type = Types(houseFile(stem)).at(name);
+    EXPECT_EQ(type.wireWidth, width) << name;
+    EXPECT_EQ(type.parameter(), parameter) << name;
   }
   File const toy = good(acme + typed("value", "Toy", R"(
   { number = 2, name = "a", type = "U8", doc = "d" },

@@ -94,7 +94,7 @@ void Sa::childRecordIs(AttributeId attr, String8 const& key, Sa& child) {
   Ptr<Out> const& out = recordIs(static_cast<int>(attr), 0, true, NboAttrLog::childBindRecord);
   out << key << child.entityId();
   recordClosed();
-  child.boundAtIs(out->records());
+  child.boundAtIs(out->records(), entityId());
 }
 
 void Sa::receiveChildId(Ptr<Entity> const& child) {
@@ -136,9 +136,17 @@ EntityId Sa::peekChildId(InboundRecord const& record, Ptr<Entity> const& child) 
   return id;
 }
 
-void Sa::bindsAnew(Ptr<Entity> const& child) {
+void Sa::bindsAnew(Ptr<Entity> const& child, EntityId id) {
   hasChildOfPeers_ = side() == Side::owner;
-  if (Ptr<Sa> const adapter = childAdapterOf(child)) adapter->isNew_ = true;
+  Ptr<Sa> const adapter = childAdapterOf(child);
+  if (!adapter) return;
+  adapter->isNew_ = true;
+  NboAttrLog::Connection const& connection = *boundLog()->connection();
+  NboAttrLog::AdapterTable& adapters = streamDemuxer()->adapters();
+  bool const isPeers = id.isAssigned() && id.tag() == connection.peerTag() && adapters.find(id) == nullptr;
+  bool const isRefused = side() == Side::owner && vekNotifierEntity()->vekIsWriteGuarded();
+  if (!isRefused || !isPeers || !adapters.takesOneMore(id, connection.settings().limits.entities)) return;
+  adapter->aliasIs(id, *streamDemuxer());
 }
 
 Ptr<Sa> Sa::childAdapterOf(Ptr<Entity> const& child) const {

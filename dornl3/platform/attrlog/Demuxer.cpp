@@ -96,6 +96,10 @@ bool Demuxer::isSameMadeAtBothEnds(StreamAdapter const& adapter) const noexcept 
   return adapters_.isOurs(adapter.entityId()) && ackFromPeer_ < adapter.boundAt_;
 }
 
+bool Demuxer::isBindUnderWay(StreamAdapter const& child, StreamAdapter const& parent) const noexcept {
+  return isSameMadeAtBothEnds(child) && child.boundIn_ == parent.entityId();
+}
+
 Ptr<FlowIn> Demuxer::flowIn(EntityId id) const {
   auto const at = flowIns_.find(id.number());
   return at == flowIns_.end() ? Ptr<FlowIn>{} : at->second;

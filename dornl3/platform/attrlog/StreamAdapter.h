@@ -127,7 +127,10 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   /// The walk of a full flow-out has been through.
   void walkEnded() noexcept;
   /// The number of the record that bound the entity as a child.
-  void boundAtIs(U64 record) noexcept { boundAt_ = record; }
+  void boundAtIs(U64 record, EntityId parent) noexcept {
+    boundAt_ = record;
+    boundIn_ = parent;
+  }
 
   /// The mode that a record names. On a mount only 1 and 2 are; a plain adapter takes every number.
   [[nodiscard]] SyncMode SyncModeInstance(U32 number) const;
@@ -149,6 +152,8 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   /// Gives the adapter an id and enters it in the demuxer. `fromPeer`: the id stood in a record of the peer's. Throws
   /// ProtocolException where another adapter has it.
   void doEntityIdIs(EntityId id, NboAttrLog::Demuxer& demuxer, bool fromPeer);
+  /// Records under that id, which nobody has, are for this adapter too.
+  void aliasIs(EntityId id, NboAttrLog::Demuxer& demuxer);
   /// All of it goes out again: what has been written is not to be relied on.
   void oweEverything() noexcept;
 
@@ -178,6 +183,7 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   Ptr<NboAttrLog::FlowOut> flowOut_;
   Ptr<NboAttrLog::SyncSession> session_;
   U64 boundAt_ = 0;
+  EntityId boundIn_;  // of the parent, in the record that binds it
   U64 lastSent_ = 0;  // number of the last record with this id
 
  public:
