@@ -81,8 +81,8 @@ class Demuxer {
   /// Whether the far side may not have seen yet that this end has made the adapter's entity: if it makes one of the
   /// same name meanwhile, it is the same.
   [[nodiscard]] bool isSameMadeAtBothEnds(StreamAdapter const& adapter) const noexcept;
-  /// Whether the record by which this end has bound a child may still be under way. One to a parent that the far side has
-  /// called otherwise since may reach nobody.
+  /// Whether the record by which this end has bound a child may still be under way. One to a parent that the far side
+  /// has called otherwise since may reach nobody.
   [[nodiscard]] bool isBindUnderWay(StreamAdapter const& child, StreamAdapter const& parent) const noexcept;
 
   [[nodiscard]] Ptr<FlowIn> flowIn(EntityId id) const;
