@@ -5,9 +5,7 @@
 #include "dornl3/schema/Status.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
@@ -122,23 +120,6 @@ TYPED_TEST(LinkTest, WhoIsOneTooManyIsToldAndComesLessAndLessOften) {
   EXPECT_NE(second.trouble().find("the most that there may be"), std::string::npos) << second.trouble();
   EXPECT_EQ(server.peerCount(), 1U);
   EXPECT_EQ(cameAndLeft, 1);
-}
-
-TYPED_TEST(LinkTest, AServerOutOfDescriptorsRestsAndTakesLaterWhoHasWaited) {
-  Server const server{this->on.loop(), this->address, this->serverSettings()};
-  Socket waits = Socket::of(this->address);
-  static_cast<void>(waits.connect(this->address));
-  rlimit limit{};
-  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
-  Socket const last{dup(0)};
-  rlimit const none{static_cast<rlim_t>(last.descriptor()) + 1, limit.rlim_max};
-  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
-  int looks = 0;
-  bool const hasTaken = this->on.runUntil([&] { return ++looks, server.peerCount() != 0; }, 0.2);
-  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
-  EXPECT_FALSE(hasTaken);
-  EXPECT_LT(looks, 20) << "it does not try without pause";
-  EXPECT_TRUE(this->on.runUntil([&] { return server.peerCount() == 1; }));
 }
 
 TYPED_TEST(LinkTest, AWatchMayEndItselfAndAnotherWhoseTurnIsNext) {
