@@ -86,6 +86,18 @@ template <class A>
   }
 }
 
+/// Writes one key in a walk, and takes its mark, but that of a child that waits for an id. Whether the walk stops at
+/// it.
+template <class Dirty>
+[[nodiscard]] bool walkStopsAt(Entity::VekNboAttrLogSa& adapter, KeyedRow<Dirty> const& row, NboAttrLog::FlowOut& owed,
+                               typename Dirty::Key const& key) {
+  U32 const waiting = owed.waiting();
+  row.send(adapter, key);
+  if (owed.yieldRequested()) return true;
+  if (owed.waiting() == waiting) dirtyKeyDel(row.dirty(owed), key);
+  return false;
+}
+
 /// The members from the bookmark on. Whether the walk came to the end of the collection; else `done` is what the caller
 /// answers.
 template <class Dirty>
@@ -99,12 +111,12 @@ template <class Dirty>
   auto step = [&](PtrInterface& member) {
     Key const key = row.keyOf(member);
     if (!stops) {
-      U32 const waiting = owed == nullptr ? 0 : owed->waiting();
-      row.send(adapter, key);
-      if (owed == nullptr) return true;
-      stops = owed->yieldRequested();
+      if (owed == nullptr) {
+        row.send(adapter, key);
+        return true;
+      }
+      stops = walkStopsAt(adapter, row, *owed, key);
       if (!stops) {
-        if (owed->waiting() == waiting) dirtyKeyDel(row.dirty(*owed), key);
         stops = !adapter.continueFlowOut();
         return true;
       }
@@ -144,13 +156,7 @@ template <class Dirty>
   bool stops = false;
   auto step = [&](PtrInterface& member) {
     Key const key = static_cast<typename Dirty::Member&>(member).key();
-    stops = !adapter.continueFlowOut();
-    if (!stops) {
-      U32 const waiting = owed->waiting();
-      row.send(adapter, key);
-      stops = owed->yieldRequested();
-      if (!stops && owed->waiting() == waiting) dirtyKeyDel(dirty, key);
-    }
+    stops = !adapter.continueFlowOut() || walkStopsAt(adapter, row, *owed, key);
     if (stops) NboAttrLog::vekFlowOutBookmarkEnq(*owed, key);
     return !stops;
   };

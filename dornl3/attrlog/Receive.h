@@ -138,17 +138,17 @@ void childAtKeyIsReplaced(Sa& adapter, typename A::Owner& entity, typename A::Ke
   childAtKeyIs<A>(adapter, entity, key);
 }
 
-/// Says what is at a key here, to a far side that has made a child there, under the id `id`, or removed it.
+/// Says what is at a key here, to a far side that has made a child there or removed it.
 template <class A, class Sa>
-void answerChildAtKey(Sa& adapter, typename A::Owner& entity, typename A::Key const& key, EntityId id = {}) {
-  adapter.bindsAnew(Ptr<typename A::Child>(A::field(entity)[key]), id);
+void answerChildAtKey(Sa& adapter, typename A::Owner& entity, typename A::Key const& key) {
+  adapter.bindsAnew(Ptr<typename A::Child>(A::field(entity)[key]));
   (adapter.*A::logHandler)(key);
 }
 
 /// The same of a single child.
 template <class A, class Sa>
-void answerOneChild(Sa& adapter, typename A::Owner& entity, EntityId id = {}) {
-  adapter.bindsAnew(A::field(entity), id);
+void answerOneChild(Sa& adapter, typename A::Owner& entity) {
+  adapter.bindsAnew(A::field(entity));
   (adapter.*A::logHandler)();
 }
 
@@ -157,7 +157,7 @@ void receiveChildAtKey(Sa& adapter, InboundRecord const& record, U32 idAt) {
   typename A::Key const key(record.in().nextString());
   if (idAt != 0) record.in().positionIs(idAt);
   if (!record.applies()) {
-    answerChildAtKey<A>(adapter, entityOf<A>(record), key, record.in().nextEntityId());
+    answerChildAtKey<A>(adapter, entityOf<A>(record), key);
     return;
   }
   Ptr<typename A::Owner> const held(&entityOf<A>(record));
@@ -180,7 +180,7 @@ void receiveOneChild(Sa& adapter, InboundRecord const& record, U32 idAt) {
   Name const name(record.in().nextString());
   if (idAt != 0) record.in().positionIs(idAt);
   if (!record.applies()) {
-    answerOneChild<A>(adapter, entityOf<A>(record), record.in().nextEntityId());
+    answerOneChild<A>(adapter, entityOf<A>(record));
     return;
   }
   Ptr<typename A::Owner> const held(&entityOf<A>(record));

@@ -117,6 +117,7 @@ TEST_F(Convergence, OfHistoriesThatOnceFailed) {
                {Act::shelfDel, false, 2, 0},
                {Act::shelf, false, 2, 0}});
   slow = pair(Access::writable, 300, 30, 50, 1, Joined::chain);
+  slow.pair.limits.marks = 1;
   expectLawOf("a child of one that a relay out of step has itself", slow,
               {settle,
                {Act::shelf, false, 0, 0},
@@ -127,7 +128,7 @@ TEST_F(Convergence, OfHistoriesThatOnceFailed) {
                {Act::drawer, true, 1, 0},
                settle});
   expectLawOf("a child that a relay out of step does not take", slow, {settle, {Act::shelf, true, 1, 0}, step, cut});
-  slow.pair.limits = {.outBytes = 40, .messageBytes = 30};
+  slow.pair = {.limits = {.outBytes = 40, .messageBytes = 30, .marks = 1}, .turnBytes = 400, .capacity = 1, .slice = 1};
   expectLawOf("a child that is taken away there once more", slow,
               {ofLid(Act::lid, false), ofLid(Act::lidOpen, false), settle, ofLid(Act::lidDel, true), cut, step});
 }

@@ -136,17 +136,9 @@ EntityId Sa::peekChildId(InboundRecord const& record, Ptr<Entity> const& child) 
   return id;
 }
 
-void Sa::bindsAnew(Ptr<Entity> const& child, EntityId id) {
+void Sa::bindsAnew(Ptr<Entity> const& child) {
   hasChildOfPeers_ = side() == Side::owner;
-  Ptr<Sa> const adapter = childAdapterOf(child);
-  if (!adapter) return;
-  adapter->isNew_ = true;
-  NboAttrLog::Connection const& connection = *boundLog()->connection();
-  NboAttrLog::AdapterTable& adapters = streamDemuxer()->adapters();
-  bool const isPeers = id.isAssigned() && id.tag() == connection.peerTag() && adapters.find(id) == nullptr;
-  bool const isRefused = side() == Side::owner && vekNotifierEntity()->vekIsWriteGuarded();
-  if (!isRefused || !isPeers || !adapters.takesOneMore(id, connection.settings().limits.entities)) return;
-  adapter->aliasIs(id, *streamDemuxer());
+  if (Ptr<Sa> const adapter = childAdapterOf(child)) adapter->isNew_ = true;
 }
 
 Ptr<Sa> Sa::childAdapterOf(Ptr<Entity> const& child) const {

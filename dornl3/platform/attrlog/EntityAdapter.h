@@ -152,8 +152,8 @@ class Entity::VekNboAttrLogSa : public StreamAdapter {
   /// See Demuxer::checkEphemeralEntityDeletion.
   [[nodiscard]] bool mustMakeWay(Ptr<Entity> const& child, EntityId id, bool mayThrow);
   /// A child of the far side's is not taken: the one that is here instead, if any, is to be bound there once more, and
-  /// what it holds is to follow. What the far side says of its own, under `id` if that is any, is for the one here.
-  void bindsAnew(Ptr<Entity> const& child, EntityId id);
+  /// what it holds is to follow.
+  void bindsAnew(Ptr<Entity> const& child);
   [[nodiscard]] Ptr<VekNboAttrLogSa> childAdapterOf(Ptr<Entity> const& child) const;
 
   /// Writes what the flow-out owes of these attributes, from one on: see StreamAdapter::handleAttrFlowOut.

@@ -181,7 +181,8 @@ void StreamAdapter::doEntityIdIs(EntityId id, Demuxer& demuxer, bool fromPeer) {
   Ptr<StreamAdapter> const held(this);
   if (fromPeer && demuxer.isSameMadeAtBothEnds(*this)) {
     // Records under either id are for it, and the owner's id stays.
-    aliasIs(id, demuxer);
+    adapters.enter(id, *this);
+    hasAlias_ = true;
     if (takesPeersWord) entityIdIs(id);
     return;
   }
@@ -192,11 +193,6 @@ void StreamAdapter::doEntityIdIs(EntityId id, Demuxer& demuxer, bool fromPeer) {
   entityIdIs(id);
   adapters.enter(id, *this);
   if (flowOut_) demuxer.schedule().queue(*this);  // it may have been blocked for want of an id
-}
-
-void StreamAdapter::aliasIs(EntityId id, Demuxer& demuxer) {
-  demuxer.adapters().enter(id, *this);
-  hasAlias_ = true;
 }
 
 }  // namespace Vek

@@ -152,8 +152,6 @@ class StreamAdapter : public PtrInterface::NotifieeConst {
   /// Gives the adapter an id and enters it in the demuxer. `fromPeer`: the id stood in a record of the peer's. Throws
   /// ProtocolException where another adapter has it.
   void doEntityIdIs(EntityId id, NboAttrLog::Demuxer& demuxer, bool fromPeer);
-  /// Records under that id, which nobody has, are for this adapter too.
-  void aliasIs(EntityId id, NboAttrLog::Demuxer& demuxer);
   /// All of it goes out again: what has been written is not to be relied on.
   void oweEverything() noexcept;
 
